@@ -1,0 +1,59 @@
+# One function per kind of target. Every target sees src/ and the project root as its include path, so that
+# an include names its folder ("protocol/MeterReading.h") and the arrows between folders can be read off it.
+
+function(_kestrix_common target)
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src PRIVATE ${PROJECT_SOURCE_DIR})
+  target_compile_options(${target} PRIVATE ${KESTRIX_WARNINGS})
+  target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
+endfunction()
+
+# kestrix_library(NAME SOURCES a.cpp... LINK lib...)
+function(kestrix_library target)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${target} STATIC ${A_SOURCES})
+  _kestrix_common(${target})
+  target_link_libraries(${target} PUBLIC ${A_LINK})
+endfunction()
+
+# kestrix_app(NAME SOURCES a.cpp... LINK lib...): an installed program.
+function(kestrix_app target)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${target} ${A_SOURCES})
+  _kestrix_common(${target})
+  target_link_libraries(${target} PRIVATE ${A_LINK})
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()
+
+# kestrix_test(NAME SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest by name.
+function(kestrix_test target)
+  if(NOT KESTRIX_TESTS)
+    return()
+  endif()
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${target} ${A_SOURCES})
+  _kestrix_common(${target})
+  target_link_libraries(${target} PRIVATE ${A_LINK} kestrix_test_main GTest::gmock)
+  target_compile_definitions(${target} PRIVATE
+    KESTRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KESTRIX_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+endfunction()
+
+# kestrix_benchmark(NAME SOURCES a_bench.cpp... LINK lib...)
+function(kestrix_benchmark target)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${target} ${A_SOURCES})
+  _kestrix_common(${target})
+  target_link_libraries(${target} PRIVATE ${A_LINK} benchmark::benchmark)
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bench)
+endfunction()
+
+# kestrix_fuzzer(NAME SOURCES a_fuzz.cpp... LINK lib...): a libFuzzer program; its seeds stand in fuzz/seeds/NAME.
+function(kestrix_fuzzer target)
+  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${target} ${A_SOURCES})
+  _kestrix_common(${target})
+  target_link_options(${target} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${target} PRIVATE ${A_LINK})
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzz)
+endfunction()

@@ -1,0 +1,26 @@
+# Language, warnings and instrumentation: the same for every target.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(KESTRIX_CCACHE ccache)
+if(KESTRIX_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${KESTRIX_CCACHE})
+endif()
+
+set(KESTRIX_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+
+if(KESTRIX_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(KESTRIX_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+if(KESTRIX_FUZZERS)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
