@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/Scheduler.h"
+
+namespace kestrix::testing {
+
+// Time that stands still until the test moves it.
+class ManualScheduler final : public platform::Scheduler {
+  public:
+    TimePoint now() const override { return now_; }
+    Timer callAfter(Duration delay, std::function<void()> call) override;
+
+    // Makes the calls that are due, in order, and those that they add with no delay, up to a bound.
+    void runDue();
+    // Moves the time, call by call.
+    void advance(Duration by);
+    std::size_t pending() const;
+
+  private:
+    struct Call {
+        TimePoint due;
+        std::function<void()> call;
+        bool cancelled = false;
+    };
+    class CallHandle;
+    bool runNext(TimePoint until);
+
+    TimePoint now_{std::chrono::hours(1)};
+    std::vector<std::shared_ptr<Call>> calls_;  // in the order they were made
+};
+
+}  // namespace kestrix::testing
