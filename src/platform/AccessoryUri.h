@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kestrix::platform {
+
+// "scheme:target?key=value&key=value", with "//" before the target of a network address.
+struct AccessoryUri {
+    std::string text;    // as given
+    std::string scheme;  // lower case
+    std::string target;  // file, port, host:port or scenario; as given
+    std::map<std::string, std::string> options;
+};
+
+// None when the text has no scheme. A question mark opens options only where key=value follows it, so that a
+// file may have one in its name.
+std::optional<AccessoryUri> parseAccessoryUri(std::string_view text);
+
+// Takes an option out of the URI; what is left in the end was not known.
+std::optional<std::string> takeOption(AccessoryUri& uri, const std::string& key);
+
+struct HostAndPort {
+    std::string host;  // without the brackets of an IPv6 address
+    std::uint16_t port = 0;
+};
+
+// "host:port" or "[address]:port", with a port from lowestPort to 65535.
+std::optional<HostAndPort> parseHostAndPort(std::string_view text, int lowestPort = 1);
+
+// The whole text as a decimal number.
+std::optional<int> parseNumber(std::string_view text, int least, int most);
+
+// How many times as fast as the tester: a number from 0.001 to 100000, or "max", which is 0: flat out.
+std::optional<double> parsePlaySpeed(std::string_view text);
+
+}  // namespace kestrix::platform

@@ -1,0 +1,116 @@
+#include "platform/GeneratedChannel.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace kestrix::platform {
+
+// What outlives a channel: the producer and the piece that is due next.
+struct GeneratedDialer::Feed {
+    std::unique_ptr<ByteProducer> producer;
+    ByteProducer::Piece piece;
+    bool pending = false;
+    bool ended = false;
+    Scheduler::TimePoint due{};
+};
+
+class GeneratedDialer::Channel final : public ByteChannel {
+  public:
+    Channel(std::shared_ptr<Feed> feed, Scheduler& scheduler)
+        : feed_(std::move(feed)), scheduler_(scheduler) {
+        feed_->due = std::max(feed_->due, scheduler_.now());
+        arm();
+    }
+
+    std::size_t bytesAvailable() const override { return bytes_.size() - taken_; }
+    std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) override {
+        if (closed_) return -1;
+        const std::size_t count = std::min(max, bytesAvailable());
+        if (count > 0) std::memcpy(buffer, bytes_.data() + taken_, count);
+        taken_ += count;
+        if (taken_ == bytes_.size()) {
+            bytes_.clear();
+            taken_ = 0;
+        }
+        return static_cast<std::ptrdiff_t>(count);
+    }
+    bool hasSpaceAvailable() const override { return !closed_; }
+    std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override {
+        return closed_ ? -1 : static_cast<std::ptrdiff_t>(bytes.size());  // the tester listens to nothing
+    }
+    void close() override {
+        closed_ = true;
+        timer_.cancel();
+    }
+
+  private:
+    void arm() {
+        if (!fetch()) {
+            timer_ = scheduler_.callAfter(Scheduler::Duration{0},
+                                          [this] { end("the end of what there is to play"); });
+            return;
+        }
+        const auto wait = std::chrono::ceil<Scheduler::Duration>(feed_->due - scheduler_.now());
+        timer_ = scheduler_.callAfter(std::max(wait, Scheduler::Duration{0}), [this] { play(); });
+    }
+
+    bool fetch() {
+        if (feed_->pending) return true;
+        if (feed_->ended || !feed_->producer->next(feed_->piece)) {
+            feed_->ended = true;
+            return false;
+        }
+        feed_->pending = true;
+        feed_->due += feed_->piece.wait;
+        return true;
+    }
+
+    // Plays what is due, but no more in one turn of the event loop than the buffer holds.
+    void play() {
+        const Scheduler::TimePoint now = scheduler_.now();
+        while (bytesAvailable() < kBufferLimit && fetch() && feed_->due <= now) {
+            const ByteProducer::Piece& piece = feed_->piece;
+            bytes_.insert(bytes_.end(), piece.bytes.begin(), piece.bytes.end());
+            feed_->pending = false;
+            if (!piece.closes) continue;
+            end("the tester was switched off");
+            return;
+        }
+        arm();
+        if (bytesAvailable() > 0 && events.bytesAvailable) events.bytesAvailable();
+    }
+
+    void end(const std::string& why) {
+        if (bytesAvailable() > 0 && events.bytesAvailable) events.bytesAvailable();
+        if (!closed_ && events.closed) events.closed(why);
+    }
+
+    std::shared_ptr<Feed> feed_;
+    Scheduler& scheduler_;
+    Scheduler::Timer timer_;
+    std::vector<std::uint8_t> bytes_;
+    std::size_t taken_ = 0;
+    bool closed_ = false;
+};
+
+GeneratedDialer::GeneratedDialer(MakeProducer makeProducer, Scheduler& scheduler)
+    : makeProducer_(std::move(makeProducer)), scheduler_(scheduler) {}
+
+GeneratedDialer::~GeneratedDialer() = default;
+
+void GeneratedDialer::dial(Done done) {
+    if (!feed_ || feed_->ended) {
+        auto feed = std::make_shared<Feed>();
+        std::string problem;
+        feed->producer = makeProducer_(problem);
+        if (!feed->producer) {
+            done({nullptr, problem});
+            return;
+        }
+        feed_ = std::move(feed);
+    }
+    done({std::make_unique<Channel>(feed_, scheduler_), {}});
+}
+
+}  // namespace kestrix::platform

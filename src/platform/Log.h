@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QLoggingCategory>
+
+// The categories of the log. A line is written as given, with level and category in front, to standard error.
+namespace kestrix::platform {
+
+Q_DECLARE_LOGGING_CATEGORY(lcAccessory)
+Q_DECLARE_LOGGING_CATEGORY(lcSettings)
+
+// Gives every line of this process its form: "info kestrix.link: ====连接====".
+void installLogFormat();
+
+}  // namespace kestrix::platform

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QSettings>
+#include <QString>
+
+#include <memory>
+
+namespace kestrix::platform {
+
+// Small values that outlive the process, in an ini file. Every change is in the file before the call returns,
+// and a kill at any moment leaves the old or the new file, never a torn one. A file that is not an ini file
+// is moved aside (".damaged") and said in one log line; a file that cannot be written is said in one log
+// line.
+class UserDefaults {
+  public:
+    // path: the ini file; it and its folder are made by the first change.
+    explicit UserDefaults(const QString& path);
+
+    // The file in the user's configuration folder.
+    static QString standardPath();
+
+    // 0 or false when the key was never set.
+    int integerForKey(const QString& key) const;
+    bool boolForKey(const QString& key) const;
+    void setInteger(const QString& key, int value);
+    void setBool(const QString& key, bool value);
+
+    QString path() const { return path_; }
+
+  private:
+    void set(const QString& key, const QVariant& value);
+
+    QString path_;
+    std::unique_ptr<QSettings> settings_;
+};
+
+}  // namespace kestrix::platform

@@ -1,0 +1,73 @@
+#include "platform/AccessoryUri.h"
+
+#include <gtest/gtest.h>
+
+namespace kestrix::platform {
+namespace {
+
+TEST(AccessoryUri, SchemeTargetAndOptions) {
+    const auto uri = parseAccessoryUri("serial:/dev/rfcomm0?baud=9600&parity=none");
+    ASSERT_TRUE(uri);
+    EXPECT_EQ(uri->text, "serial:/dev/rfcomm0?baud=9600&parity=none");
+    EXPECT_EQ(uri->scheme, "serial");
+    EXPECT_EQ(uri->target, "/dev/rfcomm0");
+    EXPECT_EQ(uri->options, (std::map<std::string, std::string>{{"baud", "9600"}, {"parity", "none"}}));
+}
+
+TEST(AccessoryUri, TheSlashesOfANetworkAddressAreDropped) {
+    EXPECT_EQ(parseAccessoryUri("tcp://localhost:4000")->target, "localhost:4000");
+    EXPECT_EQ(parseAccessoryUri("TCP:localhost:4000")->scheme, "tcp");
+}
+
+TEST(AccessoryUri, AFileMayHaveAQuestionMarkAPercentSignAndBlanks) {
+    EXPECT_EQ(parseAccessoryUri("replay:/a b/why?.kxc")->target, "/a b/why?.kxc");
+    EXPECT_EQ(parseAccessoryUri("replay:100%.kxc?speed=max")->target, "100%.kxc");
+    EXPECT_EQ(parseAccessoryUri("replay:a?b=c?speed=2")->target, "a?b=c");
+}
+
+TEST(AccessoryUri, ATextWithoutASchemeIsNone) {
+    EXPECT_FALSE(parseAccessoryUri(""));
+    EXPECT_FALSE(parseAccessoryUri("house.kxc"));
+    EXPECT_FALSE(parseAccessoryUri(":x"));
+    EXPECT_FALSE(parseAccessoryUri("/dev/tty:0"));
+}
+
+TEST(AccessoryUri, TakingAnOptionRemovesIt) {
+    auto uri = parseAccessoryUri("simulator:house?seed=3");
+    EXPECT_EQ(takeOption(*uri, "speed"), std::nullopt);
+    EXPECT_EQ(takeOption(*uri, "seed"), "3");
+    EXPECT_TRUE(uri->options.empty());
+}
+
+TEST(AccessoryUri, HostAndPort) {
+    EXPECT_EQ(parseHostAndPort("tester.local:4000")->host, "tester.local");
+    EXPECT_EQ(parseHostAndPort("tester.local:4000")->port, 4000);
+    EXPECT_EQ(parseHostAndPort("[::1]:65535")->host, "::1");
+    EXPECT_EQ(parseHostAndPort("a:0", 0)->port, 0);
+}
+
+TEST(AccessoryUri, WrongHostsAndPortsAreNone) {
+    for (const char* text :
+         {"", "host", ":4000", "host:", "host:0", "host:65536", "host:-1", "host:4000x", "host: 4000",
+          "::1:4000", "[]:1", "[::1:4000", "a b:1", "a/b:1", "host:99999999999"}) {
+        EXPECT_FALSE(parseHostAndPort(text)) << text;
+    }
+}
+
+TEST(AccessoryUri, Numbers) {
+    EXPECT_EQ(parseNumber("1", 1, 9), 1);
+    EXPECT_EQ(parseNumber("9", 1, 9), 9);
+    for (const char* text : {"", "0", "10", "1 ", "+1", "0x1", "1.0", "-1"})
+        EXPECT_FALSE(parseNumber(text, 1, 9)) << text;
+}
+
+TEST(AccessoryUri, PlaySpeeds) {
+    EXPECT_EQ(parsePlaySpeed("max"), 0.0);
+    EXPECT_EQ(parsePlaySpeed("1"), 1.0);
+    EXPECT_EQ(parsePlaySpeed("0.25"), 0.25);
+    for (const char* text : {"", "0", "-1", "nan", "inf", "1e9", "fast", "1x"})
+        EXPECT_FALSE(parsePlaySpeed(text)) << text;
+}
+
+}  // namespace
+}  // namespace kestrix::platform

@@ -1,0 +1,85 @@
+#include "platform/Scheduler.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/support/EventLoop.h"
+#include "tests/support/ManualScheduler.h"
+
+namespace kestrix::platform {
+namespace {
+
+using std::chrono::milliseconds;
+
+TEST(QtScheduler, CallsFromTheEventLoopAndNotBefore) {
+    QtScheduler scheduler;
+    int calls = 0;
+    const Scheduler::Timer timer = scheduler.callAfter(milliseconds(0), [&] { ++calls; });
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(testing::spinUntil([&] { return calls == 1; }));
+}
+
+TEST(QtScheduler, AnEarlierCallComesFirst) {
+    QtScheduler scheduler;
+    std::string order;
+    const Scheduler::Timer late = scheduler.callAfter(milliseconds(5), [&] { order += "late "; });
+    const Scheduler::Timer soon = scheduler.callAfter(milliseconds(1), [&] { order += "soon "; });
+    EXPECT_TRUE(testing::spinUntil([&] { return order.size() == 10; }));
+    EXPECT_EQ(order, "soon late ");
+}
+
+TEST(QtScheduler, ACallIsNotMadeBeforeItsTime) {
+    QtScheduler scheduler;
+    const auto start = scheduler.now();
+    bool called = false;
+    const Scheduler::Timer timer = scheduler.callAfter(milliseconds(3), [&] { called = true; });
+    EXPECT_TRUE(testing::spinUntil([&] { return called; }));
+    EXPECT_GE(scheduler.now() - start, milliseconds(3));
+}
+
+TEST(QtScheduler, ADestroyedTimerDoesNotCall) {
+    QtScheduler scheduler;
+    int calls = 0;
+    bool later = false;
+    {
+        const Scheduler::Timer timer = scheduler.callAfter(milliseconds(0), [&] { ++calls; });
+    }
+    const Scheduler::Timer end = scheduler.callAfter(milliseconds(1), [&] { later = true; });
+    EXPECT_TRUE(testing::spinUntil([&] { return later; }));
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(QtScheduler, ACallMayReplaceItsOwnTimer) {
+    QtScheduler scheduler;
+    int calls = 0;
+    Scheduler::Timer timer;
+    const std::function<void()> again = [&] {
+        if (++calls < 3) timer = scheduler.callAfter(milliseconds(0), again);
+    };
+    timer = scheduler.callAfter(milliseconds(0), again);
+    EXPECT_TRUE(testing::spinUntil([&] { return calls == 3; }));
+}
+
+TEST(ManualScheduler, MovesCallByCallInOrderOfTime) {
+    testing::ManualScheduler scheduler;
+    const auto start = scheduler.now();
+    std::vector<milliseconds> at;
+    const auto note = [&] {
+        at.push_back(std::chrono::duration_cast<milliseconds>(scheduler.now() - start));
+    };
+    const Scheduler::Timer b = scheduler.callAfter(milliseconds(20), note);
+    const Scheduler::Timer a = scheduler.callAfter(milliseconds(10), note);
+    { const Scheduler::Timer cancelled = scheduler.callAfter(milliseconds(5), note); }
+    scheduler.advance(milliseconds(19));
+    EXPECT_EQ(at, std::vector<milliseconds>{milliseconds(10)});
+    scheduler.advance(milliseconds(1));
+    EXPECT_EQ(at.size(), 2U);
+}
+
+}  // namespace
+}  // namespace kestrix::platform

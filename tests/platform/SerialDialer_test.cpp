@@ -1,0 +1,137 @@
+#include "platform/SerialDialer.h"
+
+#include <gtest/gtest.h>
+
+#include <pty.h>
+#include <termios.h>
+#include <unistd.h>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <memory>
+#include <string>
+
+#include "tests/support/EventLoop.h"
+
+namespace kestrix::platform {
+namespace {
+
+using testing::spinUntil;
+
+// A pair of terminals: the test holds the tester's end.
+class Pty {
+  public:
+    Pty() {
+        termios raw{};
+        cfmakeraw(&raw);
+        int slave = -1;
+        char name[128] = {};
+        EXPECT_EQ(openpty(&master_, &slave, name, &raw, nullptr), 0);
+        ::close(slave);
+        name_ = name;
+    }
+    Pty(const Pty&) = delete;
+    Pty& operator=(const Pty&) = delete;
+    ~Pty() { hangUp(); }
+    void hangUp() {
+        if (master_ >= 0) ::close(master_);
+        master_ = -1;
+    }
+    QString name() const { return QString::fromStdString(name_); }
+    int master() const { return master_; }
+
+  private:
+    int master_ = -1;
+    std::string name_;
+};
+
+class SerialDialerTest : public ::testing::Test {
+  protected:
+    bool dial(SerialDialer& dialer) {
+        dialer.dial([this](Dialer::Outcome outcome) {
+            channel_ = std::move(outcome.channel);
+            problem_ = outcome.problem;
+        });
+        if (!channel_) return false;
+        channel_->events.bytesAvailable = [this] { readAll(); };
+        channel_->events.closed = [this](const std::string& why) {
+            closed_ = why;
+            ++closes_;
+        };
+        return true;
+    }
+    void readAll() {
+        std::array<std::uint8_t, 4096> buffer;
+        std::ptrdiff_t count = 0;
+        while ((count = channel_->read(buffer.data(), buffer.size())) > 0)
+            received_.append(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(count));
+    }
+    std::unique_ptr<ByteChannel> channel_;
+    std::string problem_;
+    std::string closed_;
+    int closes_ = 0;
+    std::string received_;
+};
+
+TEST_F(SerialDialerTest, BytesGoBothWays) {
+    const Pty pty;
+    SerialDialer dialer(pty.name(), 9600);
+    ASSERT_TRUE(dial(dialer)) << problem_;
+    ASSERT_EQ(write(pty.master(), "hello", 5), 5);
+    EXPECT_TRUE(spinUntil([this] { return received_ == "hello"; }));
+    EXPECT_EQ(channel_->write(std::vector<std::uint8_t>{'o', 'k'}), 2);
+    char answer[2] = {};
+    bool sent = false;
+    channel_->events.spaceAvailable = [&] { sent = true; };
+    ASSERT_TRUE(spinUntil([&] { return sent; }));
+    EXPECT_EQ(read(pty.master(), answer, 2), 2);
+    EXPECT_EQ(std::string(answer, 2), "ok");
+}
+
+TEST_F(SerialDialerTest, AHangUpIsAClosedChannelOnce) {
+    Pty pty;
+    SerialDialer dialer(pty.name(), 9600);
+    ASSERT_TRUE(dial(dialer)) << problem_;
+    pty.hangUp();
+    EXPECT_TRUE(spinUntil([this] { return closes_ > 0; }));
+    channel_->close();
+    EXPECT_FALSE(closed_.empty());
+}
+
+TEST_F(SerialDialerTest, AMissingNodeIsAFailedDial) {
+    SerialDialer dialer(QStringLiteral("/dev/kestrix-no-such-port"), 9600);
+    EXPECT_FALSE(dial(dialer));
+    EXPECT_EQ(problem_, "no such port");
+}
+
+TEST_F(SerialDialerTest, ABusyPortIsAFailedDial) {
+    const Pty pty;
+    SerialDialer first(pty.name(), 9600);
+    ASSERT_TRUE(dial(first));
+    const std::unique_ptr<ByteChannel> held = std::move(channel_);
+    SerialDialer second(pty.name(), 9600);
+    EXPECT_FALSE(dial(second));
+    EXPECT_EQ(problem_, "the port is busy");
+}
+
+TEST_F(SerialDialerTest, WhatIsNoSerialPortIsAFailedDial) {
+    SerialDialer dialer(QStringLiteral("/dev/null"), 9600);
+    EXPECT_FALSE(dial(dialer));
+    EXPECT_FALSE(problem_.empty());
+}
+
+TEST_F(SerialDialerTest, ANodeThatAppearsIsReportedAtOnce) {
+    const QTemporaryDir folder;
+    const Pty pty;
+    const QString link = folder.filePath(QStringLiteral("tester"));
+    SerialDialer dialer(link, 9600);
+    int back = 0;
+    dialer.peerMayBeBack = [&] { ++back; };
+    EXPECT_FALSE(dial(dialer));
+    ASSERT_TRUE(QFile::link(pty.name(), link));
+    EXPECT_TRUE(spinUntil([&] { return back > 0; }));
+    EXPECT_TRUE(dial(dialer)) << problem_;
+}
+
+}  // namespace
+}  // namespace kestrix::platform
