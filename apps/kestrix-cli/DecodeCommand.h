@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "apps/kestrix-cli/ExitStatus.h"
+
+namespace kestrix::cli {
+
+// Raw bytes (a capture or any stream) to one JSON object a record, through the application's own pipeline.
+// Constant memory; records come out as soon as their bytes are read. file: a path, or "-" for standard input.
+ExitStatus decodeFile(const std::string& file);
+
+// One frame text to its JSON object.
+ExitStatus decodeFrameText(const std::string& hexText);
+
+}  // namespace kestrix::cli

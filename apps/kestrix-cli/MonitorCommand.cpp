@@ -1,0 +1,193 @@
+#include "apps/kestrix-cli/MonitorCommand.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include <any>
+#include <cstdlib>
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "apps/common/TerminationSignals.h"
+#include "apps/kestrix-cli/Link.h"
+#include "apps/kestrix-cli/Output.h"
+#include "apps/kestrix-cli/TerminalDisplay.h"
+
+namespace kestrix::cli {
+namespace {
+
+constexpr int kSecondsWithoutTerminal = 20;
+constexpr std::chrono::milliseconds kRedrawInterval{50};  // no oftener than this
+constexpr std::chrono::milliseconds kAgeInterval{
+    500};  // and at least so often, for the time since the last frame
+constexpr std::chrono::seconds kRateWindow{4};
+
+// Follows the link and keeps what the display shows.
+class Monitor : public link::BusinessCommunicationDelegate {
+  public:
+    Monitor(Link& link, Output& output, const std::string& uri)
+        : link_(link),
+          output_(output),
+          linkState_(platform::NotificationCenter::defaultCenter().addObserver(
+              link::Orvoblueviewnotification, [this](const platform::Notification& event) {
+                  linkChanged(std::any_cast<std::string>(event.object) == "1");
+              })) {
+        state_.source = uri;
+    }
+
+    void didReceive3820Data(const protocol::MeterReading& record, bool) override {
+        ++state_.frames;
+        lastFrame_ = link_.scheduler.now();
+        frameTimes_.push_back(lastFrame_);
+        if (frameTimes_.size() > kMostFrameTimes) frameTimes_.pop_front();
+        state_.reading = record;
+        changed();
+    }
+
+    bool sawFrames() const { return state_.frames > 0; }
+
+  protected:
+    virtual void changed() = 0;
+
+    // The state with all that depends on the time.
+    const DisplayState& currentState() {
+        const auto now = link_.scheduler.now();
+        while (!frameTimes_.empty() && now - frameTimes_.front() > kRateWindow) frameTimes_.pop_front();
+        state_.framesPerSecond = 0;
+        if (frameTimes_.size() > 1) {
+            const std::chrono::duration<double> span = frameTimes_.back() - frameTimes_.front();
+            if (span.count() > 0)
+                state_.framesPerSecond = static_cast<double>(frameTimes_.size() - 1) / span.count();
+        }
+        if (state_.frames > 0)
+            state_.secondsSinceLastFrame = std::chrono::duration<double>(now - lastFrame_).count();
+        state_.problem = state_.connected ? std::string() : link_.problem();
+        return state_;
+    }
+
+    const DisplayState& state() const { return state_; }
+    Link& link() { return link_; }
+    void write(std::string_view text) {
+        if (!output_.write(text)) QCoreApplication::quit();
+    }
+
+  private:
+    void linkChanged(bool connected) {
+        state_.connected = connected;
+        // A value must never stand there as live after its tester has gone.
+        if (!connected) state_.reading.reset();
+        changed();
+    }
+
+    static constexpr std::size_t kMostFrameTimes = 4096;
+
+    Link& link_;
+    Output& output_;
+    DisplayState state_;
+    platform::Scheduler::TimePoint lastFrame_{};
+    std::deque<platform::Scheduler::TimePoint> frameTimes_;
+    platform::NotificationCenter::Subscription linkState_;
+};
+
+class LineMonitor final : public Monitor {
+  public:
+    using Monitor::Monitor;
+
+  private:
+    void changed() override {
+        std::string line = state().reading     ? renderLine(*state().reading)
+                           : state().connected ? "Connected"
+                                               : "Not Connected";
+        if (line == last_) return;
+        last_ = std::move(line);
+        write(last_ + "\n");
+    }
+    std::string last_;
+};
+
+class ScreenMonitor final : public Monitor {
+  public:
+    ScreenMonitor(Link& link, Output& output, const std::string& uri) : Monitor(link, output, uri) {
+        write("\x1b[?25l");  // no cursor
+        draw();
+    }
+    ScreenMonitor(const ScreenMonitor&) = delete;
+    ScreenMonitor& operator=(const ScreenMonitor&) = delete;
+    ~ScreenMonitor() override { write("\x1b[?25h"); }
+
+  private:
+    static TerminalStyle style() {
+        winsize size{};
+        const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+        const char* kind = std::getenv("TERM");
+        const bool plain =
+            std::getenv("NO_COLOR") != nullptr || kind == nullptr || std::string_view(kind) == "dumb";
+        return {!plain, known ? size.ws_col : 80};
+    }
+
+    void changed() override {
+        if (std::exchange(drawSoon_, true)) return;
+        timer_ = link().scheduler.callAfter(kRedrawInterval, [this] { draw(); });
+    }
+
+    void draw() {
+        drawSoon_ = false;
+        const TerminalStyle current = style();
+        if (current.columns != columns_) {  // what stood there has been wrapped anew
+            write("\x1b[2J\x1b[H");
+            lines_.clear();
+            columns_ = current.columns;
+        }
+        std::vector<std::string> next = renderDisplay(currentState(), current);
+        write(redrawInPlace(lines_, next));
+        lines_ = std::move(next);
+        timer_ = link().scheduler.callAfter(kAgeInterval, [this] { draw(); });
+    }
+
+    std::vector<std::string> lines_;
+    int columns_ = 0;
+    bool drawSoon_ = false;
+    platform::Scheduler::Timer timer_;
+};
+
+}  // namespace
+
+ExitStatus monitor(const MonitorOptions& options) {
+    const bool terminal = isatty(STDOUT_FILENO) == 1;
+    if (terminal)
+        QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the display says it
+
+    Link link(options.settings);
+    Output output;
+    if (const ExitStatus status = link.addSource(options.uri); status != kDone) return status;
+
+    bool sawFrames = false;
+    {
+        std::unique_ptr<Monitor> view;
+        if (terminal) {
+            view = std::make_unique<ScreenMonitor>(link, output, options.uri);
+        } else {
+            view = std::make_unique<LineMonitor>(link, output, options.uri);
+        }
+        link.connect.initBlue();
+        link.connect.setDelegate(view.get());
+        const app::TerminationSignals signals([] { QCoreApplication::quit(); });
+        platform::Scheduler::Timer limit;
+        const int seconds = options.seconds.value_or(terminal ? 0 : kSecondsWithoutTerminal);
+        if (seconds > 0)
+            limit = link.scheduler.callAfter(std::chrono::seconds(seconds), [] { QCoreApplication::quit(); });
+        if (output.good()) QCoreApplication::exec();
+        link.connect.setDelegate(nullptr);
+        sawFrames = view->sawFrames();
+    }
+    link.connect.allRelease();
+    if (!output.good() || sawFrames) return output.status();
+    const std::string problem = link.problem();
+    return fail(options.uri + ": no tester found" + (problem.empty() ? "" : " (" + problem + ")"));
+}
+
+}  // namespace kestrix::cli

@@ -1,0 +1,121 @@
+#include "apps/kestrix-cli/PtyLine.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace kestrix::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A pseudo terminal has no event for "a client has opened it".
+constexpr platform::Scheduler::Duration kLookInterval{20};
+constexpr std::size_t kUnsentMost = 4096;
+
+std::string systemMessage(int error) {
+    return std::generic_category().message(error);
+}
+
+bool isOurs(const std::string& link) {
+    std::error_code ignored;
+    if (!fs::is_symlink(link, ignored)) return false;
+    return !fs::exists(link, ignored) || fs::read_symlink(link, ignored).string().rfind("/dev/pts/", 0) == 0;
+}
+
+}  // namespace
+
+PtyLine::PtyLine(platform::GeneratedDialer::MakeProducer producers, platform::Scheduler& scheduler)
+    : scheduler_(scheduler), tester_(std::move(producers), *this, scheduler) {}
+
+PtyLine::~PtyLine() {
+    closeTerminal();
+}
+
+std::string PtyLine::open(const std::string& link) {
+    std::error_code ignored;
+    if (fs::exists(fs::symlink_status(link, ignored)) && !isOurs(link))
+        return "there is something of this name, which is left alone";
+    link_ = link;
+    const std::string problem = openTerminal();
+    if (problem.empty()) look();
+    return problem;
+}
+
+std::string PtyLine::openTerminal() {
+    termios raw{};
+    cfmakeraw(&raw);
+    int slave = -1;
+    std::array<char, 128> name{};
+    if (openpty(&master_, &slave, name.data(), &raw, nullptr) != 0) return systemMessage(errno);
+    close(slave);  // from now on it hangs up until a client opens it
+    fcntl(master_, F_SETFL, O_NONBLOCK);
+    fcntl(master_, F_SETFD, FD_CLOEXEC);
+    std::error_code error;
+    if (isOurs(link_)) fs::remove(link_, error);
+    fs::create_symlink(name.data(), link_, error);
+    return error ? error.message() : std::string();
+}
+
+void PtyLine::closeTerminal() {
+    if (master_ < 0) return;
+    std::error_code ignored;
+    if (isOurs(link_)) fs::remove(link_, ignored);
+    close(std::exchange(master_, -1));
+    unsent_.clear();
+}
+
+bool PtyLine::clientIsThere() const {
+    pollfd state{master_, POLLIN, 0};
+    return poll(&state, 1, 0) >= 0 && (state.revents & POLLHUP) == 0;
+}
+
+void PtyLine::look() {
+    timer_ = scheduler_.callAfter(kLookInterval, [this] { look(); });
+    if (master_ < 0) {
+        openTerminal();
+        return;
+    }
+    const bool there = clientIsThere();
+    if (!there) unsent_.clear();
+    if (there && !tester_.playing()) tester_.clientCame();
+    if (!there && tester_.playing()) tester_.clientLeft();
+    if (!there) return;
+    std::array<std::uint8_t, 256> heard;  // it listens to nothing
+    while (read(master_, heard.data(), heard.size()) > 0) {
+    }
+    flush();
+    tester_.pump();
+}
+
+std::size_t PtyLine::room() const {
+    return master_ >= 0 && unsent_.empty() ? kUnsentMost : 0;
+}
+
+void PtyLine::write(std::span<const std::uint8_t> bytes) {
+    unsent_.insert(unsent_.end(), bytes.begin(), bytes.end());
+    flush();
+}
+
+void PtyLine::flush() {
+    while (!unsent_.empty()) {
+        const ssize_t count = ::write(master_, unsent_.data(), unsent_.size());
+        if (count <= 0) return;
+        unsent_.erase(unsent_.begin(), unsent_.begin() + count);
+    }
+}
+
+// The client reads to the end what is under way and then meets the hang-up; look() opens the next terminal.
+void PtyLine::hangUp() {
+    closeTerminal();
+}
+
+}  // namespace kestrix::cli

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "apps/kestrix-cli/TesterLine.h"
+
+namespace kestrix::cli {
+
+// A pseudo terminal that is one tester's serial port, under a name that stays while the terminal behind it is
+// replaced at each hang-up.
+class PtyLine final : public LineEnd {
+  public:
+    PtyLine(platform::GeneratedDialer::MakeProducer producers, platform::Scheduler& scheduler);
+    PtyLine(const PtyLine&) = delete;
+    PtyLine& operator=(const PtyLine&) = delete;
+    ~PtyLine() override;
+
+    // link: where the port's name goes, a symbolic link; one that dangles or names a pseudo terminal is
+    // replaced, anything else is left alone. Empty, or why it cannot.
+    std::string open(const std::string& link);
+
+    std::size_t room() const override;
+    void write(std::span<const std::uint8_t> bytes) override;
+    void hangUp() override;
+
+  private:
+    std::string openTerminal();
+    void closeTerminal();
+    bool clientIsThere() const;
+    void look();
+    void flush();
+
+    platform::Scheduler& scheduler_;
+    TesterLine tester_;
+    std::string link_;
+    int master_ = -1;
+    std::vector<std::uint8_t> unsent_;
+    platform::Scheduler::Timer timer_;
+};
+
+}  // namespace kestrix::cli

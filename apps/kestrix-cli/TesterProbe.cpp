@@ -1,0 +1,62 @@
+#include "apps/kestrix-cli/TesterProbe.h"
+
+#include <array>
+#include <span>
+#include <utility>
+
+#include "protocol/HexText.h"
+#include "protocol/KV3820protocal.h"
+
+namespace kestrix::cli {
+
+TesterProbe::TesterProbe(std::unique_ptr<platform::AccessorySource> source, std::function<void()> found)
+    : source_(std::move(source)), found_(std::move(found)) {
+    source_->start(*this);
+}
+
+TesterProbe::~TesterProbe() {
+    source_->stop();
+}
+
+void TesterProbe::appeared(const platform::AccessoryPtr& accessory) {
+    session_ = platform::EASession::create(accessory, accessory->protocolStrings.front());
+    if (!session_) return;
+    session_->inputStream().setDelegate(this);
+    session_->inputStream().scheduleInRunLoop();
+    session_->inputStream().open();
+}
+
+void TesterProbe::disappeared(const platform::AccessoryPtr&) {
+    session_.reset();
+}
+
+void TesterProbe::stream(platform::Stream&, platform::StreamEvent event) {
+    if (event != platform::StreamEvent::HasBytesAvailable) return;
+    std::array<std::uint8_t, 1024> buffer;
+    std::string hexText;
+    while (session_->inputStream().hasBytesAvailable()) {
+        const std::ptrdiff_t count = session_->inputStream().read(buffer.data(), buffer.size());
+        if (count <= 0) break;
+        bytes_ += static_cast<std::uint64_t>(count);
+        protocol::appendHexText(hexText, std::span(buffer).first(static_cast<std::size_t>(count)));
+    }
+    frames_.append(hexText);
+    while (const auto frame = frames_.nextFrame()) {
+        protocol::KV3820protocal decoder;
+        const protocol::MeterReading& record = decoder.initFromString(*frame).return3820data();
+        if (found() || record.iFunction == 0) continue;
+        function_ = record.strfunction;
+        found_();
+    }
+}
+
+std::string TesterProbe::report() const {
+    if (found()) return "a tester, at " + function_;
+    if (bytes_ > 0) return "not found: " + std::to_string(bytes_) + " bytes came, but no valid frame";
+    if (!source_->problem().empty()) return "not found: " + source_->problem();
+    if (source_->state() == platform::SearchState::Listening)
+        return "not found: connected, but no bytes come";
+    return "not found: no answer";
+}
+
+}  // namespace kestrix::cli
