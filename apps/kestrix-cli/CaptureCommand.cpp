@@ -33,7 +33,7 @@ class Recorder {
           connected_(center().addObserver(platform::kAccessoryDidConnect,
                                           [this](const Notification& event) { open(event); })),
           disconnected_(center().addObserver(platform::kAccessoryDidDisconnect,
-                                             [this](const Notification&) { controller().closeSession(); })),
+                                             [](const Notification&) { controller().closeSession(); })),
           received_(center().addObserver(link::EADSessionDataReceivedNotification,
                                          [this](const Notification&) { keep(); })) {}
     Recorder(const Recorder&) = delete;
