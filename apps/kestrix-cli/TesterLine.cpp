@@ -16,7 +16,10 @@ TesterLine::~TesterLine() = default;
 void TesterLine::clientCame() {
     clientLeft();
     dialer_.dial([this](platform::Dialer::Outcome outcome) { channel_ = std::move(outcome.channel); });
-    if (!channel_) return;
+    if (!channel_) {
+        end_.hangUp();
+        return;
+    }
     channel_->events.bytesAvailable = [this] { pump(); };
     channel_->events.closed = [this](const std::string&) {
         pump();

@@ -5,6 +5,7 @@ namespace {
 
 constexpr std::string_view kMagic = "# kestrix-capture 1 source=";
 constexpr std::string_view kStart = " start=";
+constexpr std::size_t kStartTimeMax = 64;
 
 // Escapes all that is not plain ASCII, and the blank and the percent sign that the line itself uses.
 std::string escaped(std::string_view text) {
@@ -43,10 +44,11 @@ std::string unescaped(std::string_view text) {
 
 std::string captureHeaderLine(const CaptureHeader& header) {
     std::string line(kMagic);
-    line += escaped(header.source);
-    if (line.size() + header.startTime.size() + kStart.size() + 1 > kCaptureHeaderMax)
-        line.resize(kCaptureHeaderMax / 2);
-    return line.append(kStart).append(escaped(header.startTime)).append("\n");
+    line += escaped(header.source)
+                .substr(0, kCaptureHeaderMax - kMagic.size() - kStart.size() - kStartTimeMax - 1);
+    line += kStart;
+    line += escaped(header.startTime).substr(0, kStartTimeMax);
+    return line += '\n';
 }
 
 CaptureStart readCaptureStart(std::string_view beginning) {

@@ -12,7 +12,20 @@ struct GeneratedDialer::Feed {
     ByteProducer::Piece piece;
     bool pending = false;
     bool ended = false;
+    bool off = false;  // the last piece closed its channel, and the wait after it is not over
     Scheduler::TimePoint due{};
+
+    // Makes sure that a piece is pending; false at the end.
+    bool fetch() {
+        if (pending) return true;
+        if (ended || !producer->next(piece)) {
+            ended = true;
+            return false;
+        }
+        pending = true;
+        due += piece.wait;
+        return true;
+    }
 };
 
 class GeneratedDialer::Channel final : public ByteChannel {
@@ -46,7 +59,7 @@ class GeneratedDialer::Channel final : public ByteChannel {
 
   private:
     void arm() {
-        if (!fetch()) {
+        if (!feed_->fetch()) {
             timer_ = scheduler_.callAfter(Scheduler::Duration{0},
                                           [this] { end("the end of what there is to play"); });
             return;
@@ -55,25 +68,15 @@ class GeneratedDialer::Channel final : public ByteChannel {
         timer_ = scheduler_.callAfter(std::max(wait, Scheduler::Duration{0}), [this] { play(); });
     }
 
-    bool fetch() {
-        if (feed_->pending) return true;
-        if (feed_->ended || !feed_->producer->next(feed_->piece)) {
-            feed_->ended = true;
-            return false;
-        }
-        feed_->pending = true;
-        feed_->due += feed_->piece.wait;
-        return true;
-    }
-
     // Plays what is due, but no more in one turn of the event loop than the buffer holds.
     void play() {
         const Scheduler::TimePoint now = scheduler_.now();
-        while (bytesAvailable() < kBufferLimit && fetch() && feed_->due <= now) {
+        while (bytesAvailable() < kBufferLimit && feed_->fetch() && feed_->due <= now) {
             const ByteProducer::Piece& piece = feed_->piece;
             bytes_.insert(bytes_.end(), piece.bytes.begin(), piece.bytes.end());
             feed_->pending = false;
             if (!piece.closes) continue;
+            feed_->off = true;
             end("the tester was switched off");
             return;
         }
@@ -110,6 +113,11 @@ void GeneratedDialer::dial(Done done) {
         }
         feed_ = std::move(feed);
     }
+    if (feed_->off && feed_->fetch() && feed_->due > scheduler_.now()) {
+        done({nullptr, "the tester is switched off"});
+        return;
+    }
+    feed_->off = false;
     done({std::make_unique<Channel>(feed_, scheduler_), {}});
 }
 

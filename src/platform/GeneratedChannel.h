@@ -26,6 +26,7 @@ class ByteProducer {
 };
 
 // Channels whose bytes a producer makes, at its pace. A later channel goes on where the one before ended.
+// Behind a piece that closes, dials fail until the wait of the next piece is over.
 class GeneratedDialer final : public Dialer {
   public:
     // Called for the first channel, and again for the next one after its producer has come to its end. None,

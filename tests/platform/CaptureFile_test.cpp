@@ -48,6 +48,9 @@ TEST(CaptureFile, AHeaderIsNeverLongerThanItsBound) {
     const std::string line = captureHeaderLine({std::string(100'000, 'x'), "2026-11-21T05:00:00Z"});
     EXPECT_LE(line.size(), kCaptureHeaderMax);
     EXPECT_TRUE(readCaptureStart(line).header);
+    const std::string longTime = captureHeaderLine({"tcp://a:1", std::string(5000, '1')});
+    EXPECT_LE(longTime.size(), kCaptureHeaderMax);
+    EXPECT_EQ(readCaptureStart(longTime).header->source, "tcp://a:1");
 }
 
 }  // namespace

@@ -117,15 +117,30 @@ TEST_F(GeneratedChannelTest, AfterTheEndTheNextDialPlaysFromTheBeginning) {
 }
 
 TEST_F(GeneratedChannelTest, APieceThatClosesEndsTheChannelBehindItsBytesAndTheNextDialGoesOn) {
-    pieces_ = {{milliseconds(0), {1}, true}, {milliseconds(10), {2}}, {milliseconds(10'000), {3}}};
+    pieces_ = {{milliseconds(0), {1}, true}, {milliseconds(0), {2}}, {milliseconds(10'000), {3}}};
     dial();
     scheduler_.runDue();
     EXPECT_EQ(received_, Bytes{1});
     EXPECT_EQ(closed_, "the tester was switched off");
     dial();
-    scheduler_.advance(milliseconds(10));
+    scheduler_.runDue();
     EXPECT_EQ(received_, (Bytes{1, 2}));
     EXPECT_EQ(producers_, 1);
+}
+
+TEST_F(GeneratedChannelTest, WhileTheTesterIsOffDialsFail) {
+    pieces_ = {{milliseconds(0), {1}, true}, {milliseconds(2000), {}}, {milliseconds(250), {2}}};
+    dial();
+    scheduler_.runDue();
+    scheduler_.advance(milliseconds(1999));
+    dial();
+    EXPECT_EQ(channel_, nullptr);
+    EXPECT_EQ(problem_, "the tester is switched off");
+    scheduler_.advance(milliseconds(1));
+    dial();
+    ASSERT_NE(channel_, nullptr);
+    scheduler_.advance(milliseconds(250));
+    EXPECT_EQ(received_, (Bytes{1, 2}));
 }
 
 TEST_F(GeneratedChannelTest, AChannelThatIsGivenUpLosesNoPieceForTheNext) {

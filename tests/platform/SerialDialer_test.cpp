@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pty.h>
-#include <termios.h>
 #include <unistd.h>
 #include <QFile>
 #include <QTemporaryDir>
@@ -12,38 +10,13 @@
 #include <string>
 
 #include "tests/support/EventLoop.h"
+#include "tests/support/Pty.h"
 
 namespace kestrix::platform {
 namespace {
 
+using testing::Pty;
 using testing::spinUntil;
-
-// A pair of terminals: the test holds the tester's end.
-class Pty {
-  public:
-    Pty() {
-        termios raw{};
-        cfmakeraw(&raw);
-        int slave = -1;
-        char name[128] = {};
-        EXPECT_EQ(openpty(&master_, &slave, name, &raw, nullptr), 0);
-        ::close(slave);
-        name_ = name;
-    }
-    Pty(const Pty&) = delete;
-    Pty& operator=(const Pty&) = delete;
-    ~Pty() { hangUp(); }
-    void hangUp() {
-        if (master_ >= 0) ::close(master_);
-        master_ = -1;
-    }
-    QString name() const { return QString::fromStdString(name_); }
-    int master() const { return master_; }
-
-  private:
-    int master_ = -1;
-    std::string name_;
-};
 
 class SerialDialerTest : public ::testing::Test {
   protected:
@@ -75,7 +48,7 @@ class SerialDialerTest : public ::testing::Test {
 
 TEST_F(SerialDialerTest, BytesGoBothWays) {
     const Pty pty;
-    SerialDialer dialer(pty.name(), 9600);
+    SerialDialer dialer(QString::fromStdString(pty.name()), 9600);
     ASSERT_TRUE(dial(dialer)) << problem_;
     ASSERT_EQ(write(pty.master(), "hello", 5), 5);
     EXPECT_TRUE(spinUntil([this] { return received_ == "hello"; }));
@@ -90,7 +63,7 @@ TEST_F(SerialDialerTest, BytesGoBothWays) {
 
 TEST_F(SerialDialerTest, AHangUpIsAClosedChannelOnce) {
     Pty pty;
-    SerialDialer dialer(pty.name(), 9600);
+    SerialDialer dialer(QString::fromStdString(pty.name()), 9600);
     ASSERT_TRUE(dial(dialer)) << problem_;
     pty.hangUp();
     EXPECT_TRUE(spinUntil([this] { return closes_ > 0; }));
@@ -106,10 +79,10 @@ TEST_F(SerialDialerTest, AMissingNodeIsAFailedDial) {
 
 TEST_F(SerialDialerTest, ABusyPortIsAFailedDial) {
     const Pty pty;
-    SerialDialer first(pty.name(), 9600);
+    SerialDialer first(QString::fromStdString(pty.name()), 9600);
     ASSERT_TRUE(dial(first));
     const std::unique_ptr<ByteChannel> held = std::move(channel_);
-    SerialDialer second(pty.name(), 9600);
+    SerialDialer second(QString::fromStdString(pty.name()), 9600);
     EXPECT_FALSE(dial(second));
     EXPECT_EQ(problem_, "the port is busy");
 }
@@ -128,7 +101,7 @@ TEST_F(SerialDialerTest, ANodeThatAppearsIsReportedAtOnce) {
     int back = 0;
     dialer.peerMayBeBack = [&] { ++back; };
     EXPECT_FALSE(dial(dialer));
-    ASSERT_TRUE(QFile::link(pty.name(), link));
+    ASSERT_TRUE(QFile::link(QString::fromStdString(pty.name()), link));
     EXPECT_TRUE(spinUntil([&] { return back > 0; }));
     EXPECT_TRUE(dial(dialer)) << problem_;
 }

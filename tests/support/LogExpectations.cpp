@@ -62,6 +62,8 @@ const std::vector<std::string>& logLines() {
     return lines();
 }
 
+void forgetLogLines() { lines().clear(); }
+
 void startLog() {
     lines().clear();
     expected().clear();

@@ -17,6 +17,8 @@ class ManualScheduler final : public platform::Scheduler {
     void runDue();
     // Moves the time, call by call.
     void advance(Duration by);
+    // Makes the next call, moving the time to it. False when there is none.
+    bool runOne() { return runNext(TimePoint::max()); }
     std::size_t pending() const;
 
   private:

@@ -1,0 +1,245 @@
+#include "apps/kestrix-cli/ReadingJson.h"
+
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <type_traits>
+
+#include "apps/kestrix-cli/ReadingFields.h"
+
+namespace kestrix::cli {
+namespace {
+
+using protocol::MeterReading;
+using protocol::ValData;
+
+// What the values of a struct take at most, beside the characters of their texts.
+constexpr std::size_t kNumberRoom = 24;       // the longest double in its shortest form
+constexpr std::size_t kEscapedCharacter = 6;  // \u001f
+constexpr std::size_t kUsualRoom = 8192;      // enough for every record of a tester
+
+template <class Struct>
+struct FieldsOf;
+template <>
+struct FieldsOf<ValData> : ValDataFields {};
+template <>
+struct FieldsOf<MeterReading> : ReadingFields {};
+
+template <class Struct, class F>
+using TypeOf = std::remove_cvref_t<decltype(std::declval<const Struct&>().*F::member)>;
+
+// "name": as characters; every value is followed by a comma, the last of which becomes the closing brace.
+template <Name name>
+constexpr auto kKey = [] {
+    std::array<char, name.view().size() + 3> key{};
+    key.front() = '"';
+    std::copy(name.view().begin(), name.view().end(), key.begin() + 1);
+    key[key.size() - 2] = '"';
+    key.back() = ':';
+    return key;
+}();
+
+template <class Struct>
+constexpr std::size_t roomWithoutTexts() {
+    std::size_t room = 2;  // the brace and a comma
+    FieldsOf<Struct>::forEach([&room]<class F>(F) {
+        room += kKey<F::name>.size() + 1;
+        if constexpr (std::is_same_v<TypeOf<Struct, F>, ValData>) {
+            room += roomWithoutTexts<ValData>();
+        } else {
+            room += kNumberRoom;  // more than a flag or two quotes
+        }
+    });
+    return room;
+}
+
+// An all-zero ValData, which most of a record's ten are, with the comma behind it.
+constexpr auto kZeroValData = [] {
+    std::array<char, roomWithoutTexts<ValData>()> room{};
+    auto at = room.begin();
+    *at++ = '{';
+    ValDataFields::forEach([&at]<class F>(F) {
+        constexpr bool isText = std::is_same_v<TypeOf<ValData, F>, std::string>;
+        constexpr std::string_view zero = isText ? "\"\"," : "0,";
+        at = std::copy(kKey<F::name>.begin(), kKey<F::name>.end(), at);
+        at = std::copy(zero.begin(), zero.end(), at);
+    });
+    at[-1] = '}';
+    *at++ = ',';
+    return std::pair(room, static_cast<std::size_t>(at - room.begin()));
+}();
+
+bool isAllZero(const ValData& data) {
+    return data.strValD1.empty() && data.strUnitD1.empty() &&
+           (data.pointPosD1 | data.NoData | data.OlData | data.bLess) == 0 &&
+           std::bit_cast<std::uint64_t>(data.ValD1) == 0;
+}
+
+template <class Struct>
+std::size_t textBytes(const Struct& value) {
+    std::size_t bytes = 0;
+    FieldsOf<Struct>::forEach([&]<class F>(F) {
+        if constexpr (std::is_same_v<TypeOf<Struct, F>, std::string>) {
+            bytes += (value.*F::member).size();
+        } else if constexpr (std::is_same_v<TypeOf<Struct, F>, ValData>) {
+            bytes += textBytes(value.*F::member);
+        }
+    });
+    return bytes;
+}
+
+// True when one of the eight characters must be escaped: below a blank, a quote or a backslash.
+// A borrow may mark a character above a marked one, never the word of a clean eight.
+bool anyToEscape(std::uint64_t eight) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    const std::uint64_t quote = eight ^ (ones * '"');
+    const std::uint64_t backslash = eight ^ (ones * '\\');
+    const std::uint64_t marks =
+        ((eight - ones * ' ') & ~eight) | ((quote - ones) & ~quote) | ((backslash - ones) & ~backslash);
+    return (marks & (ones * 0x80U)) != 0;
+}
+
+bool mustEscape(char c) {
+    return static_cast<unsigned char>(c) < ' ' || c == '"' || c == '\\';
+}
+
+// Writes into room that its maker has measured beforehand; every value ends in a comma.
+class JsonWriter {
+  public:
+    explicit JsonWriter(char* at) : at_(at) {}
+
+    char* at() const { return at_; }
+
+    template <class Struct>
+    void object(const Struct& value) {
+        *at_++ = '{';
+        FieldsOf<Struct>::forEach([&]<class F>(F) {
+            copy(kKey<F::name>.data(), kKey<F::name>.size());
+            put(value.*F::member);
+        });
+        at_[-1] = '}';
+    }
+
+  private:
+    void copy(const char* from, std::size_t size) {
+        std::memcpy(at_, from, size);
+        at_ += size;
+    }
+
+    void put(bool value) {
+        const std::string_view word = value ? "true," : "false,";
+        copy(word.data(), word.size());
+    }
+
+    void put(std::uint8_t value) {
+        if (value >= 100) *at_++ = static_cast<char>('0' + value / 100);
+        if (value >= 10) *at_++ = static_cast<char>('0' + value / 10 % 10);
+        *at_++ = static_cast<char>('0' + value % 10);
+        *at_++ = ',';
+    }
+
+    void put(double value) {
+        constexpr double exactBelow = 9007199254740992.0;  // 2^53
+        if (std::fabs(value) < exactBelow) {
+            if (const auto whole = static_cast<std::int64_t>(value); static_cast<double>(whole) == value) {
+                putWhole(whole, std::signbit(value));
+                return;
+            }
+        } else if (!std::isfinite(value)) {
+            copy("null,", 5);
+            return;
+        }
+        at_ = std::to_chars(at_, at_ + kNumberRoom, value).ptr;
+        *at_++ = ',';
+    }
+
+    void putWhole(std::int64_t value, bool negative) {
+        if (value == 0) {
+            copy(negative ? "-0.0," : "0,", negative ? 5 : 2);
+            return;
+        }
+        at_ = std::to_chars(at_, at_ + kNumberRoom, value).ptr;
+        *at_++ = ',';
+    }
+
+    void put(const std::string& text) {
+        *at_++ = '"';
+        if (!copyClean(text)) copyEscaped(text);
+        *at_++ = '"';
+        *at_++ = ',';
+    }
+
+    void put(const ValData& value) {
+        if (isAllZero(value)) {
+            copy(kZeroValData.first.data(), kZeroValData.second);
+            return;
+        }
+        object(value);
+        *at_++ = ',';
+    }
+
+    // False, with nothing written, when a character must be escaped.
+    bool copyClean(std::string_view text) {
+        const char* from = text.data();
+        const char* const end = from + text.size();
+        char* to = at_;
+        for (; end - from >= 8; from += 8, to += 8) {
+            std::uint64_t eight = 0;
+            std::memcpy(&eight, from, 8);
+            if (anyToEscape(eight)) return false;
+            std::memcpy(to, &eight, 8);
+        }
+        for (; from != end; ++from, ++to) {
+            if (mustEscape(*from)) return false;
+            *to = *from;
+        }
+        at_ = to;
+        return true;
+    }
+
+    void copyEscaped(std::string_view text) {
+        constexpr std::string_view special = "\"\\\b\f\n\r\t";
+        constexpr std::string_view shortForm = "\"\\bfnrt";
+        constexpr std::string_view digits = "0123456789abcdef";
+        for (const char c : text) {
+            if (!mustEscape(c)) {
+                *at_++ = c;
+                continue;
+            }
+            *at_++ = '\\';
+            if (const auto found = special.find(c); found != std::string_view::npos) {
+                *at_++ = shortForm[found];
+                continue;
+            }
+            const auto code = static_cast<unsigned char>(c);
+            copy("u00", 3);
+            *at_++ = digits[code >> 4U];
+            *at_++ = digits[code & 15U];
+        }
+    }
+
+    char* at_;
+};
+
+}  // namespace
+
+void appendReadingJson(std::string& out, const MeterReading& reading) {
+    const std::size_t room = roomWithoutTexts<MeterReading>() + kEscapedCharacter * textBytes(reading);
+    std::array<char, kUsualRoom> usual;
+    std::unique_ptr<char[]> large;
+    char* begin = usual.data();
+    if (room > kUsualRoom) {
+        large.reset(new char[room]);
+        begin = large.get();
+    }
+    JsonWriter writer(begin);
+    writer.object(reading);
+    out.append(begin, writer.at());
+}
+
+}  // namespace kestrix::cli

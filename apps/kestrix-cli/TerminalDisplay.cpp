@@ -1,0 +1,273 @@
+#include "apps/kestrix-cli/TerminalDisplay.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
+#include "apps/kestrix-cli/LargeDigits.h"
+#include "apps/kestrix-cli/ReadingTexts.h"
+#include "apps/kestrix-cli/TerminalText.h"
+
+namespace kestrix::cli {
+namespace {
+
+using protocol::MeterReading;
+
+constexpr int kNarrowest = 40;  // what the display is drawn for at least
+constexpr int kWidest = 80;     // and at most: wider only pulls its parts away from each other
+
+struct Title {
+    std::string_view text;
+    std::string_view functions;  // the codes of iFunction that light it
+};
+
+constexpr std::array kDial = std::to_array<Title>(
+    {{"INSULATION", "2"}, {"RE", "1"}, {"LOW OHM", "3"}, {"V", "4"}, {"LOOP/PFC", "5"}, {"RCD", "67"}});
+
+std::string blanks(int count) {
+    return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
+}
+
+void append(Row& row, Row more) {
+    for (auto& span : more) row.push_back(std::move(span));
+}
+
+Row filled(Row row, int columns) {
+    row = clipped(row, columns);
+    row.push_back({blanks(columns - columnsOf(row))});
+    return row;
+}
+
+Row centred(const Row& row, int columns) {
+    Row out{{blanks((columns - columnsOf(row)) / 2)}};
+    append(out, row);
+    return filled(std::move(out), columns);
+}
+
+Row leftAndRight(Row left, const Row& right, int columns) {
+    left = filled(std::move(left), columns - columnsOf(right));
+    append(left, right);
+    return left;
+}
+
+// Equal cells side by side.
+Row inCells(const std::vector<Row>& cells, int count, int columns) {
+    Row row;
+    for (const auto& cell : cells) append(row, filled(cell, columns / count));
+    return filled(std::move(row), columns);
+}
+
+// A value is never cut off for its name's sake.
+Row named(const NamedText& text, std::string_view between, int columns) {
+    const int forName = std::max(columns - columnsOf(text.value) - columnsOf(between), 1);
+    return {{clipped(text.name, forName).append(between), Ink::Dim}, {text.value}};
+}
+
+// Up to `count` of the texts side by side, from the first on.
+Row namedCells(const std::vector<NamedText>& texts, std::size_t first, int count, std::string_view between,
+               int columns) {
+    std::vector<Row> cells;
+    const auto end = std::min(first + static_cast<std::size_t>(count), texts.size());
+    for (std::size_t i = first; i < end; ++i) cells.push_back(named(texts[i], between, columns / count - 1));
+    return inCells(cells, count, columns);
+}
+
+// Draws inside a frame `columns` wide; every row has one blank to the left and to the right of its content.
+class Display {
+  public:
+    Display(const DisplayState& state, int columns, bool colour)
+        : state_(state), columns_(columns), colour_(colour) {
+        if (state.connected && state.reading) reading_ = &*state.reading;
+    }
+
+    std::vector<Row> rows() && {
+        border("┌", "┐", {printable(state_.source)});
+        titles();
+        separator();
+        symbols();
+        mainReading();
+        secondReading();
+        separator();
+        settings();
+        separator();
+        voltages();
+        separator();
+        link();
+        border("└", "┘", {printable(state_.problem), Ink::Bad});
+        return std::move(rows_);
+    }
+
+  private:
+    int inner() const { return columns_ - 4; }
+
+    // A line of the frame, with a text set into it.
+    void border(const char* left, const char* right, const Span& text) {
+        Row row{{left, Ink::Dim}};
+        int dashes = columns_ - 2;
+        if (!text.text.empty()) {
+            const Span shown{clipped(text.text, columns_ - 6), text.ink};
+            append(row, {{"─ ", Ink::Dim}, shown, {" "}});
+            dashes -= columnsOf(shown.text) + 3;
+        }
+        std::string line;
+        for (; dashes > 0; --dashes) line += "─";
+        append(row, {{line, Ink::Dim}, {right, Ink::Dim}});
+        rows_.push_back(std::move(row));
+    }
+
+    void separator() { border("├", "┤", {}); }
+
+    void line(Row content) { framed(filled(std::move(content), inner()), " "); }
+
+    void framed(Row content, const char* margin) {
+        Row row{{"│", Ink::Dim}, {margin}};
+        append(row, std::move(content));
+        append(row, {{margin}, {"│", Ink::Dim}});
+        rows_.push_back(std::move(row));
+    }
+
+    // The dial's names at even distances, over the frame's whole width; a lit one takes a blank on either
+    // side.
+    void titles() {
+        constexpr auto count = kDial.size() + 1;
+        int blank = columns_ - 2;
+        for (const auto& title : kDial) blank -= columnsOf(title.text);
+        std::array<int, count> gaps{};
+        for (std::size_t i = 0; i < count; ++i) {
+            gaps[i] = (blank + static_cast<int>(i)) / static_cast<int>(count);
+        }
+        Row names;
+        for (std::size_t i = 0; i < kDial.size(); ++i) {
+            names.push_back({std::string(kDial[i].text)});
+            if (!isLit(kDial[i])) continue;
+            const std::string name(kDial[i].text);
+            names[i] = {colour_ ? " " + name + " " : "[" + name + "]", Ink::Lit};
+            --gaps[i];
+            --gaps[i + 1];
+        }
+        Row row{{blanks(gaps[0])}};
+        for (std::size_t i = 0; i < names.size(); ++i) append(row, {names[i], {blanks(gaps[i + 1])}});
+        framed(std::move(row), "");
+    }
+
+    bool isLit(const Title& title) const {
+        return reading_ != nullptr && reading_->iFunction != 0 &&
+               title.functions.find(static_cast<char>(reading_->iFunction)) != std::string_view::npos;
+    }
+
+    // Every symbol has a place of its own, as on the tester; it is empty while the symbol is dark.
+    void symbols() {
+        const auto all = symbolsOf(reading_ != nullptr ? *reading_ : MeterReading{});
+        std::vector<Row> cells(all.size());
+        std::transform(all.begin(), all.end(), cells.begin(), [](const Symbol& symbol) -> Row {
+            return {{std::string(symbol.lit ? symbol.name : ""), symbol.urgent ? Ink::Warning : Ink::Bold}};
+        });
+        line(inCells(cells, static_cast<int>(cells.size()), inner()));
+    }
+
+    void mainReading() {
+        line({});
+        if (reading_ == nullptr) {
+            line({});
+            line(centred({{state_.connected ? "Waiting for a reading" : "Not Connected", Ink::Bold}},
+                         inner()));
+            line({});
+        } else {
+            const auto unit = withUnit({}, reading_->strUnit1);
+            const auto digits = largeDigits(printable(reading_->strValue1));
+            const int columns = columnsOf(digits[0]) + 2 + columnsOf(unit);
+            if (columns <= inner()) {
+                for (std::size_t i = 0; i < digits.size(); ++i) {
+                    const bool last = i + 1 == digits.size();
+                    line(centred({{digits[i] + "  " + (last ? unit : blanks(columnsOf(unit))), Ink::Bold}},
+                                 inner()));
+                }
+            } else {
+                line({});
+                line(centred({{withUnit(reading_->strValue1, reading_->strUnit1), Ink::Bold}}, inner()));
+                line({});
+            }
+        }
+        line({});
+    }
+
+    void secondReading() {
+        if (reading_ != nullptr && reading_->iFunction == '7') {
+            tripTimes();
+            return;
+        }
+        line({});
+        line(reading_ == nullptr ? Row{}
+                                 : centred({{withUnit(reading_->strValue2, reading_->strUnit2)}}, inner()));
+        line({});
+    }
+
+    // Three rows of two: 0° at the left, 180° at the right.
+    void tripTimes() {
+        constexpr int nameColumns = 10;
+        constexpr int valueColumns = 7;
+        const auto slots = tripTimesOf(*reading_);
+        for (std::size_t i = 0; i < slots.size(); i += 2) {
+            std::vector<Row> cells;
+            for (const auto& [name, value] : {slots[i], slots[i + 1]}) {
+                const std::string shown = value.empty() ? "·" : value;
+                Row cell = filled({{name, Ink::Dim}}, nameColumns);
+                append(cell, {{blanks(valueColumns - columnsOf(shown))}, {shown, Ink::Bold}});
+                cells.push_back(centred(cell, inner() / 2));
+            }
+            line(inCells(cells, 2, inner()));
+        }
+    }
+
+    void settings() {
+        const auto all = reading_ != nullptr ? settingsOf(*reading_) : std::vector<NamedText>();
+        line(namedCells(all, 0, 2, ": ", inner()));
+        line(namedCells(all, 2, 2, ": ", inner()));
+    }
+
+    void voltages() {
+        const auto wires = reading_ != nullptr ? wiresOf(*reading_) : std::vector<NamedText>();
+        const auto limits = reading_ != nullptr ? limitsOf(*reading_) : std::vector<NamedText>();
+        line(namedCells(wires, 0, 3, " ", inner()));
+        line(namedCells(limits, 0, 3, " ", inner()));
+    }
+
+    void link() {
+        const Span on{"● Connected", Ink::Good};
+        const Span off{"○ Not Connected", Ink::Bad};
+        line(leftAndRight({state_.connected ? on : off}, {{lastFrame()}}, inner()));
+        const double rate = std::isfinite(state_.framesPerSecond) ? state_.framesPerSecond : 0;
+        line(leftAndRight({{fmt::format("{:.1f} frames/s", rate)}},
+                          {{fmt::format("{} frames", state_.frames)}}, inner()));
+    }
+
+    std::string lastFrame() const {
+        const auto& seconds = state_.secondsSinceLastFrame;
+        if (!seconds || !std::isfinite(*seconds)) return "no frame yet";
+        return fmt::format("last frame {:.{}f} s ago", *seconds, *seconds < 100 ? 1 : 0);
+    }
+
+    const DisplayState& state_;
+    const MeterReading* reading_ = nullptr;
+    const int columns_;
+    const bool colour_;
+    std::vector<Row> rows_;
+};
+
+}  // namespace
+
+std::vector<std::string> renderDisplay(const DisplayState& state, const TerminalStyle& style) {
+    std::vector<std::string> lines;
+    for (const auto& row :
+         Display(state, std::clamp(style.columns, kNarrowest, kWidest), style.colour).rows()) {
+        lines.push_back(rendered(clipped(row, std::max(style.columns, 0)), style.colour));
+    }
+    return lines;
+}
+
+}  // namespace kestrix::cli

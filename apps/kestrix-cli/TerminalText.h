@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestrix::cli {
+
+// `text` with everything that a terminal would obey or could not show replaced by U+FFFD: control characters,
+// line and direction marks, bytes that are not UTF-8. The result is valid UTF-8.
+std::string printable(std::string_view text);
+
+// Columns that a printable text takes: combining characters none, East Asian wide ones and emoji two.
+int columnsOf(std::string_view text);
+
+// The printable text if it fits into `columns`, else its beginning by whole characters with "…" at the end.
+std::string clipped(std::string_view text, int columns);
+
+// How a piece of text stands out where the terminal has colours.
+enum class Ink { Plain, Dim, Bold, Lit, Good, Bad, Warning };
+
+struct Span {
+    std::string text;  // printable
+    Ink ink = Ink::Plain;
+};
+
+// One line of the display.
+using Row = std::vector<Span>;
+
+int columnsOf(const Row& row);
+Row clipped(const Row& row, int columns);
+
+// The row's texts, with the escape codes of their inks when `colour` is set.
+std::string rendered(const Row& row, bool colour);
+
+}  // namespace kestrix::cli

@@ -1,0 +1,49 @@
+# Completion of kestrix-cli for fish.
+
+function __kestrix_cli_scenarios
+    kestrix-cli simulate --list 2>/dev/null
+end
+
+function __kestrix_cli_uris
+    set -l word (commandline -ct)
+    switch $word
+        case 'serial:*' 'replay:*'
+            set -l scheme (string split -m 1 : -- $word)[1]
+            for path in (__fish_complete_path (string replace -r '^[^:]*:' '' -- $word))
+                echo $scheme:$path
+            end
+        case '*'
+            printf '%s\n' serial: tcp:// replay: simulator: simulator:(__kestrix_cli_scenarios)
+    end
+end
+
+function __kestrix_cli_in
+    __fish_seen_subcommand_from $argv
+end
+
+complete -c kestrix-cli -f
+complete -c kestrix-cli -l settings -r -F -d 'Keep the link state in this file'
+complete -c kestrix-cli -s h -l help -d 'Tell what can be given'
+complete -c kestrix-cli -n __fish_use_subcommand -l version -d 'Tell the version'
+
+complete -c kestrix-cli -n __fish_use_subcommand -a decode -d 'Raw bytes to one JSON object per record'
+complete -c kestrix-cli -n __fish_use_subcommand -a monitor -d 'The display of the tester, live'
+complete -c kestrix-cli -n __fish_use_subcommand -a capture -d 'Keep the raw bytes of a tester in a file'
+complete -c kestrix-cli -n __fish_use_subcommand -a simulate -d 'A tester in software for other programs'
+complete -c kestrix-cli -n __fish_use_subcommand -a devices -d 'What each source sees, or which step fails'
+
+complete -c kestrix-cli -n '__kestrix_cli_in decode' -F
+complete -c kestrix-cli -n '__kestrix_cli_in decode' -l frame -x -d 'Decode one frame text'
+
+complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -a '(__kestrix_cli_uris)'
+complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -l seconds -x -d 'How long'
+
+complete -c kestrix-cli -n '__kestrix_cli_in capture' -F
+complete -c kestrix-cli -n '__kestrix_cli_in capture' -l force -d 'Overwrite the file'
+
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l tcp -x -d 'Serve it at this host:port'
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l pty -r -F -d 'Make a serial port of this name'
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l scenario -r -F -a '(__kestrix_cli_scenarios)' -d 'What the tester does'
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l seed -x -d 'Seed of all that happens by chance'
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l speed -x -a '1 10 100 max' -d 'Times real time'
+complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l list -d 'Name the built-in scenarios'
