@@ -52,6 +52,8 @@ class Monitor : public link::BusinessCommunicationDelegate {
 
   protected:
     virtual void changed() = 0;
+    // To be shown before it returns: what follows a disconnect may block for a second.
+    virtual void linkHasChanged() { changed(); }
 
     // The state with all that depends on the time.
     const DisplayState& currentState() {
@@ -80,7 +82,7 @@ class Monitor : public link::BusinessCommunicationDelegate {
         state_.connected = connected;
         // A value must never stand there as live after its tester has gone.
         if (!connected) state_.reading.reset();
-        changed();
+        linkHasChanged();
     }
 
     static constexpr std::size_t kMostFrameTimes = 4096;
@@ -133,6 +135,8 @@ class ScreenMonitor final : public Monitor {
         if (std::exchange(drawSoon_, true)) return;
         timer_ = link().scheduler.callAfter(kRedrawInterval, [this] { draw(); });
     }
+
+    void linkHasChanged() override { draw(); }
 
     void draw() {
         drawSoon_ = false;

@@ -38,8 +38,7 @@ void decodeFlags(const std::uint8_t* bytes, const FunctionRule& rule, MeterReadi
     record.bTestFlag = rule.test.read(bytes);
     record.bTest = rule.rcdTest.read(bytes);
     const unsigned flags = bytes[frame::kNoDataOverload.first];
-    for (std::size_t i = 0; i < kReadingFields.size(); ++i) {
-        if (rule.readings[i].units == nullptr) continue;
+    for (std::size_t i = 0; i < rule.readingCount(); ++i) {
         ValData& reading = record.*kReadingFields[i];
         reading.NoData = static_cast<std::uint8_t>(flags >> (4 + i) & 1U);
         reading.OlData = static_cast<std::uint8_t>(flags >> i & 1U);
@@ -116,8 +115,7 @@ void decodeFrame(std::span<const std::uint8_t> frameBytes, MeterReading& record)
     const FunctionRule& rule = *functionRule(bytes[frame::kFunction.first]);
     record.iFunction = rule.code;
     decodeFlags(bytes, rule, record);
-    for (std::size_t i = 0; i < kReadingFields.size(); ++i) {
-        if (rule.readings[i].units == nullptr) continue;
+    for (std::size_t i = 0; i < rule.readingCount(); ++i) {
         decodeReading(bytes + kReadingRows[i].first, rule.readings[i], record.*kReadingFields[i]);
     }
     if (rule.code == kRcd && record.iSubFunc == kRcdModeRamp) record.ValData1.strUnitD1 = "mA";

@@ -57,8 +57,10 @@ struct AttributeLayout {
 inline constexpr AttributeLayout kPlainAttribute{};
 inline constexpr AttributeLayout kRcdMainAttribute{5, 0x03, 4, 0x01};  // its low bits are the auto-test step
 
+inline constexpr UnitTable kNoUnits{};
+
 struct ReadingRule {
-    const UnitTable* units = nullptr;  // none: the function has no such reading
+    const UnitTable* units = &kNoUnits;
     SignRule sign = SignRule::Signed;
     AttributeLayout attribute = kPlainAttribute;
 };
@@ -91,6 +93,8 @@ struct FunctionRule {
     bool onMains = false;       // has readings 3 and 4 and the wire voltages
     bool voltageLimit = false;  // has dUl
     bool faultVoltage = false;  // has dUf
+
+    constexpr std::size_t readingCount() const { return onMains ? 4 : 2; }
 };
 
 inline constexpr std::uint8_t kEarth = '1', kInsulation = '2', kLowOhm = '3', kVoltagePhase = '4',
@@ -167,9 +171,6 @@ constexpr const FunctionRule* functionRule(std::uint8_t code) {
 constexpr bool rulesStandInCodeOrder() {
     for (const FunctionRule& rule : kFunctionRules) {
         if (functionRule(rule.code) != &rule) return false;
-        if (rule.onMains != (rule.readings[2].units != nullptr && rule.readings[3].units != nullptr))
-            return false;
-        if (rule.readings[0].units == nullptr || rule.readings[1].units == nullptr) return false;
     }
     return functionRule(0) == nullptr && functionRule(kRcdAuto) == nullptr;
 }
