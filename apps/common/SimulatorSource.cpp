@@ -53,6 +53,11 @@ std::optional<std::string> scenarioText(const std::string& scenario, std::string
         problem = "it is a folder";
         return std::nullopt;
     }
+    if (QFileInfo::exists(path) &&
+        !QFileInfo(path).isFile()) {  // opening a pipe would wait for its other end
+        problem = "it is no regular file";
+        return std::nullopt;
+    }
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         problem =

@@ -36,11 +36,13 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal) {
                      });
     std::signal(SIGINT, tellPipe);
     std::signal(SIGTERM, tellPipe);
+    std::signal(SIGHUP, tellPipe);
 }
 
 TerminationSignals::~TerminationSignals() {
     std::signal(SIGINT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
+    std::signal(SIGHUP, SIG_DFL);
     notifier_.reset();
     if (readEnd_ >= 0) close(readEnd_);
     if (writeEnd >= 0) close(static_cast<int>(writeEnd));

@@ -7,7 +7,7 @@
 
 namespace kestrix::app {
 
-// Turns SIGINT and SIGTERM into a call from the event loop, while it lives. One at a time.
+// Turns SIGINT, SIGTERM and SIGHUP into a call from the event loop, while it lives. One at a time.
 class TerminationSignals {
   public:
     explicit TerminationSignals(std::function<void()> onSignal);

@@ -45,7 +45,7 @@ Commands describe(CLI::App& program, Arguments& arguments) {
     program.add_option("--settings", arguments.settings, "Keep the link state in this file")
         ->type_name("FILE");
     program.set_version_flag("--version", std::string("kestrix-cli ") + KESTRIX_VERSION);
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
     program.fallthrough();
 
     commands.decode = program.add_subcommand("decode", "Raw bytes to one JSON object per record");
@@ -107,6 +107,7 @@ ExitStatus run(const Commands& commands, Arguments& arguments) {
 }  // namespace
 
 int runCommandLine(int argc, char** argv) {
+    fillClosedDescriptors();
     ignoreClosedPipes();
     platform::installLogFormat();
     CLI::App program{
@@ -125,6 +126,8 @@ int runCommandLine(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return fail(std::string(error.what()) + " (--help tells more)", kWrongUsage);
     }
+    if (program.get_subcommands().empty())
+        return fail("a command is needed (--help tells more)", kWrongUsage);
     const QCoreApplication application(argc, argv);
     return run(commands, arguments);
 }

@@ -1,6 +1,7 @@
 #include "apps/kestrix-cli/DecodeCommand.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,10 +11,9 @@
 #include <string_view>
 #include <system_error>
 
-#include "apps/kestrix-cli/Link.h"
 #include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/ReadingJson.h"
-#include "link/BluetoothConnect.h"
+#include "link/FrameExtractor.h"
 #include "platform/CaptureFile.h"
 #include "protocol/HexText.h"
 #include "protocol/KV3820protocal.h"
@@ -21,28 +21,40 @@
 namespace kestrix::cli {
 namespace {
 
-constexpr std::size_t kPieceBytes = 64 * 1024;
-constexpr std::size_t kFlushBytes = 128 * 1024;
+constexpr std::size_t kPieceBytes = 65'536;
+constexpr std::size_t kFlushBytes = 131'072;
 
-class JsonWriter final : public link::BusinessCommunicationDelegate {
+// The link's own steps from text to records, without the link: a file has no state to follow or to keep.
+class JsonWriter {
   public:
     explicit JsonWriter(Output& output) : output_(output) {}
 
-    void didReceive3820Data(const protocol::MeterReading& record, bool) override {
-        ++records_;
-        appendReadingJson(json_, record);
-        json_ += '\n';
-        if (json_.size() >= kFlushBytes) flush();
-    }
-    bool flush() {
-        const bool good = output_.write(json_);
-        json_.clear();
-        return good;
+    // False once the output is closed.
+    bool receive(std::span<const std::uint8_t> bytes) {
+        hexText_.clear();
+        protocol::appendHexText(hexText_, bytes);
+        frames_.append(hexText_);
+        while (const auto frame = frames_.nextFrame()) {
+            protocol::KV3820protocal decoder;
+            appendReadingJson(json_, decoder.initFromString(*frame).return3820data());
+            json_ += '\n';
+            ++records_;
+            if (json_.size() >= kFlushBytes) flush();
+        }
+        flush();
+        return output_.good();
     }
     std::uint64_t records() const { return records_; }
 
   private:
+    void flush() {
+        output_.write(json_);
+        json_.clear();
+    }
+
     Output& output_;
+    link::FrameExtractor frames_;
+    std::string hexText_;
     std::string json_;
     std::uint64_t records_ = 0;
 };
@@ -69,7 +81,12 @@ class Input {
         while (error_ == 0) {
             const ssize_t count = ::read(descriptor_, buffer.data(), buffer.size());
             if (count >= 0) return static_cast<std::size_t>(count);
-            if (errno != EINTR) error_ = errno;
+            if (errno == EAGAIN) {  // somebody made our input non-blocking
+                pollfd ready{descriptor_, POLLIN, 0};
+                poll(&ready, 1, -1);
+            } else if (errno != EINTR) {
+                error_ = errno;
+            }
         }
         return 0;
     }
@@ -93,23 +110,15 @@ ExitStatus decodeFile(const std::string& file) {
     Input input(file);
     Output output;
     JsonWriter writer(output);
-    Link pipeline{{}};
-    pipeline.connect.setDelegate(&writer);
-
     const auto buffer = std::make_unique<std::array<std::uint8_t, kPieceBytes>>();
-    std::string hexText;
     std::uint64_t total = 0;
     while (const std::size_t count = input.read(*buffer)) {
-        std::span<const std::uint8_t> bytes = std::span(*buffer).first(count);
-        if (total == 0) bytes = withoutHeader(bytes);
+        const auto bytes = std::span<const std::uint8_t>(*buffer).first(count);
+        if (!writer.receive(total == 0 ? withoutHeader(bytes) : bytes)) return output.status();
         total += count;
-        hexText.clear();
-        protocol::appendHexText(hexText, bytes);
-        pipeline.connect.analyticalData(hexText);
-        if (!writer.flush()) return output.status();
     }
     if (input.error() != 0) return fail(file + ": " + systemMessage(input.error()));
-    if (total > 0 && writer.records() == 0) fail(file + ": no frame in " + std::to_string(total) + " bytes");
+    if (total > 0 && writer.records() == 0) say(file + ": no frame in " + std::to_string(total) + " bytes");
     return output.status();
 }
 

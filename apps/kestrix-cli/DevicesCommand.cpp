@@ -43,6 +43,7 @@ ExitStatus devices(const DevicesOptions& options) {
 
     platform::QtScheduler scheduler;
     std::vector<std::unique_ptr<platform::AccessorySource>> sources;
+    sources.reserve(options.uris.size());
     for (const std::string& uri : options.uris) {
         platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource);
         if (!made.source) return fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);

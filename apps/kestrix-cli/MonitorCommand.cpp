@@ -122,13 +122,15 @@ class ScreenMonitor final : public Monitor {
     ~ScreenMonitor() override { write("\x1b[?25h"); }
 
   private:
-    static TerminalStyle style() {
+    struct Window {
+        int columns = 80;
+        int rows = 24;
+        bool operator==(const Window&) const = default;
+    };
+    static Window window() {
         winsize size{};
-        const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-        const char* kind = std::getenv("TERM");
-        const bool plain =
-            std::getenv("NO_COLOR") != nullptr || kind == nullptr || std::string_view(kind) == "dumb";
-        return {!plain, known ? size.ws_col : 80};
+        if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) return {};
+        return {size.ws_col, size.ws_row};
     }
 
     void changed() override {
@@ -140,29 +142,37 @@ class ScreenMonitor final : public Monitor {
 
     void draw() {
         drawSoon_ = false;
-        const TerminalStyle current = style();
-        if (current.columns != columns_) {  // what stood there has been wrapped anew
+        const Window current = window();
+        if (current != window_) {  // what stood there has been wrapped anew
             write("\x1b[2J\x1b[H");
             lines_.clear();
-            columns_ = current.columns;
+            window_ = current;
         }
-        std::vector<std::string> next = renderDisplay(currentState(), current);
+        const TerminalStyle style{std::getenv("NO_COLOR") == nullptr, current.columns};
+        // The cursor stands below the display.
+        std::vector<std::string> next = fitHeight(renderDisplay(currentState(), style), current.rows - 1);
         write(redrawInPlace(lines_, next));
         lines_ = std::move(next);
         timer_ = link().scheduler.callAfter(kAgeInterval, [this] { draw(); });
     }
 
     std::vector<std::string> lines_;
-    int columns_ = 0;
+    Window window_{0, 0};
     bool drawSoon_ = false;
     platform::Scheduler::Timer timer_;
 };
+
+bool understandsEscapes() {
+    const char* kind = std::getenv("TERM");
+    return kind != nullptr && std::string_view(kind) != "dumb";
+}
 
 }  // namespace
 
 ExitStatus monitor(const MonitorOptions& options) {
     const bool terminal = isatty(STDOUT_FILENO) == 1;
-    if (terminal)
+    const bool screen = terminal && understandsEscapes();
+    if (screen)
         QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the display says it
 
     Link link(options.settings);
@@ -172,7 +182,7 @@ ExitStatus monitor(const MonitorOptions& options) {
     bool sawFrames = false;
     {
         std::unique_ptr<Monitor> view;
-        if (terminal) {
+        if (screen) {
             view = std::make_unique<ScreenMonitor>(link, output, options.uri);
         } else {
             view = std::make_unique<LineMonitor>(link, output, options.uri);

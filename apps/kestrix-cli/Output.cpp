@@ -1,5 +1,6 @@
 #include "apps/kestrix-cli/Output.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -8,14 +9,12 @@
 #include <cstdio>
 #include <system_error>
 
+#include "apps/kestrix-cli/TerminalText.h"
+
 namespace kestrix::cli {
 
 ExitStatus fail(const std::string& why, ExitStatus status) {
-    std::string line = "kestrix-cli: " + why;
-    for (char& c : line) {
-        if (static_cast<unsigned char>(c) < 0x20) c = ' ';
-    }
-    std::fprintf(stderr, "%s\n", line.c_str());
+    std::fprintf(stderr, "kestrix-cli: %s\n", printable(why).c_str());
     return status;
 }
 
@@ -37,6 +36,14 @@ bool Output::write(std::string_view text) {
 ExitStatus Output::status() const {
     if (error_ == 0 || error_ == EPIPE) return kDone;
     return fail("the output cannot be written: " + std::generic_category().message(error_));
+}
+
+void fillClosedDescriptors() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDWR);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor > STDERR_FILENO) close(descriptor);
 }
 
 void ignoreClosedPipes() {

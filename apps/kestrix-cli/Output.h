@@ -24,6 +24,10 @@ class Output {
     int error_ = 0;  // errno
 };
 
+// Gives standard input, output and error a place where the caller closed them: the next file opened would
+// take it, and receive what is meant for the terminal. Must be called before anything is opened.
+void fillClosedDescriptors();
+
 // Must be called before the first write: a closed pipe then answers instead of killing the process.
 void ignoreClosedPipes();
 

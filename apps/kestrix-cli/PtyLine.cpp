@@ -25,10 +25,11 @@ std::string systemMessage(int error) {
     return std::generic_category().message(error);
 }
 
-bool isOurs(const std::string& link) {
+// A link that leads nowhere is left from a simulator that was killed.
+bool isFree(const std::string& link) {
     std::error_code ignored;
-    if (!fs::is_symlink(link, ignored)) return false;
-    return !fs::exists(link, ignored) || fs::read_symlink(link, ignored).string().rfind("/dev/pts/", 0) == 0;
+    const fs::file_status status = fs::symlink_status(link, ignored);
+    return !fs::exists(status) || (fs::is_symlink(status) && !fs::exists(link, ignored));
 }
 
 }  // namespace
@@ -41,16 +42,17 @@ PtyLine::~PtyLine() {
 }
 
 std::string PtyLine::open(const std::string& link) {
-    std::error_code ignored;
-    if (fs::exists(fs::symlink_status(link, ignored)) && !isOurs(link))
-        return "there is something of this name, which is left alone";
+    if (!isFree(link)) return "there is something of this name, which is left alone";
     link_ = link;
-    const std::string problem = openTerminal();
+    std::string problem = openTerminal();
     if (problem.empty()) look();
     return problem;
 }
 
 std::string PtyLine::openTerminal() {
+    std::error_code error;
+    // Before the new terminal exists: it may get the number that a stale link leads to.
+    if (isFree(link_)) fs::remove(link_, error);
     termios raw{};
     cfmakeraw(&raw);
     int slave = -1;
@@ -59,16 +61,15 @@ std::string PtyLine::openTerminal() {
     close(slave);  // from now on it hangs up until a client opens it
     fcntl(master_, F_SETFL, O_NONBLOCK);
     fcntl(master_, F_SETFD, FD_CLOEXEC);
-    std::error_code error;
-    if (isOurs(link_)) fs::remove(link_, error);
-    fs::create_symlink(name.data(), link_, error);
+    name_ = name.data();
+    fs::create_symlink(name_, link_, error);
     return error ? error.message() : std::string();
 }
 
 void PtyLine::closeTerminal() {
     if (master_ < 0) return;
     std::error_code ignored;
-    if (isOurs(link_)) fs::remove(link_, ignored);
+    if (fs::read_symlink(link_, ignored) == fs::path(name_)) fs::remove(link_, ignored);
     close(std::exchange(master_, -1));
     unsent_.clear();
 }

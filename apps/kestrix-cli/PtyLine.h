@@ -16,8 +16,8 @@ class PtyLine final : public LineEnd {
     PtyLine& operator=(const PtyLine&) = delete;
     ~PtyLine() override;
 
-    // link: where the port's name goes, a symbolic link; one that dangles or names a pseudo terminal is
-    // replaced, anything else is left alone. Empty, or why it cannot.
+    // link: where the port's name goes, a symbolic link. One that leads nowhere is replaced, anything else is
+    // left alone. Empty, or why it cannot.
     std::string open(const std::string& link);
 
     std::size_t room() const override;
@@ -34,6 +34,7 @@ class PtyLine final : public LineEnd {
     platform::Scheduler& scheduler_;
     TesterLine tester_;
     std::string link_;
+    std::string name_;  // of the terminal that the link leads to
     int master_ = -1;
     std::vector<std::uint8_t> unsent_;
     platform::Scheduler::Timer timer_;

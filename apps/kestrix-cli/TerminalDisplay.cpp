@@ -270,4 +270,20 @@ std::vector<std::string> renderDisplay(const DisplayState& state, const Terminal
     return lines;
 }
 
+std::vector<std::string> fitHeight(std::vector<std::string> lines, int rows) {
+    // Rows of the display, least important first: gaps, settings and wires, the second reading and the auto
+    // slots, rules, counts, flags. The main reading and the link state go last.
+    static constexpr std::array kLeastImportantFirst{4,  8, 17, 16, 15, 14, 13, 12, 11, 9, 10,
+                                                     20, 2, 18, 0,  21, 3,  1,  5,  7,  6, 19};
+    const std::size_t room = static_cast<std::size_t>(std::max(rows, 0));
+    std::vector<std::size_t> leaving;
+    for (std::size_t i = 0; i < kLeastImportantFirst.size() && lines.size() > room + leaving.size(); ++i)
+        leaving.push_back(static_cast<std::size_t>(kLeastImportantFirst[i]));
+    std::sort(leaving.rbegin(), leaving.rend());
+    for (const std::size_t row : leaving) {
+        if (row < lines.size()) lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(row));
+    }
+    return lines;
+}
+
 }  // namespace kestrix::cli

@@ -31,6 +31,9 @@ struct TerminalStyle {
 // while it is redrawn.
 std::vector<std::string> renderDisplay(const DisplayState& state, const TerminalStyle& style);
 
+// The display without its least important lines, so that it is no higher than `rows`.
+std::vector<std::string> fitHeight(std::vector<std::string> lines, int rows);
+
 // One line of text for one reading, without a line end and without escape codes. Equal readings give equal
 // lines.
 std::string renderLine(const protocol::MeterReading& reading);

@@ -45,13 +45,14 @@ void TesterProbe::stream(platform::Stream&, platform::StreamEvent event) {
         protocol::KV3820protocal decoder;
         const protocol::MeterReading& record = decoder.initFromString(*frame).return3820data();
         if (found() || record.iFunction == 0) continue;
+        foundTester_ = true;
         function_ = record.strfunction;
         found_();
     }
 }
 
 std::string TesterProbe::report() const {
-    if (found()) return "a tester, at " + function_;
+    if (found()) return function_.empty() ? "a tester" : "a tester, at " + function_;
     if (bytes_ > 0) return "not found: " + std::to_string(bytes_) + " bytes came, but no valid frame";
     if (!source_->problem().empty()) return "not found: " + source_->problem();
     if (source_->state() == platform::SearchState::Listening)

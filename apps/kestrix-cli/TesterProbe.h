@@ -20,7 +20,7 @@ class TesterProbe final : private platform::AccessorySourceObserver, private pla
     TesterProbe& operator=(const TesterProbe&) = delete;
     ~TesterProbe() override;
 
-    bool found() const { return !function_.empty(); }
+    bool found() const { return foundTester_; }
     std::string uri() const { return source_->uri(); }
     // The tester's function, or the step that fails, as one line.
     std::string report() const;
@@ -35,7 +35,8 @@ class TesterProbe final : private platform::AccessorySourceObserver, private pla
     std::unique_ptr<platform::EASession> session_;
     link::FrameExtractor frames_;
     std::uint64_t bytes_ = 0;
-    std::string function_;  // of the first valid frame
+    bool foundTester_ = false;
+    std::string function_;  // of the first valid frame; may be empty
 };
 
 }  // namespace kestrix::cli

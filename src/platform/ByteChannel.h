@@ -13,7 +13,7 @@ namespace kestrix::platform {
 // it.
 class ByteChannel {
   public:
-    static constexpr std::size_t kBufferLimit = 64 * 1024;  // bytes kept in either direction
+    static constexpr std::size_t kBufferLimit = 65'536;  // bytes kept in either direction
 
     struct Events {
         std::function<void()> bytesAvailable;

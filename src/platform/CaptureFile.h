@@ -15,8 +15,8 @@ struct CaptureHeader {
 // The longest header line, line end included; a longer first line is not one.
 inline constexpr std::size_t kCaptureHeaderMax = 4096;
 
-// The header line with its line end, cut to kCaptureHeaderMax. Whatever is not printable ASCII in the source is written as %XX, so that
-// the header can neither break the line nor look like a frame.
+// The header line with its line end, cut to kCaptureHeaderMax. Whatever is not printable ASCII in the source
+// is written as %XX, so that the header can neither break the line nor look like a frame.
 std::string captureHeaderLine(const CaptureHeader& header);
 
 struct CaptureStart {

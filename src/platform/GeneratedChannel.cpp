@@ -42,10 +42,11 @@ class GeneratedDialer::Channel final : public ByteChannel {
         const std::size_t count = std::min(max, bytesAvailable());
         if (count > 0) std::memcpy(buffer, bytes_.data() + taken_, count);
         taken_ += count;
-        if (taken_ == bytes_.size()) {
-            bytes_.clear();
+        if (taken_ == bytes_.size() || taken_ >= kBufferLimit) {
+            bytes_.erase(bytes_.begin(), bytes_.begin() + static_cast<std::ptrdiff_t>(taken_));
             taken_ = 0;
         }
+        if (full_ && bytesAvailable() < kBufferLimit) arm();
         return static_cast<std::ptrdiff_t>(count);
     }
     bool hasSpaceAvailable() const override { return !closed_; }
@@ -58,7 +59,10 @@ class GeneratedDialer::Channel final : public ByteChannel {
     }
 
   private:
+    // A full buffer has nothing to wait for but its reader.
     void arm() {
+        full_ = bytesAvailable() >= kBufferLimit;
+        if (full_) return;
         if (!feed_->fetch()) {
             timer_ = scheduler_.callAfter(Scheduler::Duration{0},
                                           [this] { end("the end of what there is to play"); });
@@ -95,6 +99,7 @@ class GeneratedDialer::Channel final : public ByteChannel {
     std::vector<std::uint8_t> bytes_;
     std::size_t taken_ = 0;
     bool closed_ = false;
+    bool full_ = false;
 };
 
 GeneratedDialer::GeneratedDialer(MakeProducer makeProducer, Scheduler& scheduler)

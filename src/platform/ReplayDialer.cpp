@@ -48,6 +48,11 @@ std::unique_ptr<ByteProducer> makeReplayProducer(const QString& path, double spe
         problem = "it is a folder";
         return nullptr;
     }
+    if (QFileInfo::exists(path) &&
+        !QFileInfo(path).isFile()) {  // opening a pipe would wait for its other end
+        problem = "it is no regular file";
+        return nullptr;
+    }
     auto file = std::make_unique<QFile>(path);
     if (!file->open(QIODevice::ReadOnly)) {
         problem = file->errorString().toStdString();

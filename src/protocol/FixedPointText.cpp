@@ -19,11 +19,15 @@ constexpr auto kTwoDigits = [] {
 }();
 static_assert(kTwoDigits[84] == '4' && kTwoDigits[85] == '2');
 
+const char* twoDigits(std::size_t number) {
+    return &kTwoDigits[2 * number];
+}
+
 // The five digits of a magnitude, leading zeros included.
 void writeDigits(char* out, unsigned magnitude) {
     out[0] = static_cast<char>('0' + magnitude / 10000);
-    std::memcpy(out + 1, &kTwoDigits[magnitude % 10000 / 100 * 2], 2);
-    std::memcpy(out + 3, &kTwoDigits[magnitude % 100 * 2], 2);
+    std::memcpy(out + 1, twoDigits(magnitude % 10000 / 100), 2);
+    std::memcpy(out + 3, twoDigits(magnitude % 100), 2);
 }
 
 constexpr std::size_t significantDigits(unsigned magnitude) {

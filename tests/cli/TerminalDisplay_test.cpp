@@ -317,6 +317,29 @@ TEST(TerminalDisplay, ColoursOnlyWhenAsked) {
     EXPECT_EQ(withoutEscapeCodes(coloured), expected) << "the same picture";
 }
 
+TEST(TerminalDisplay, ALowWindowKeepsTheMainReadingAndTheLinkStateLongest) {
+    const Lines whole = renderDisplay(connectedWith(exampleReading('3')), kPlain);
+    for (int rows = 0; rows <= 30; ++rows) {
+        const Lines fitted = fitHeight(whole, rows);
+        EXPECT_EQ(fitted.size(), std::min(whole.size(), static_cast<std::size_t>(rows)));
+        // What stays stands in the order of the whole.
+        std::size_t at = 0;
+        for (const auto& line : fitted) {
+            while (at < whole.size() && whole[at] != line) ++at;
+            EXPECT_LT(at, whole.size()) << "a line of its own: " << line;
+            ++at;
+        }
+        if (rows >= 1) {
+            EXPECT_THAT(joined(fitted), HasSubstr("Connected")) << rows;
+        }
+        if (rows >= 4) {
+            EXPECT_TRUE(std::search(fitted.begin(), fitted.end(), whole.begin() + 5, whole.begin() + 8) !=
+                        fitted.end())
+                << rows;
+        }
+    }
+}
+
 TEST(TerminalDisplay, ControlCharactersDoNotReachTheTerminal) {
     auto state = connectedWith(exampleReading('5'));
     const std::string hostile =

@@ -99,8 +99,7 @@ TEST_F(UserDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
         // Killed after a random number of writes, wherever the next one stands then.
         close(progress[1]);
         char byte = 0;
-        for (auto writes = 1 + random() % 20; writes > 0; --writes)
-            ASSERT_EQ(read(progress[0], &byte, 1), 1);
+        for (auto writes = 1 + random() % 20; writes > 0; --writes) ASSERT_EQ(read(progress[0], &byte, 1), 1);
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         close(progress[0]);
