@@ -85,7 +85,7 @@ TEST_F(UserDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
     UserDefaults(path_).setInteger(QStringLiteral("bluestate"), 1'000'000);
     std::mt19937 random(6);  // NOLINT(cert-msc51-cpp)
     int changed = 0;
-    for (int round = 0; round < 40; ++round) {
+    for (int round = 0; round < 20; ++round) {
         int progress[2];
         ASSERT_EQ(pipe(progress), 0);
         const pid_t child = fork();
@@ -99,7 +99,7 @@ TEST_F(UserDefaultsTest, AKillAtAnyMomentLeavesAWholeFile) {
         // Killed after a random number of writes, wherever the next one stands then.
         close(progress[1]);
         char byte = 0;
-        for (auto writes = 1 + random() % 20; writes > 0; --writes) ASSERT_EQ(read(progress[0], &byte, 1), 1);
+        for (auto writes = 1 + random() % 8; writes > 0; --writes) ASSERT_EQ(read(progress[0], &byte, 1), 1);
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         close(progress[0]);
