@@ -100,7 +100,7 @@ void ours(benchmark::State& state) {
     report(state, pipeline.counter.records,
            static_cast<std::size_t>(state.iterations()) * stream.size() / 36);
 }
-BENCHMARK(ours)->Arg(20)->Arg(512)->Arg(64 * 1024)->Unit(benchmark::kMillisecond);
+BENCHMARK(ours)->Arg(20)->Arg(512)->Arg(65'536)->Unit(benchmark::kMillisecond);
 
 // The same, through the session's stream events and notifications.
 void oursThroughTheSession(benchmark::State& state) {
@@ -122,7 +122,7 @@ void oursThroughTheSession(benchmark::State& state) {
     report(state, pipeline.counter.records,
            static_cast<std::size_t>(state.iterations()) * stream.size() / 36);
 }
-BENCHMARK(oursThroughTheSession)->Arg(20)->Arg(512)->Arg(64 * 1024)->Unit(benchmark::kMillisecond);
+BENCHMARK(oursThroughTheSession)->Arg(20)->Arg(512)->Arg(65'536)->Unit(benchmark::kMillisecond);
 
 // The baseline.
 void onPrintf(benchmark::State& state) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::size_t kMebibyte = 1024 * 1024;
+constexpr std::size_t kMebibyte = 1'048'576;
 
 void writeBits(std::string& bits, std::uint32_t value, int count) {
     for (int i = count - 1; i >= 0; --i) bits += static_cast<char>('0' + (value >> i & 1U));

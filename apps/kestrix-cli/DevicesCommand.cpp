@@ -51,6 +51,7 @@ ExitStatus devices(const DevicesOptions& options) {
     }
     std::size_t missing = sources.size();
     std::vector<std::unique_ptr<TesterProbe>> probes;
+    probes.reserve(sources.size());
     for (auto& source : sources) {
         probes.push_back(std::make_unique<TesterProbe>(std::move(source), [&missing] {
             if (--missing == 0) QCoreApplication::quit();

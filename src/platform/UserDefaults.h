@@ -1,16 +1,14 @@
 #pragma once
 
-#include <QSettings>
+#include <QHash>
 #include <QString>
-
-#include <memory>
 
 namespace kestrix::platform {
 
-// Small values that outlive the process, in an ini file. Every change is in the file before the call returns,
-// and a kill at any moment leaves the old or the new file, never a torn one. A file that is not an ini file
-// is moved aside (".damaged") and said in one log line; a file that cannot be written is said in one log
-// line.
+// Small values that outlive the process, in an ini file. Every change is in the file, and on the disk, before
+// the call returns; a kill at any moment leaves the old or the new file, never a torn one, and nothing that
+// the next start would have to wait for. A file that is not an ini file is moved aside (".damaged") and said
+// in one log line; a file that cannot be written is said in one log line.
 class UserDefaults {
   public:
     // path: the ini file; it and its folder are made by the first change.
@@ -22,16 +20,20 @@ class UserDefaults {
     // 0 or false when the key was never set.
     int integerForKey(const QString& key) const;
     bool boolForKey(const QString& key) const;
+    // key: letters and digits.
     void setInteger(const QString& key, int value);
     void setBool(const QString& key, bool value);
 
     QString path() const { return path_; }
 
   private:
-    void set(const QString& key, const QVariant& value);
+    // False when a line is neither a section, a comment nor key=value.
+    bool load();
+    void set(const QString& key, const QString& value);
+    bool save() const;
 
     QString path_;
-    std::unique_ptr<QSettings> settings_;
+    QHash<QString, QString> values_;
 };
 
 }  // namespace kestrix::platform

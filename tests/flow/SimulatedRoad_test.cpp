@@ -110,7 +110,7 @@ TEST_F(SimulatedRoad, AMillionFramesLeaveTheMemoryAsItWas) {
         scheduler_.runOne();
         if (before == 0 && records_ > 50'000) before = testing::allocatedBytes();
     }
-    EXPECT_LE(testing::allocatedBytes(), before + 256 * 1024);
+    EXPECT_LE(testing::allocatedBytes(), before + 262'144);
     EXPECT_EQ(notUnderstood_, 0U);
 }
 

@@ -43,7 +43,7 @@ class FakeSource final : public platform::AccessorySource {
         openedProtocols.push_back(protocol);
         return std::make_unique<testing::FakeChannel>(line);
     }
-    void appear(AccessoryPtr accessory) { observer_->appeared(std::move(accessory)); }
+    void appear(const AccessoryPtr& accessory) { observer_->appeared(accessory); }
     void disappear(const AccessoryPtr& accessory) { observer_->disappeared(accessory); }
 
     FakeLine line;

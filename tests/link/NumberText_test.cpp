@@ -54,7 +54,8 @@ TEST(NumberText, ACharacterThatIsNoDigitCountsZeroButKeepsItsPlace) {
 
 TEST(NumberText, ALongBinaryTextStaysThirtyTwoBitsWide) {
     EXPECT_EQ(valueOfBinaryText(QString(31, u'1')), 2'147'483'647);
-    EXPECT_EQ(valueOfBinaryText(QStringLiteral("1") + QString(300, u'0')), 2'147'483'647);  // the place's weight saturates
+    EXPECT_EQ(valueOfBinaryText(QStringLiteral("1") + QString(300, u'0')),
+              2'147'483'647);  // the place's weight saturates
     EXPECT_EQ(valueOfBinaryText(QString(300, u'0') + QStringLiteral("11")), 3);
 }
 

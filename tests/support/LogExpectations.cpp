@@ -62,7 +62,9 @@ const std::vector<std::string>& logLines() {
     return lines();
 }
 
-void forgetLogLines() { lines().clear(); }
+void forgetLogLines() {
+    lines().clear();
+}
 
 void startLog() {
     lines().clear();

@@ -6,7 +6,8 @@
 #include <iterator>
 
 #ifdef __SANITIZE_ADDRESS__
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();  // its header does not come with every compiler
+extern "C" std::size_t
+__sanitizer_get_current_allocated_bytes();  // its header does not come with every compiler
 #endif
 
 namespace kestrix::testing {
