@@ -13,7 +13,7 @@
 
 #include "protocol/HexText.h"
 #include "protocol/KV3820protocal.h"
-#include "tests/support/FakeChannel.h"
+#include "tests/support/FakeSource.h"
 #include "tests/support/FrameBuilder.h"
 #include "tests/support/LiteralExtraction.h"
 #include "tests/support/LogExpectations.h"
@@ -26,32 +26,9 @@ using platform::AccessoryPtr;
 using platform::Notification;
 using platform::NotificationCenter;
 using protocol::MeterReading;
-using testing::FakeLine;
+using testing::FakeSource;
 using testing::FrameBuilder;
 using Bytes = std::vector<std::uint8_t>;
-
-// A source whose accessory comes and goes as the test says.
-class FakeSource final : public platform::AccessorySource {
-  public:
-    void start(platform::AccessorySourceObserver& observer) override { observer_ = &observer; }
-    void stop() override {}
-    std::string uri() const override { return "fake:"; }
-    platform::SearchState state() const override { return platform::SearchState::Waiting; }
-    std::string problem() const override { return {}; }
-    std::unique_ptr<platform::ByteChannel> openChannel(const Accessory&,
-                                                       const std::string& protocol) override {
-        openedProtocols.push_back(protocol);
-        return std::make_unique<testing::FakeChannel>(line);
-    }
-    void appear(const AccessoryPtr& accessory) { observer_->appeared(accessory); }
-    void disappear(const AccessoryPtr& accessory) { observer_->disappeared(accessory); }
-
-    FakeLine line;
-    std::vector<std::string> openedProtocols;
-
-  private:
-    platform::AccessorySourceObserver* observer_ = nullptr;
-};
 
 class RecordKeeper final : public BusinessCommunicationDelegate {
   public:

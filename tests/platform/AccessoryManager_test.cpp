@@ -7,24 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/ByteChannel.h"
+#include "tests/support/FakeSource.h"
 
 namespace kestrix::platform {
 namespace {
 
-class FakeSource final : public AccessorySource {
-  public:
-    void start(AccessorySourceObserver& observer) override { observer_ = &observer; }
-    void stop() override { ++stops; }
-    std::string uri() const override { return "fake:"; }
-    SearchState state() const override { return SearchState::Waiting; }
-    std::string problem() const override { return {}; }
-    std::unique_ptr<ByteChannel> openChannel(const Accessory&, const std::string&) override {
-        return nullptr;
-    }
-    AccessorySourceObserver* observer_ = nullptr;
-    int stops = 0;
-};
+using testing::FakeSource;
 
 struct DelegateLog final : AccessoryDelegate {
     void accessoryDidDisconnect(const Accessory& accessory) override {
@@ -62,20 +50,20 @@ class AccessoryManagerTest : public ::testing::Test {
 TEST_F(AccessoryManagerTest, ListsTheAccessoriesInOrderOfAppearance) {
     const AccessoryPtr first = accessory(1);
     const AccessoryPtr second = accessory(2);
-    source_->observer_->appeared(first);
-    source_->observer_->appeared(second);
+    source_->appear(first);
+    source_->appear(second);
     EXPECT_EQ(manager_.connectedAccessories(), (std::vector<AccessoryPtr>{first, second}));
-    source_->observer_->disappeared(first);
+    source_->disappear(first);
     EXPECT_EQ(manager_.connectedAccessories(), std::vector<AccessoryPtr>{second});
 }
 
 TEST_F(AccessoryManagerTest, PostsOnlyOnceItWasAskedTo) {
-    source_->observer_->appeared(accessory(1));
+    source_->appear(accessory(1));
     EXPECT_TRUE(log_.empty());
     manager_.registerForLocalNotifications();
     const AccessoryPtr second = accessory(2);
-    source_->observer_->appeared(second);
-    source_->observer_->disappeared(second);
+    source_->appear(second);
+    source_->disappear(second);
     EXPECT_EQ(log_,
               (std::vector<std::string>{"AccessoryDidConnect 2 of 2", "AccessoryDidDisconnect 2 of 1"}));
 }
@@ -84,8 +72,8 @@ TEST_F(AccessoryManagerTest, TellsTheDelegateOfAnAccessoryThatHasGone) {
     DelegateLog delegate;
     const AccessoryPtr tester = accessory(5);
     tester->delegate = &delegate;
-    source_->observer_->appeared(tester);
-    source_->observer_->disappeared(tester);
+    source_->appear(tester);
+    source_->disappear(tester);
     EXPECT_EQ(delegate.gone, std::vector<std::uint32_t>{5});
 }
 
