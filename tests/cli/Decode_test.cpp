@@ -211,7 +211,6 @@ TEST_F(Decode, KeepsItsHandsOffTheSettings) {
 long peakOfDecoding(std::size_t rounds) {
     Surroundings setup;
     setup.output = "/dev/null";
-    setup.environment = {"ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64"};
     Program program({"decode"}, setup);
     const std::string frames = manyFrames(15'000);
     const std::string garbage(100'000, '\x7E');

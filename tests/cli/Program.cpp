@@ -29,6 +29,10 @@ constexpr std::chrono::seconds kPatience{60};
 
 std::vector<std::string> environmentOf(const std::string& home, const Surroundings& setup) {
     std::vector<std::string> all = setup.environment;  // the first of a name is the one that counts
+    // A sanitized program keeps what is freed for a while; its memory is measured here.
+    all.emplace_back(
+        "ASAN_OPTIONS=detect_stack_use_after_return=1:quarantine_size_mb=1:thread_local_quarantine_size_kb="
+        "64");
     const auto isOurs = [](std::string_view entry) {
         for (const std::string_view name : {"HOME=", "XDG_CONFIG_HOME=", "TERM=", "NO_COLOR=", "LANG=",
                                             "LC_ALL=", "QT_LOGGING_RULES=", "QT_MESSAGE_PATTERN="}) {
