@@ -29,7 +29,6 @@ void TcpDialer::cancel() {
     done_ = nullptr;
     if (!socket_) return;
     socket_->disconnect();
-    socket_->abort();
     socket_.reset();
 }
 

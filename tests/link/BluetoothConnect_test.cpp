@@ -235,6 +235,17 @@ TEST_F(BluetoothConnectTest, AfterAForeignDisconnectTheTestersOwnIsIgnoredUntilA
     EXPECT_EQ(log_, (Log{"state 0", "wait 1000"}));
 }
 
+TEST_F(BluetoothConnectTest, EachHandledEventLetsTheOtherThroughAgain) {
+    start();
+    for (std::uint32_t id = 1; id <= 3; ++id) {
+        log_.clear();
+        const AccessoryPtr tester = accessory(id);
+        source_->appear(tester);
+        source_->disappear(tester);
+        EXPECT_EQ(log_, (Log{"state 1", "state 1", "state 0", "wait 1000"})) << id;
+    }
+}
+
 TEST_F(BluetoothConnectTest, ADisconnectWithoutATesterClearsTheMirrorWithoutWaiting) {
     start();
     log_.clear();

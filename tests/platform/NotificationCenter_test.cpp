@@ -77,6 +77,19 @@ TEST(NotificationCenter, AHandlerMayUnsubscribeItself) {
     EXPECT_EQ(calls, 1);
 }
 
+TEST(NotificationCenter, AHandlerThatUnsubscribedItselfIsNotCalledByItsOwnPost) {
+    NotificationCenter center;
+    int calls = 0;
+    Subscription subscription;
+    subscription = center.addObserver("a", [&](const Notification&) {
+        ++calls;
+        subscription.cancel();
+        if (calls < 3) center.post({"a"});
+    });
+    center.post({"a"});
+    EXPECT_EQ(calls, 1);
+}
+
 TEST(NotificationCenter, AHandlerMayUnsubscribeALaterOne) {
     NotificationCenter center;
     int calls = 0;
