@@ -108,10 +108,13 @@ TEST(NotificationCenter, AnObserverAddedInsideAPostIsCalledFromTheNextPostOn) {
     const Subscription first = center.addObserver("a", [&](const Notification&) {
         if (posts++ == 0) added = center.addObserver("a", [&](const Notification&) { ++calls; });
     });
+    int others = 0;
+    const Subscription second = center.addObserver("a", [&](const Notification&) { ++others; });
     center.post({"a"});
     EXPECT_EQ(calls, 0);
     center.post({"a"});
     EXPECT_EQ(calls, 1);
+    EXPECT_EQ(others, 2);
 }
 
 TEST(NotificationCenter, AHandlerMayPostTheSameNameAgain) {
