@@ -25,18 +25,29 @@ function(kestrix_app target)
   install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
-# kestrix_test(NAME SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest by name.
+# kestrix_test(NAME [GUI] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest by
+# name. GUI: with fonts and windows, though without a display.
 function(kestrix_test target)
   if(NOT KESTRIX_TESTS)
     return()
   endif()
-  cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "GUI" "" "SOURCES;LINK" ${ARGN})
+  set(main kestrix_test_main)
+  if(A_GUI)
+    set(main kestrix_gui_test_main)
+  endif()
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
-  target_link_libraries(${target} PRIVATE ${A_LINK} kestrix_test_main GTest::gmock)
+  target_link_libraries(${target} PRIVATE ${A_LINK} ${main} GTest::gmock)
   target_compile_definitions(${target} PRIVATE
     KESTRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KESTRIX_BINARY_DIR="${PROJECT_BINARY_DIR}")
-  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+  set(environment)
+  if(A_GUI AND KESTRIX_SANITIZE)
+    # The whole stack of an allocation, so that the known leaks of the toolkit can be told by name.
+    set(environment ENVIRONMENT
+      "ASAN_OPTIONS=fast_unwind_on_malloc=0;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/leaks.supp")
+  endif()
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 ${environment})
 endfunction()
 
 # kestrix_benchmark(NAME SOURCES a_bench.cpp... LINK lib...)

@@ -26,7 +26,7 @@ const std::map<std::string, Folders>& arrows() {
         {"storage", {"platform", "ui"}},
         {"live", {"link", "storage", "protocol", "platform", "ui"}},
         {"history", {"storage", "platform", "ui"}},
-        {"shell", {"protocol", "simulator", "platform", "ui", "link", "storage", "live", "history"}},
+        {"shell", {"protocol", "simulator", "platform", "ui", "link", "storage", "live", "history", "artwork"}},
     };
     return allowed;
 }

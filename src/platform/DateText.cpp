@@ -1,0 +1,52 @@
+#include "platform/DateText.h"
+
+#include <unicode/localpointer.h>
+#include <unicode/udat.h>
+#include <unicode/unistr.h>
+
+namespace kestrix::platform {
+namespace {
+
+icu::UnicodeString unicode(std::string_view text) {
+    return icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
+}
+
+}  // namespace
+
+struct DateText::Format {
+    icu::LocalUDateFormatPointer pointer;
+};
+
+DateText::DateText(std::string_view pattern, std::string_view locale, std::string_view zone)
+    : format_(std::make_unique<Format>()) {
+    const icu::UnicodeString patternText = unicode(pattern);
+    const icu::UnicodeString zoneText = unicode(zone);
+    const std::string localeText(locale);
+    UErrorCode status = U_ZERO_ERROR;
+    format_->pointer.adoptInstead(udat_open(UDAT_PATTERN, UDAT_PATTERN,
+                                            locale.empty() ? nullptr : localeText.c_str(),
+                                            zone.empty() ? nullptr : zoneText.getBuffer(), zoneText.length(),
+                                            patternText.getBuffer(), patternText.length(), &status));
+}
+
+DateText::DateText(DateText&&) noexcept = default;
+DateText& DateText::operator=(DateText&&) noexcept = default;
+DateText::~DateText() = default;
+
+std::string DateText::text(std::chrono::system_clock::time_point moment) const {
+    if (format_->pointer.isNull()) return {};
+    // Downwards, so that a moment before 1970 does not show a second that has not come.
+    const auto time = std::chrono::floor<std::chrono::milliseconds>(moment.time_since_epoch());
+    const auto date = static_cast<UDate>(time.count());
+    UErrorCode status = U_ZERO_ERROR;
+    const int32_t length = udat_format(format_->pointer.getAlias(), date, nullptr, 0, nullptr, &status);
+    if (status != U_BUFFER_OVERFLOW_ERROR) return {};
+    status = U_ZERO_ERROR;
+    icu::UnicodeString formatted;
+    udat_format(format_->pointer.getAlias(), date, formatted.getBuffer(length), length, nullptr, &status);
+    formatted.releaseBuffer(length);
+    std::string result;
+    return U_FAILURE(status) ? result : formatted.toUTF8String(result);
+}
+
+}  // namespace kestrix::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/DocumentsFolder.h"
+#include "platform/UserDefaults.h"
+#include "storage/ServiceDao.h"
+
+namespace kestrix::storage {
+
+inline constexpr const char* kFirstOrvo = "firstOrvo";
+// True from before the first attempt to make the tables until they are there.
+inline constexpr const char* kTablesMissing = "tablesMissing";
+
+// On the first launch (the default "firstOrvo" is not set) sets it, makes the tables, and gives the
+// connection that did; on a later launch gives none and makes no tables, even when the file has been deleted
+// since. A launch that could not make them, or was killed before it had, does not count: the next one tries
+// again.
+std::unique_ptr<ServiceDao> createTablesOnFirstLaunch(platform::UserDefaults& defaults,
+                                                      const platform::DocumentsFolder& folder);
+
+}  // namespace kestrix::storage

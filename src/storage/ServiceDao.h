@@ -1,0 +1,86 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/DocumentsFolder.h"
+#include "storage/MeasureData.h"
+#include "storage/RecordData.h"
+
+struct sqlite3;
+
+namespace kestrix::storage {
+
+// The one way to the measurements: "kestrix.sqlite" in the documents folder, over a connection of its own.
+// Many may be open on one file; none holds a transaction between calls. docs/database.md has tables and
+// durability.
+//
+// Nothing throws and nothing is answered on failure:
+//   the file cannot be opened                "数据库创建失败" in the log
+//   an INSERT, UPDATE or CREATE fails        "数据操作失败" in the log; the connection is closed
+//   a SELECT fails                           the rows read so far: mostly none
+//   a DELETE fails                           nothing
+// Every operation opens the connection again when it is closed, or when the file was moved away under it. A
+// lock of another connection is waited for, 5 s at most.
+//
+// Ids reach the database as 32-bit signed decimals: of a wider one the low 32 bits. Texts are stored byte by
+// byte, whatever they hold.
+class ServiceDao {
+  public:
+    // Opens the file and makes it when it is missing, but neither the folder nor the tables.
+    explicit ServiceDao(const platform::DocumentsFolder& folder);
+    ServiceDao(ServiceDao&&) noexcept;
+    ServiceDao& operator=(ServiceDao&&) noexcept;
+    ~ServiceDao();
+
+    // Opens the connection, anew when there is one.
+    void createDatadase();
+    // Makes the tables and the index that are not there.
+    void createTable();
+    // Whether both tables can be read.
+    bool hasTables();
+
+    // The row is on the disk when these return; the database numbers it.
+    void addMeasureForm(const MeasureData& measure);
+    void addRecordForm(const RecordData& record);
+
+    // By ascending identity.
+    std::vector<RecordData> findRecordForm();
+    int findRecordFormCount();
+    // all: every measurement; otherwise those that belong to no record yet (an empty recordName).
+    std::vector<MeasureData> findMeasureForm(bool all);
+    std::vector<MeasureData> findMeasureofId(std::int64_t recordId);
+    // None or one.
+    std::vector<MeasureData> findMeasureofDataId(std::int64_t dataId);
+    std::vector<RecordData> findRecordofId(std::int64_t recordId);
+
+    // Files the measurement dataId under a record.
+    void updateMeasureForm(const std::string& recordName, std::int64_t recordId, std::int64_t dataId);
+
+    // A record's measurements stay.
+    void DeleteMeasureFormData(std::int64_t dataId);
+    void DeleteRecordFormData(std::int64_t recordId);
+
+    void execSql(const std::string& sql);
+
+  private:
+    struct Close {
+        void operator()(sqlite3* connection) const;
+    };
+
+    // Null when the file cannot be opened.
+    sqlite3* connection();
+    // False when the statement failed. sql: null when it could not be composed.
+    bool run(const char* sql);
+    void runDelete(std::string_view text, std::int64_t id);
+    template <class Row, class... Values>
+    std::vector<Row> rows(std::string_view text, const Values&... values);
+
+    std::string path_;
+    std::unique_ptr<sqlite3, Close> db_;
+};
+
+}  // namespace kestrix::storage

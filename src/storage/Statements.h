@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string_view>
+
+// The statements, with %@ for a text and %d for an integer. Their spelling is part of the database's
+// interface: quoted names and numbers, and a missing blank behind a star, are meant.
+namespace kestrix::storage {
+
+inline constexpr const char* kCreateMeasure =
+    "CREATE TABLE IF NOT EXISTS measurefrom (dataId INTEGER PRIMARY KEY AUTOINCREMENT,recordId INTEGER, "
+    "dataName varchar(30), function varchar(30), parameters varchar(30), result varchar(30), dateTime "
+    "varchar(30), comments varchar(30), recordName varchar(30))";
+inline constexpr const char* kCreateRecord =
+    "CREATE TABLE IF NOT EXISTS recordfrom (dataId INTEGER PRIMARY KEY AUTOINCREMENT,company varchar(30), "
+    "operators varchar(30), addres varchar(30), startTime varchar(30), endTime varchar(20), dates "
+    "varchar(20), samples INTEGER, serial varchar(20), projectname varchar(30))";
+// A record's measurements are found without reading the others.
+inline constexpr const char* kCreateIndex =
+    "CREATE INDEX IF NOT EXISTS measurefrom_recordId ON measurefrom (recordId)";
+
+inline constexpr std::string_view kAddMeasure =
+    "INSERT INTO '%@' ('%@', '%@', '%@', '%@', '%@', '%@', '%@', '%@') VALUES ('%d', '%@', '%@', '%@', '%@', "
+    "'%@', '%@', '%@')";
+inline constexpr std::string_view kAddRecord =
+    "INSERT INTO '%@' ('%@', '%@', '%@', '%@', '%@', '%@', '%@', '%@', '%@') VALUES ('%@', '%@', '%@', '%@', "
+    "'%@', '%@', '%d', '%@', '%@')";
+inline constexpr std::string_view kUpdateMeasure =
+    "update measurefrom set recordName='%@',recordId='%d' WHERE dataId = '%d'";
+
+inline constexpr std::string_view kAllRecords = "SELECT * FROM recordfrom";
+inline constexpr std::string_view kAllMeasures = "SELECT * FROM measurefrom";
+inline constexpr std::string_view kMeasuresByName = "SELECT * FROM measurefrom WHERE recordName = '%@'";
+inline constexpr std::string_view kMeasuresOfRecord = "SELECT *FROM measurefrom WHERE recordId = '%d'";
+inline constexpr std::string_view kMeasureOfId = "SELECT *FROM measurefrom WHERE dataId = '%d'";
+inline constexpr std::string_view kRecordOfId = "SELECT *FROM recordfrom WHERE dataId = '%d'";
+
+inline constexpr std::string_view kDeleteMeasure = "DELETE FROM measurefrom WHERE dataId = '%d'";
+inline constexpr std::string_view kDeleteRecord = "DELETE FROM recordfrom WHERE dataId = '%d'";
+
+// Beyond the default: also the removal of the journal is on the disk before a statement returns. Otherwise a
+// power cut right after it could bring the journal back, and the journal would undo the statement.
+inline constexpr const char* kDurable = "PRAGMA synchronous = EXTRA";
+
+}  // namespace kestrix::storage
