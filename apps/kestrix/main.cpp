@@ -1,0 +1,96 @@
+#include <QDir>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QSGRendererInterface>
+
+#include <iostream>
+#include <utility>
+
+#include "apps/common/SimulatorSource.h"
+#include "apps/common/TerminationSignals.h"
+#include "apps/kestrix/Options.h"
+#include "apps/kestrix/Tour.h"
+#include "platform/Log.h"
+#include "shell/AppDelegate.h"
+#include "shell/MainWindow.h"
+#include "ui/SystemFont.h"
+
+namespace {
+
+using kestrix::Options;
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+// Without a graphics processor the software renderer is several times as quick as an emulated one.
+bool hasGraphicsProcessor() {
+    return !QDir(QStringLiteral("/dev/dri")).entryList({QStringLiteral("renderD*")}, QDir::System).isEmpty();
+}
+
+void chooseRenderer() {
+    // A change is drawn in the next turn of the event loop, not some milliseconds later.
+    if (!qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME")) qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    const bool chosen =
+        qEnvironmentVariableIsSet("QT_QUICK_BACKEND") || qEnvironmentVariableIsSet("QSG_RHI_BACKEND");
+    if (!chosen && !hasGraphicsProcessor()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+}
+
+// The platform plugin would abort the process.
+bool hasDisplay() {
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+int fail(const std::string& why, int status) {
+    std::cerr << "kestrix: " << why << '\n';
+    return status;
+}
+
+int showWindow(const Options& options) {
+    kestrix::shell::MainWindow* painted = nullptr;
+    kestrix::shell::LaunchOptions launch;
+    launch.uris = options.uris;
+    launch.documents = QString::fromStdString(options.documents);
+    launch.settings = QString::fromStdString(options.settings);
+    launch.simulator = kestrix::app::simulatorSource;
+    launch.wait = [&painted](std::chrono::milliseconds duration) {
+        if (painted != nullptr) painted->paintNow();  // no reading stands on it while this blocks
+        kestrix::link::blockingWait(duration);
+    };
+    kestrix::shell::AppDelegate application(std::move(launch));
+    if (!application.applicationDidFinishLaunchingWithOptions())
+        return fail(application.problem(), kWrongUsage);
+    if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
+    kestrix::shell::MainWindow window(application);
+    if (!window.load()) return kFailed;
+    painted = &window;
+    window.show();
+    const kestrix::app::TerminationSignals signals([] { QCoreApplication::quit(); });
+    const int status = QGuiApplication::exec();
+    painted = nullptr;
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int exitStatus = 0;
+    const std::optional<Options> options = kestrix::readOptions(argc, argv, exitStatus);
+    if (!options) return exitStatus;
+    const bool tour = !options->tour.empty();
+    if (tour) {
+        // The same pictures everywhere.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_QUICK_BACKEND", "software");
+    }
+    if (!tour && !hasDisplay()) {
+        return fail("there is no display; --tour DIR writes pictures, and kestrix-cli works in a terminal",
+                    kFailed);
+    }
+    chooseRenderer();
+    kestrix::platform::installLogFormat();
+    const QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
+    kestrix::ui::installSystemFont();
+    return tour ? kestrix::tour::run(options->tour) : showWindow(*options);
+}

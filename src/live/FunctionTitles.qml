@@ -1,0 +1,58 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrix.Ui
+import Kestrix.Live
+
+// The tester's functions in the order of its dial, as one bar.
+Item {
+    id: titles
+    required property MainViewController controller
+
+    component Title: LabelView {
+        required property string name
+        label: titles.controller.label(name)
+        height: 31
+    }
+
+    Title {
+        name: "fun1"
+        x: 0
+        width: 78
+    }
+    Title {
+        name: "fun2"
+        x: 80
+        width: 30
+    }
+    Title {
+        name: "fun3"
+        x: 112
+        width: 70
+    }
+    Title {
+        name: "fun4"
+        x: 184
+        width: 20
+    }
+    Title {
+        name: "fun5"
+        x: 206
+        width: 72
+    }
+    Title {
+        name: "fun6"
+        x: 280
+        width: 40
+    }
+    Repeater {
+        model: [78, 110, 182, 204, 278]
+        delegate: Rectangle {
+            required property int modelData
+            x: modelData
+            width: 2
+            height: 31
+            color: "#0e1626"
+        }
+    }
+}

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+#include "live/MainViewEnvironment.h"
+#include "live/MeterDisplay.h"
+#include "live/SessionList.h"
+#include "live/SpokenReading.h"
+#include "platform/NotificationCenter.h"
+#include "storage/MeasureData.h"
+#include "storage/RecordData.h"
+#include "storage/ServiceDao.h"
+#include "ui/Button.h"
+
+namespace kestrix::live {
+
+// The home screen: the tester's display, live, and the list of the measurements of this session. Each press
+// of the record button adds one row to the list and one to the database.
+class MainViewController final : public MeterDisplay {
+    Q_OBJECT
+    Q_PROPERTY(kestrix::live::SessionList* dataList READ dataList CONSTANT FINAL)
+    Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)
+
+  public:
+    explicit MainViewController(MainViewEnvironment environment);
+    ~MainViewController() override;
+
+    // Builds the screen and starts the link.
+    void viewDidLoad() override;
+    void initAnimation();
+    void initTableView();
+    void initBluetooth();
+
+    // state: 0 not connected, 1 connected; any other is stored and changes nothing here.
+    void viewStatus(std::int32_t state);
+    void getblueView(const platform::Notification& notification);
+
+    // Takes the latest record's texts into the list and the database; the database row is durable when this
+    // returns. Nothing before the first record.
+    void pressRecord();
+    void pressClearTable();
+    // Local time, as kTimePattern says.
+    std::string getTimeNow() const;
+    // The height of a row of the list, in points.
+    double getCellHeight(const QString& parametersText, const QString& resultText) const;
+
+    void showLeftSideBar();
+    void showRightSideBar();
+    void pressSaveData();
+    void pressBCH();
+    void setHomeBackbg();
+
+    void didReceive3820Data(const protocol::MeterReading& record, bool success) override;
+
+    // The rows of this session; what the table shows. Both names stand for one list.
+    SessionList array;
+    SessionList* dataList() { return &array; }
+
+    SpokenReading* spokenReading() { return &spokenReading_; }
+
+    std::int32_t bluestate = 0;  // the last published link state
+
+    ui::Label lblNoCon{*this, "lblNoCon"};
+    ui::Button btnHelp{*this, "btnHelp", ui::Button::Event::TouchDown};
+    ui::Button btnRecord{*this, "btnRecord", ui::Button::Event::TouchDown};
+    ui::Button Leftbtn{*this, "Leftbtn", ui::Button::Event::TouchUpInside};
+    ui::Button Rightbtn{*this, "Rightbtn", ui::Button::Event::TouchUpInside};
+    ui::ImageView leftAnimaImg;
+    ui::ImageView rightAnimaImg;
+
+    // What `viewDidLoad` creates.
+    std::unique_ptr<storage::MeasureData> med;
+    std::unique_ptr<storage::RecordData> red;
+    std::unique_ptr<storage::ServiceDao> dao;
+    std::unique_ptr<link::BluetoothConnect> blueConnect;
+
+  private:
+    void buildNotices();
+    void buildToolbar();
+    void buildHeaders();
+    void nameRightButton();
+    QString displayInWords() const;
+
+    MainViewEnvironment environment_;
+    std::array<ui::Label, 6> headers_;
+    SpokenReading spokenReading_{*this, "spokenReading", [this] { return displayInWords(); }};
+    platform::NotificationCenter::Subscription linkStates_;
+    platform::NotificationCenter::Subscription clearings_;
+    platform::NotificationCenter::Subscription slides_;
+};
+
+}  // namespace kestrix::live

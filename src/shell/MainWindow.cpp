@@ -1,0 +1,67 @@
+#include "shell/MainWindow.h"
+
+#include <QtQml/qqmlextensionplugin.h>
+#include <QCoreApplication>
+#include <QIcon>
+#include <QQmlEngine>
+#include <QResizeEvent>
+
+#include "artwork/Pictures.h"
+#include "ui/DisplayUpdates.h"
+#include "ui/StageMetrics.h"
+
+Q_IMPORT_QML_PLUGIN(Kestrix_UiPlugin)
+Q_IMPORT_QML_PLUGIN(Kestrix_LivePlugin)
+Q_IMPORT_QML_PLUGIN(Kestrix_ShellPlugin)
+
+namespace kestrix::shell {
+
+MainWindow::MainWindow(AppDelegate& application) : application_(application) {
+    artwork::load();
+    setTitle(QStringLiteral("Kestrix"));
+    setIcon(QIcon(QStringLiteral(":/artwork/4/kestrix.png")));
+    setColor(QColor(14, 22, 38));
+    setResizeMode(SizeRootObjectToView);
+    setMinimumSize({160, 240});
+    resize(kSize);
+    fitStage(kSize);
+    engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    ui::DisplayUpdates::shared().pace([this] {
+        if (!isExposed()) return false;
+        update();
+        return true;
+    });
+    connect(this, &QQuickWindow::frameSwapped, this, [] { ui::DisplayUpdates::shared().frameDone(); });
+    connect(this, &QWindow::screenChanged, this, [this] { fitStage(size()); });
+}
+
+MainWindow::~MainWindow() {
+    ui::DisplayUpdates::shared().pace(nullptr);
+}
+
+bool MainWindow::load() {
+    setInitialProperties({
+        {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
+        {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},
+    });
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kestrix/Shell/Root.qml")));
+    return status() == Ready;
+}
+
+void MainWindow::paintNow() {
+    ui::DisplayUpdates::shared().flush();
+    if (!isExposed()) return;
+    QEvent request(QEvent::UpdateRequest);
+    QCoreApplication::sendEvent(this, &request);
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    fitStage(event->size());
+    QQuickView::resizeEvent(event);
+}
+
+void MainWindow::fitStage(const QSize& size) {
+    ui::StageMetrics::shared().fit(size, devicePixelRatio());
+}
+
+}  // namespace kestrix::shell

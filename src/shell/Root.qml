@@ -1,0 +1,24 @@
+import QtQuick
+import Kestrix.Ui
+import Kestrix.Live
+
+// What the window shows: the live screen, and the presented screens in front of it.
+Stage {
+    id: root
+    required property MainViewController mainView
+    required property ScreenStack screens
+
+    MainView {
+        width: 320
+        height: parent.height
+        screen: root.mainView
+        enabled: root.screens.count === 0
+        focus: enabled
+    }
+    ModalStack {
+        objectName: "modalStack"
+        width: 320
+        height: parent.height
+        stack: root.screens
+    }
+}

@@ -1,0 +1,41 @@
+#include "ui/Control.h"
+
+#include "ui/DisplayUpdates.h"
+#include "ui/Screen.h"
+
+namespace kestrix::ui {
+
+// A control with a parent is not the script engine's to destroy.
+Control::Control(Screen& screen, const char* name) : QObject(&screen) {
+    setObjectName(QLatin1String(name));
+    screen.add(*this);
+}
+
+Control::~Control() {
+    if (waiting_) DisplayUpdates::shared().remove(*this);
+}
+
+void Control::setHidden(bool hidden) {
+    if (hidden == hidden_) return;
+    hidden_ = hidden;
+    changed();
+}
+
+void Control::setAccessibleName(const QString& name) {
+    if (name == accessibleName_) return;
+    accessibleName_ = name;
+    changed();
+}
+
+void Control::changed() {
+    if (waiting_) return;
+    waiting_ = true;
+    DisplayUpdates::shared().add(*this);
+}
+
+void Control::tell() {
+    KESTRIX_TELL(toldHidden_, hidden_, hiddenChanged);
+    KESTRIX_TELL(toldAccessibleName_, accessibleName_, accessibleNameChanged);
+}
+
+}  // namespace kestrix::ui

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+#include <vector>
+
+namespace kestrix::ui {
+
+class Control;
+
+// Controls keep their state at once; the display is told once per frame of it, and only what differs from
+// what it was told before. So a flood of records costs what the display shows of it. Main thread only.
+class DisplayUpdates : public QObject {
+  public:
+    // Asks for a frame of the display; false when none will come (nothing is on screen).
+    using RequestFrame = std::function<bool()>;
+
+    static DisplayUpdates& shared();
+
+    // From now on one round of telling waits for the frame of the one before (`frameDone`). None: every turn
+    // of the event loop tells.
+    void pace(RequestFrame requestFrame);
+    void frameDone();
+
+    // Tells now.
+    void flush();
+    bool idle() const { return waiting_.empty(); }
+
+  private:
+    friend class Control;
+    void add(Control& control);
+    void remove(Control& control);
+    void schedule();
+
+    std::vector<Control*> waiting_;  // not owned; a control removes itself
+    std::vector<Control*> telling_;  // the rest of the round that is being told, the next one last
+    RequestFrame requestFrame_;
+    bool scheduled_ = false;
+    bool frameOutstanding_ = false;
+};
+
+}  // namespace kestrix::ui

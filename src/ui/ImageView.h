@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+
+#include "platform/Scheduler.h"
+#include "ui/Control.h"
+
+namespace kestrix::ui {
+
+// A picture of the artwork by its name, or a sequence of them in time.
+class ImageView : public Control {
+    Q_OBJECT
+    Q_PROPERTY(QString shownImage READ shownImage NOTIFY shownImageChanged FINAL)
+
+  public:
+    // scheduler: for the animation; none for a picture that stands still. Not owned.
+    ImageView(Screen& screen, const char* name, platform::Scheduler* scheduler = nullptr)
+        : Control(screen, name), scheduler_(scheduler) {}
+
+    // The picture while nothing is animated.
+    QString image() const { return image_; }
+    void setImage(const QString& name);
+
+    // One cycle shows every picture once in `duration`. repeatCount 0: without end.
+    QStringList animationImages() const { return images_; }
+    std::chrono::milliseconds animationDuration() const { return duration_; }
+    int animationRepeatCount() const { return repeatCount_; }
+    void setAnimation(const QStringList& images, std::chrono::milliseconds duration, int repeatCount);
+
+    // Begins with the first picture; does nothing while it runs.
+    void startAnimating();
+    void stopAnimating();
+    bool isAnimating() const { return animating_; }
+
+    // What is to be seen: the animation's picture while it runs, else the picture.
+    QString shownImage() const { return animating_ ? images_.at(frame_ % images_.size()) : image_; }
+
+  Q_SIGNALS:
+    void shownImageChanged();
+
+  protected:
+    void tell() override;
+
+  private:
+    void showNextFrame();
+    void awaitNextFrame();
+
+    platform::Scheduler* scheduler_;
+    QString image_;
+    QString toldImage_;
+    QStringList images_;
+    std::chrono::milliseconds duration_{0};
+    int repeatCount_ = 0;
+    bool animating_ = false;
+    qsizetype frame_ = 0;  // since the start
+    platform::Scheduler::TimePoint started_;
+    platform::Scheduler::Timer timer_;
+};
+
+}  // namespace kestrix::ui

@@ -1,0 +1,31 @@
+import QtQuick
+import Kestrix.Ui
+
+// Draws a Label: one line, centred in height.
+Rectangle {
+    id: view
+    required property Label label
+    readonly property alias paintedWidth: text.paintedWidth
+
+    objectName: label.objectName
+    color: label.backgroundColor
+    visible: !label.hidden
+    Accessible.role: Accessible.StaticText
+    Accessible.name: label.accessibleName || label.text
+    Accessible.ignored: label.hidden || label.text.trim() === ""
+
+    Text {
+        id: text
+        anchors.fill: parent
+        text: view.label.text
+        textFormat: Text.PlainText
+        color: view.label.textColor
+        font.family: view.label.fontFamily
+        font.pixelSize: view.label.fontSize
+        fontSizeMode: view.label.shrinksToFit ? Text.Fit : Text.FixedSize
+        minimumPixelSize: 6
+        horizontalAlignment: view.label.alignment
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "ui/ScreenId.h"
+
+namespace kestrix::ui {
+
+// How a screen puts another in front of itself, and takes itself away again.
+class Navigation {
+  public:
+    virtual ~Navigation() = default;
+    virtual void present(ScreenId id, bool animated) = 0;
+    // The topmost one; nothing when none is presented.
+    virtual void dismiss(bool animated) = 0;
+};
+
+}  // namespace kestrix::ui

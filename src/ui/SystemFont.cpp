@@ -1,0 +1,27 @@
+#include "ui/SystemFont.h"
+
+#include <QFont>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QLoggingCategory>
+
+namespace kestrix::ui {
+namespace {
+
+Q_LOGGING_CATEGORY(lcFont, "kestrix.font")
+
+}  // namespace
+
+void installSystemFont() {
+    const QString family = QStringLiteral("Liberation Sans");
+    if (!QFontDatabase::hasFamily(family))
+        qCWarning(lcFont, "the font %s is not installed: texts may not fit their places", qPrintable(family));
+    for (const char* named : {"Arial", "arial", "Helvetica", "helvetica"})
+        QFont::insertSubstitution(QLatin1String(named), family);
+    QFont font(family);
+    // The stage scales its texts: hinted to the unscaled size, their tops are cut and their widths are wrong.
+    font.setHintingPreference(QFont::PreferNoHinting);
+    QGuiApplication::setFont(font);
+}
+
+}  // namespace kestrix::ui

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace kestrix::ui {
+
+// How much room a text takes. A seam: without a display there are no fonts.
+class TextMeasure {
+  public:
+    virtual ~TextMeasure() = default;
+    // The height, in points and at most maxHeight, of `text` wrapped to `width` points, at words where it
+    // can. size: the font's, in points of the stage. 0 for the empty text.
+    virtual double wrappedHeight(const QString& text, const QString& family, int size, double width,
+                                 double maxHeight) const = 0;
+};
+
+// With the fonts of the system, as the screens draw them. Needs the QGuiApplication.
+class FontTextMeasure final : public TextMeasure {
+  public:
+    double wrappedHeight(const QString& text, const QString& family, int size, double width,
+                         double maxHeight) const override;
+};
+
+}  // namespace kestrix::ui

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QQmlEngine>
+#include <QtQml/qqmlregistration.h>
+
+#include <QJSEngine>
+
+#include "ui/Button.h"
+#include "ui/ImageView.h"
+#include "ui/Label.h"
+#include "ui/Screen.h"
+#include "ui/ScreenStack.h"
+#include "ui/StageMetrics.h"
+
+// The types of this folder under the names that QML knows them by.
+namespace kestrix::ui::qml {
+
+struct LabelType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Label)
+    QML_NAMED_ELEMENT(Label)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct ImageViewType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::ImageView)
+    QML_NAMED_ELEMENT(ImageView)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct ButtonType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Button)
+    QML_NAMED_ELEMENT(Button)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct ScreenType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Screen)
+    QML_NAMED_ELEMENT(Screen)
+    QML_UNCREATABLE("belongs to the application")
+};
+
+struct ScreenStackType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::ScreenStack)
+    QML_NAMED_ELEMENT(ScreenStack)
+    QML_UNCREATABLE("belongs to the application")
+};
+
+struct StageMetricsType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::StageMetrics)
+    QML_NAMED_ELEMENT(StageMetrics)
+    QML_SINGLETON
+
+  public:
+    static StageMetrics* create(QQmlEngine*, QJSEngine*) {
+        QJSEngine::setObjectOwnership(&StageMetrics::shared(), QJSEngine::CppOwnership);
+        return &StageMetrics::shared();
+    }
+};
+
+}  // namespace kestrix::ui::qml
