@@ -24,6 +24,7 @@ struct Arguments {
     std::string settings;
     std::string decodeFile = "-";
     std::string frame;
+    bool screen = false;
     MonitorOptions monitor;
     CaptureOptions capture;
     SimulateOptions simulate;
@@ -53,6 +54,8 @@ Commands describe(CLI::App& program, Arguments& arguments) {
         commands.decode->add_option("file", arguments.decodeFile, "Bytes to decode; - is standard input");
     commands.frame = commands.decode->add_option("--frame", arguments.frame, "Decode one frame text instead");
     commands.frame->type_name("HEX")->excludes(file);
+    commands.decode->add_flag("--screen", arguments.screen,
+                              "Add what the live screen shows after each record");
 
     commands.monitor = program.add_subcommand("monitor", "The tester's display, live");
     commands.monitor->add_option("uri", arguments.monitor.uri, kUriHelp)->required();
@@ -92,8 +95,8 @@ Commands describe(CLI::App& program, Arguments& arguments) {
 
 ExitStatus run(const Commands& commands, Arguments& arguments) {
     if (commands.decode->parsed())
-        return commands.frame->count() > 0 ? decodeFrameText(arguments.frame)
-                                           : decodeFile(arguments.decodeFile);
+        return commands.frame->count() > 0 ? decodeFrameText(arguments.frame, arguments.screen)
+                                           : decodeFile(arguments.decodeFile, arguments.screen);
     if (commands.monitor->parsed()) {
         arguments.monitor.settings = arguments.settings;
         return monitor(arguments.monitor);

@@ -7,12 +7,14 @@
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <system_error>
 
 #include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/ReadingJson.h"
+#include "apps/kestrix-cli/ScreenJson.h"
 #include "link/FrameExtractor.h"
 #include "platform/CaptureFile.h"
 #include "protocol/HexText.h"
@@ -24,10 +26,35 @@ namespace {
 constexpr std::size_t kPieceBytes = 65'536;
 constexpr std::size_t kFlushBytes = 131'072;
 
+// One frame after the other to one JSON object a line. All records go to the one display, in order.
+class RecordLines {
+  public:
+    explicit RecordLines(bool screen) {
+        if (screen) display_.emplace();
+    }
+
+    void append(std::string& json, std::string_view frame) {
+        protocol::KV3820protocal decoder;
+        const protocol::MeterReading& record = decoder.initFromString(frame).return3820data();
+        appendReadingJson(json, record);
+        if (display_) {
+            display_->didReceive3820Data(record, true);
+            json.back() = ',';  // the object's brace: it has one member more
+            json += "\"screen\":";
+            appendScreenJson(json, *display_);
+            json += '}';
+        }
+        json += '\n';
+    }
+
+  private:
+    std::optional<ConnectedDisplay> display_;
+};
+
 // The link's own steps from text to records, without the link: a file has no state to follow or to keep.
 class JsonWriter {
   public:
-    explicit JsonWriter(Output& output) : output_(output) {}
+    JsonWriter(Output& output, bool screen) : output_(output), lines_(screen) {}
 
     // False once the output is closed.
     bool receive(std::span<const std::uint8_t> bytes) {
@@ -35,9 +62,7 @@ class JsonWriter {
         protocol::appendHexText(hexText_, bytes);
         frames_.append(hexText_);
         while (const auto frame = frames_.nextFrame()) {
-            protocol::KV3820protocal decoder;
-            appendReadingJson(json_, decoder.initFromString(*frame).return3820data());
-            json_ += '\n';
+            lines_.append(json_, *frame);
             ++records_;
             if (json_.size() >= kFlushBytes) flush();
         }
@@ -53,6 +78,7 @@ class JsonWriter {
     }
 
     Output& output_;
+    RecordLines lines_;
     link::FrameExtractor frames_;
     std::string hexText_;
     std::string json_;
@@ -106,10 +132,10 @@ std::span<const std::uint8_t> withoutHeader(std::span<const std::uint8_t> bytes)
 
 }  // namespace
 
-ExitStatus decodeFile(const std::string& file) {
+ExitStatus decodeFile(const std::string& file, bool screen) {
     Input input(file);
     Output output;
-    JsonWriter writer(output);
+    JsonWriter writer(output, screen);
     const auto buffer = std::make_unique<std::array<std::uint8_t, kPieceBytes>>();
     std::uint64_t total = 0;
     while (const std::size_t count = input.read(*buffer)) {
@@ -122,12 +148,10 @@ ExitStatus decodeFile(const std::string& file) {
     return output.status();
 }
 
-ExitStatus decodeFrameText(const std::string& hexText) {
+ExitStatus decodeFrameText(const std::string& hexText, bool screen) {
     Output output;
-    protocol::KV3820protocal decoder;
     std::string json;
-    appendReadingJson(json, decoder.initFromString(hexText).return3820data());
-    json += '\n';
+    RecordLines(screen).append(json, hexText);
     output.write(json);
     return output.status();
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <type_traits>
 
+#include "apps/kestrix-cli/JsonText.h"
 #include "apps/kestrix-cli/ReadingFields.h"
 
 namespace kestrix::cli {
@@ -19,9 +20,8 @@ using protocol::MeterReading;
 using protocol::ValData;
 
 // What the values of a struct take at most, beside the characters of their texts.
-constexpr std::size_t kNumberRoom = 24;       // the longest double in its shortest form
-constexpr std::size_t kEscapedCharacter = 6;  // \u001f
-constexpr std::size_t kUsualRoom = 8192;      // enough for every record of a tester
+constexpr std::size_t kNumberRoom = 24;   // the longest double in its shortest form
+constexpr std::size_t kUsualRoom = 8192;  // enough for every record of a tester
 
 template <class Struct>
 struct FieldsOf;
@@ -93,21 +93,6 @@ std::size_t textBytes(const Struct& value) {
     return bytes;
 }
 
-// True when one of the eight characters must be escaped: below a blank, a quote or a backslash.
-// A borrow may mark a character above a marked one, never the word of a clean eight.
-bool anyToEscape(std::uint64_t eight) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
-    const std::uint64_t quote = eight ^ (ones * '"');
-    const std::uint64_t backslash = eight ^ (ones * '\\');
-    const std::uint64_t marks =
-        ((eight - ones * ' ') & ~eight) | ((quote - ones) & ~quote) | ((backslash - ones) & ~backslash);
-    return (marks & (ones * 0x80U)) != 0;
-}
-
-bool mustEscape(char c) {
-    return static_cast<unsigned char>(c) < ' ' || c == '"' || c == '\\';
-}
-
 // Writes into room that its maker has measured beforehand; every value ends in a comma.
 class JsonWriter {
   public:
@@ -168,9 +153,7 @@ class JsonWriter {
     }
 
     void put(const std::string& text) {
-        *at_++ = '"';
-        if (!copyClean(text)) copyEscaped(text);
-        *at_++ = '"';
+        at_ = putJsonText(at_, text);
         *at_++ = ',';
     }
 
@@ -181,46 +164,6 @@ class JsonWriter {
         }
         object(value);
         *at_++ = ',';
-    }
-
-    // False, with nothing written, when a character must be escaped.
-    bool copyClean(std::string_view text) {
-        const char* from = text.data();
-        const char* const end = from + text.size();
-        char* to = at_;
-        for (; end - from >= 8; from += 8, to += 8) {
-            std::uint64_t eight = 0;
-            std::memcpy(&eight, from, 8);
-            if (anyToEscape(eight)) return false;
-            std::memcpy(to, &eight, 8);
-        }
-        for (; from != end; ++from, ++to) {
-            if (mustEscape(*from)) return false;
-            *to = *from;
-        }
-        at_ = to;
-        return true;
-    }
-
-    void copyEscaped(std::string_view text) {
-        constexpr std::string_view special = "\"\\\b\f\n\r\t";
-        constexpr std::string_view shortForm = "\"\\bfnrt";
-        constexpr std::string_view digits = "0123456789abcdef";
-        for (const char c : text) {
-            if (!mustEscape(c)) {
-                *at_++ = c;
-                continue;
-            }
-            *at_++ = '\\';
-            if (const auto found = special.find(c); found != std::string_view::npos) {
-                *at_++ = shortForm[found];
-                continue;
-            }
-            const auto code = static_cast<unsigned char>(c);
-            copy("u00", 3);
-            *at_++ = digits[code >> 4U];
-            *at_++ = digits[code & 15U];
-        }
     }
 
     char* at_;

@@ -68,7 +68,7 @@ _kestrix_cli_complete() {
         local options='--settings --help'
         case $command in
             '') options+=' --version' ;;
-            decode) options+=' --frame' ;;
+            decode) options+=' --frame --screen' ;;
             monitor | devices) options+=' --seconds' ;;
             capture) options+=' --seconds --force' ;;
             simulate) options+=' --tcp --pty --scenario --seed --speed --list' ;;

@@ -34,6 +34,7 @@ complete -c kestrix-cli -n __fish_use_subcommand -a devices -d 'What each source
 
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -F
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -l frame -x -d 'Decode one frame text'
+complete -c kestrix-cli -n '__kestrix_cli_in decode' -l screen -d 'Add what the live screen shows'
 
 complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -a '(__kestrix_cli_uris)'
 complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -l seconds -x -d 'How long'
