@@ -2,7 +2,6 @@
 
 #include <sqlite3.h>
 #include <QDir>
-#include <QFile>
 
 #include "storage/Rows.h"
 #include "storage/StatementText.h"
@@ -40,8 +39,7 @@ void ServiceDao::Close::operator()(sqlite3* connection) const {
 }
 
 ServiceDao::ServiceDao(const platform::DocumentsFolder& folder)
-    : path_(QFile::encodeName(QDir(folder.path()).absoluteFilePath(QStringLiteral("kestrix.sqlite")))
-                .toStdString()) {
+    : path_(QDir(folder.path()).absoluteFilePath(QStringLiteral("kestrix.sqlite")).toStdString()) {
     createDatadase();
 }
 

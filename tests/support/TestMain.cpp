@@ -1,6 +1,12 @@
 #include <gtest/gtest.h>
 
+#ifdef KESTRIX_GUI_TESTS
+#include <QGuiApplication>
+
+#include "ui/SystemFont.h"
+#else
 #include <QCoreApplication>
+#endif
 
 #include "tests/support/LogExpectations.h"
 
@@ -15,7 +21,16 @@ class LogListener final : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+#ifdef KESTRIX_GUI_TESTS
+    // Windows without a display, drawn by the processor, in the next turn of the event loop.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_QUICK_BACKEND", "software");
+    qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    const QGuiApplication application(argc, argv);
+    kestrix::ui::installSystemFont();
+#else
     const QCoreApplication application(argc, argv);
+#endif
     // First in line, so that what it finds counts for the test that ends.
     auto& listeners = testing::UnitTest::GetInstance()->listeners();
     auto* printer = listeners.Release(listeners.default_result_printer());

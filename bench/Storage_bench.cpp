@@ -1,0 +1,173 @@
+// The database on the disk that holds this program: a durable insert beside bare ones in the same run, and
+// finding a record's measurements among a million.
+
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "storage/ServiceDao.h"
+
+namespace {
+
+using kestrix::platform::DocumentsFolder;
+using kestrix::storage::MeasureData;
+using kestrix::storage::ServiceDao;
+using Seconds = std::chrono::duration<double>;
+
+constexpr int kMeasures = 1'000'000;
+constexpr int kRecords = 50'000;  // of 20 measurements each
+constexpr int kUnsaved = 20;
+
+// Not in /tmp, which may be no disk.
+QString folderOfThisProgram() {
+    return QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath();
+}
+
+class Folder {
+  public:
+    DocumentsFolder documents() const { return DocumentsFolder(folder_.path()); }
+    std::string file() const { return folder_.filePath(QStringLiteral("kestrix.sqlite")).toStdString(); }
+
+  private:
+    QTemporaryDir folder_{folderOfThisProgram() + QStringLiteral("/storage_bench_XXXXXX")};
+};
+
+struct Close {
+    void operator()(sqlite3* connection) const { sqlite3_close(connection); }
+};
+using Connection = std::unique_ptr<sqlite3, Close>;
+
+void run(const Connection& connection, const char* sql) {
+    if (sqlite3_exec(connection.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK) return;
+    std::fprintf(stderr, "storage_bench: %s: %s\n", sql, sqlite3_errmsg(connection.get()));
+    std::exit(1);
+}
+
+Connection connected(const Folder& folder) {
+    sqlite3* opened = nullptr;
+    sqlite3_open(folder.file().c_str(), &opened);
+    return Connection(opened);
+}
+
+MeasureData measurement() {
+    MeasureData measure;
+    measure.dataName = "S_1";
+    measure.function = "Insulation";
+    measure.parameters = "500V";
+    measure.result = "299.9MΩ";
+    measure.dateTime = "2024-06-03 09:08:07";
+    measure.comments = " ";
+    return measure;
+}
+
+constexpr const char* kBareInsert =
+    "INSERT INTO measurefrom (recordId, dataName, function, parameters, result, dateTime, comments, "
+    "recordName) "
+    "VALUES (0, 'S_1', 'Insulation', '500V', '299.9MΩ', '2024-06-03 09:08:07', ' ', '')";
+
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+// A way to insert one row, in a database of its own.
+struct Way {
+    Folder folder;
+    std::function<void()> insert;
+    std::vector<double> times;
+};
+
+// Each round inserts one row in every way, beginning with another each time, so that what the disk does
+// otherwise meets all alike. The time shown is ours; the counters are medians, in microseconds.
+void BM_durableInsert(benchmark::State& state) {
+    std::array<Way, 3> ways;
+    auto& [ours, bare, plain] = ways;
+    std::vector<Connection> connections;
+    for (Way& way : ways) ServiceDao(way.folder.documents()).createTable();
+
+    ServiceDao dao(ours.folder.documents());
+    ours.insert = [&dao, measure = measurement()] { dao.addMeasureForm(measure); };
+    // The same table, index and pragma.
+    connections.push_back(connected(bare.folder));
+    run(connections.back(), "PRAGMA journal_mode = TRUNCATE");
+    // What the engine does on its own: no index, and the journal's removal may come back after a power cut.
+    connections.push_back(connected(plain.folder));
+    run(connections.back(), "DROP INDEX measurefrom_recordId; PRAGMA synchronous = FULL");
+    bare.insert = [&connections] { run(connections[0], kBareInsert); };
+    plain.insert = [&connections] { run(connections[1], kBareInsert); };
+
+    std::size_t round = 0;
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < ways.size(); ++i) {
+            Way& way = ways[(round + i) % ways.size()];
+            const auto start = std::chrono::steady_clock::now();
+            way.insert();
+            way.times.push_back(Seconds(std::chrono::steady_clock::now() - start).count());
+        }
+        state.SetIterationTime(ours.times.back());
+        ++round;
+    }
+    state.counters["ours_us"] = median(ours.times) * 1e6;
+    state.counters["bare_us"] = median(bare.times) * 1e6;
+    state.counters["plain_us"] = median(plain.times) * 1e6;
+    state.counters["ours/bare"] = median(ours.times) / median(bare.times);
+}
+BENCHMARK(BM_durableInsert)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+// A million measurements; those of one record lie as far from each other as they can.
+ServiceDao& million(bool indexed) {
+    static const std::array<Folder, 2> folders;
+    static std::array<std::unique_ptr<ServiceDao>, 2> daos;
+    std::unique_ptr<ServiceDao>& dao = daos.at(indexed ? 1 : 0);
+    if (dao) return *dao;
+    const Folder& folder = folders.at(indexed ? 1 : 0);
+    dao = std::make_unique<ServiceDao>(folder.documents());
+    dao->createTable();
+    if (!indexed) dao->execSql("DROP INDEX measurefrom_recordId");
+    dao->execSql(
+        "WITH n(i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i + 1 < " + std::to_string(kMeasures) +
+        ") INSERT INTO measurefrom (recordId, dataName, function, parameters, result, dateTime, "
+        "comments, recordName) SELECT i % " +
+        std::to_string(kRecords) +
+        " + 1, 'S_' || i, 'Insulation', '500V', '299.9MΩ', '2024-06-03 09:08:07', ' ', 'House' FROM n");
+    for (int i = 0; i < kUnsaved; ++i) dao->addMeasureForm(measurement());
+    return *dao;
+}
+
+void expectRows(benchmark::State& state, std::size_t found, std::size_t expected) {
+    if (found != expected) state.SkipWithError("wrong number of measurements found");
+}
+
+// The time to find the 20 measurements of one record. indexed 0: for comparison.
+void BM_findMeasureofId(benchmark::State& state) {
+    ServiceDao& dao = million(state.range(0) != 0);
+    std::int64_t record = 7;
+    for (auto _ : state) {
+        record = record % kRecords + 1;
+        expectRows(state, dao.findMeasureofId(record).size(), 20);
+        record += 7919;
+    }
+}
+BENCHMARK(BM_findMeasureofId)->ArgName("indexed")->Arg(1)->Arg(0)->Unit(benchmark::kMicrosecond);
+
+void BM_findUnsavedOfAMillion(benchmark::State& state) {
+    ServiceDao& dao = million(true);
+    for (auto _ : state) expectRows(state, dao.findMeasureForm(false).size(), kUnsaved);
+}
+BENCHMARK(BM_findUnsavedOfAMillion)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,117 @@
+// A press that has returned is in the database, whenever the process is killed.
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <array>
+#include <map>
+#include <random>
+#include <string>
+
+#include "storage/ServiceDao.h"
+#include "tests/storage/Connection.h"
+
+namespace kestrix {
+namespace {
+
+// The program that presses; killed with this object.
+class Presser {
+  public:
+    Presser(const std::string& folder, long first) {
+        const std::string number = std::to_string(first);
+        std::array<int, 2> ends{};
+        EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+        child_ = fork();
+        if (child_ == 0) {
+            dup2(ends[1], STDOUT_FILENO);
+            execl(KESTRIX_RECORD_PRESSES, "record_presses", folder.c_str(), number.c_str(), nullptr);
+            _exit(127);
+        }
+        close(ends[1]);
+        output_ = ends[0];
+    }
+    Presser(const Presser&) = delete;
+    Presser& operator=(const Presser&) = delete;
+    ~Presser() {
+        killNow();
+        close(output_);
+    }
+
+    // False at the end of the output.
+    bool readLine() {
+        const std::size_t before = lines_;
+        char byte = 0;
+        while (lines_ == before && read(output_, &byte, 1) == 1) lines_ += byte == '\n' ? 1 : 0;
+        return lines_ > before;
+    }
+    void killNow() {
+        if (child_ <= 0) return;
+        kill(child_, SIGKILL);
+        int status = 0;
+        waitpid(child_, &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself: " << WEXITSTATUS(status);
+        child_ = -1;
+    }
+    // The presses that have returned.
+    long acknowledged() {
+        while (readLine()) {
+        }
+        return static_cast<long>(lines_);
+    }
+
+  private:
+    pid_t child_ = -1;
+    int output_ = -1;
+    std::size_t lines_ = 0;
+};
+
+void spin(unsigned long turns) {
+    for (volatile unsigned long i = 0; i < turns;) i = i + 1;
+}
+
+TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("kestrix.sqlite")).toStdString();
+    storage::ServiceDao dao{platform::DocumentsFolder(folder.path())};
+    dao.createTable();
+
+    std::mt19937 random(8);  // NOLINT(cert-msc51-cpp)
+    std::map<std::string, std::string> expected;  // reading: name
+    int midway = 0;
+    for (int round = 0; round < 200; ++round) {
+        SCOPED_TRACE(round);
+        const long first = 1000L * round + 1;
+        Presser presser(folder.path().toStdString(), first);
+        for (auto lines = random() % 6; lines > 0; --lines) ASSERT_TRUE(presser.readLine());
+        spin(random() % 10'000'000);
+        presser.killNow();
+        const long last = first + presser.acknowledged() - 1;
+        if (QFileInfo(QString::fromStdString(path + "-journal")).size() > 0) ++midway;
+
+        storage::Connection file(path);
+        ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        const auto expect = [&expected, first](long number) {
+            expected[std::to_string(number) + "Ω,"] = "S_" + std::to_string(number - first + 1);
+        };
+        for (long number = first; number <= last; ++number) expect(number);
+        // One more may be there: it was stored, and not yet said.
+        const std::string next = std::to_string(last + 1);
+        if (file.value("SELECT count(*) FROM measurefrom WHERE result = '" + next + "Ω,'") == "1")
+            expect(last + 1);
+        std::map<std::string, std::string> found;
+        const auto measures = dao.findMeasureForm(true);
+        for (const storage::MeasureData& measure : measures) found[measure.result] = measure.dataName;
+        ASSERT_EQ(found, expected);
+        ASSERT_EQ(measures.size(), expected.size()) << "a measurement is there twice";
+    }
+    EXPECT_GT(midway, 20) << "hardly a kill came in the middle of a press";
+    EXPECT_GT(expected.size(), 300U);
+}
+
+}  // namespace
+}  // namespace kestrix

@@ -1,0 +1,143 @@
+// The power goes off at any moment: what the disk holds then still holds every row whose insert has returned.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <random>
+#include <sstream>
+
+#include "storage/ServiceDao.h"
+#include "tests/storage/StorageFixture.h"
+#include "tests/support/FailingVfs.h"
+
+namespace kestrix::storage {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::FailingVfs;
+using Call = FailingVfs::Call;
+
+using Files = std::map<std::string, std::string>;  // path: content
+
+std::string contentOf(const std::string& path) {
+    const std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    return content.str();
+}
+
+// What is on the disk for sure, and what is in the files: a power cut leaves each file as one or the other.
+class Disk {
+  public:
+    void take(const FailingVfs::Event& event) {
+        if (event.call == Call::Sync) onDisk_[event.path] = contentOf(event.path);
+        if (event.call == Call::Delete && event.folderSynced) onDisk_.erase(event.path);
+    }
+
+    // chance: how many of 4 files have reached the disk although nobody waited for it.
+    Files afterPowerCut(const std::string& database, unsigned chance, std::mt19937& random) const {
+        Files left;
+        for (const std::string& path : {database, database + "-journal"}) {
+            const bool reached = random() % 4 < chance;
+            if (reached && fs::exists(path)) left[path] = contentOf(path);
+            if (const auto found = onDisk_.find(path); !reached && found != onDisk_.end())
+                left.insert(*found);
+        }
+        return left;
+    }
+
+  private:
+    Files onDisk_;
+};
+
+struct Moment {
+    Files files;
+    int acknowledged;
+};
+
+class Durability : public StorageFixture {
+  protected:
+    // Every moment of some inserts.
+    std::vector<Moment> momentsOfInserts(int count) {
+        std::mt19937 random(3);  // NOLINT(cert-msc51-cpp)
+        std::vector<Moment> moments;
+        Disk disk;
+        int acknowledged = 0;
+        FailingVfs vfs;
+        ServiceDao dao(folder_);
+        const auto addMoments = [&] {
+            for (const unsigned chance : {0U, 2U, 4U})
+                moments.push_back({disk.afterPowerCut(path_, chance, random), acknowledged});
+        };
+        vfs.observe([&](const FailingVfs::Event& event) {
+            if (event.call == Call::Read || event.call == Call::Open) return;
+            addMoments();
+            disk.take(event);
+            addMoments();
+        });
+        dao.createTable();
+        for (int i = 1; i <= count; ++i) {
+            dao.addMeasureForm(measurement(i));
+            ++acknowledged;
+            addMoments();
+        }
+        vfs.observe({});
+        return moments;
+    }
+};
+
+TEST_F(Durability, APowerCutAtAnyMomentKeepsEveryRowWhoseInsertHasReturned) {
+    const std::vector<Moment> moments = momentsOfInserts(8);
+    EXPECT_GT(moments.size(), 300U);
+    FailingVfs quick;
+    quick.skipSyncs();
+    for (const Moment& moment : moments) {
+        fs::remove(path_);
+        fs::remove(path_ + "-journal");
+        for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
+        Connection file(path_);
+        ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        if (moment.acknowledged == 0) continue;  // perhaps no table yet
+        const auto names = file.rows("SELECT dataName FROM measurefrom ORDER BY dataId");
+        ASSERT_GE(names.size(), static_cast<std::size_t>(moment.acknowledged));
+        ASSERT_LE(names.size(), static_cast<std::size_t>(moment.acknowledged) + 1);
+        for (std::size_t i = 0; i < names.size(); ++i)
+            ASSERT_EQ(names[i].front(), "S_" + std::to_string(i + 1));
+    }
+}
+
+// What is still on its way to the disk when an operation returns.
+TEST_F(Durability, NothingIsOnItsWayWhenAnOperationReturns) {
+    std::map<std::string, bool> pending;
+    FailingVfs vfs;
+    ServiceDao dao(folder_);
+    vfs.observe([&](const FailingVfs::Event& event) {
+        if (event.call == Call::Write || event.call == Call::Truncate) pending[event.path] = true;
+        if (event.call == Call::Sync) pending[event.path] = false;
+        if (event.call == Call::Delete) pending[event.path] = !event.folderSynced;
+    });
+    const auto expectAllOnDisk = [&pending](const char* operation) {
+        EXPECT_EQ(pending.size(), 2U) << operation;
+        for (const auto& [path, waits] : pending) EXPECT_FALSE(waits) << operation << ": " << path;
+        pending.clear();
+    };
+    dao.createTable();
+    expectAllOnDisk("createTable");
+    dao.addMeasureForm(measurement(1));
+    expectAllOnDisk("addMeasureForm");
+    dao.addRecordForm(testRecord());
+    expectAllOnDisk("addRecordForm");
+    dao.updateMeasureForm("House", 1, 1);
+    expectAllOnDisk("updateMeasureForm");
+    dao.execSql("UPDATE recordfrom SET samples = 9");
+    expectAllOnDisk("execSql");
+    ServiceDao(folder_).DeleteMeasureFormData(1);
+    expectAllOnDisk("DeleteMeasureFormData");
+    ServiceDao(folder_).DeleteRecordFormData(1);
+    expectAllOnDisk("DeleteRecordFormData");
+    vfs.observe({});
+}
+
+}  // namespace
+}  // namespace kestrix::storage
