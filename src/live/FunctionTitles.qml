@@ -49,6 +49,8 @@ Item {
         model: [78, 110, 182, 204, 278]
         delegate: Rectangle {
             required property int modelData
+            required property int index
+            objectName: "separator" + (index + 1)
             x: modelData
             width: 2
             height: 31

@@ -11,6 +11,13 @@
 // The types of this folder under the names that QML knows them by.
 namespace kestrix::live::qml {
 
+// What MainViewController inherits, and names in full: by that name the tools look for it.
+struct MeterDisplayType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::live::MeterDisplay)
+    QML_ANONYMOUS
+};
+
 struct MainViewControllerType {
     Q_GADGET
     QML_FOREIGN(kestrix::live::MainViewController)

@@ -18,7 +18,7 @@ namespace kestrix::live {
 
 // The home screen: the tester's display, live, and the list of the measurements of this session. Each press
 // of the record button adds one row to the list and one to the database.
-class MainViewController final : public MeterDisplay {
+class MainViewController final : public kestrix::live::MeterDisplay {
     Q_OBJECT
     Q_PROPERTY(kestrix::live::SessionList* dataList READ dataList CONSTANT FINAL)
     Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)

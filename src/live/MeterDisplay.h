@@ -14,7 +14,7 @@ namespace kestrix::live {
 
 // The tester's display on the screen: which labels are there, what they show for a record, and the texts that
 // describe the latest measurement. Needs neither a link nor a database.
-class MeterDisplay : public ui::Screen, public link::BusinessCommunicationDelegate {
+class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicationDelegate {
     Q_OBJECT
 
   public:

@@ -63,6 +63,7 @@ Item {
         height: 20
         titleInset: 10
         touchMargin: 8
+        frameDistance: 2
     }
     LabelView {
         label: meter.controller.label("lblNoCon")

@@ -23,10 +23,16 @@ Item {
         color: "#10182a"
         Accessible.ignored: true
     }
-    readonly property real line: StageMetrics.line
-
     component Line: Rectangle {
+        id: line
+        property bool upright: false
+        width: upright ? 1 : 320
+        height: upright ? row.height : 1
         color: "#6c6c6c"
+        transform: Scale { // one point is drawn in whole pixels
+            xScale: line.upright ? StageMetrics.line : 1
+            yScale: line.upright ? 1 : StageMetrics.line
+        }
     }
 
     objectName: "sessionRow" + index
@@ -76,17 +82,11 @@ Item {
         delegate: Line {
             required property int modelData
             x: modelData
-            width: row.line
-            height: row.height
+            upright: true
         }
     }
+    Line {}
     Line {
-        width: 320
-        height: row.line
-    }
-    Line {
-        y: row.height - row.line
-        width: 320
-        height: row.line
+        y: row.height - StageMetrics.line
     }
 }

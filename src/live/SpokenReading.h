@@ -10,7 +10,7 @@
 namespace kestrix::live {
 
 // The whole display in words, for a screen reader: as it is whenever it is asked for.
-class SpokenReading : public ui::Control {
+class SpokenReading : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString text READ text NOTIFY textChanged FINAL)
 

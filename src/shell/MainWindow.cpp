@@ -19,7 +19,6 @@ namespace kestrix::shell {
 MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     artwork::load();
     setTitle(QStringLiteral("Kestrix"));
-    setIcon(QIcon(QStringLiteral(":/artwork/4/kestrix.png")));
     setColor(QColor(14, 22, 38));
     setResizeMode(SizeRootObjectToView);
     setMinimumSize({160, 240});
@@ -32,6 +31,10 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
         return true;
     });
     connect(this, &QQuickWindow::frameSwapped, this, [] { ui::DisplayUpdates::shared().frameDone(); });
+    // Reading it takes as long as all pictures of the live screen: not before that is seen.
+    const auto showIcon = [this] { setIcon(QIcon(QStringLiteral(":/artwork/4/kestrix.png"))); };
+    connect(this, &QQuickWindow::frameSwapped, this, showIcon,
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     connect(this, &QWindow::screenChanged, this, [this] { fitStage(size()); });
 }
 

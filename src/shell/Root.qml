@@ -1,4 +1,3 @@
-import QtQuick
 import Kestrix.Ui
 import Kestrix.Live
 

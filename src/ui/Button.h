@@ -10,7 +10,7 @@
 namespace kestrix::ui {
 
 // Something to press.
-class Button : public Control {
+class Button : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString title READ title NOTIFY titleChanged FINAL)
     Q_PROPERTY(QString image READ image NOTIFY imageChanged FINAL)

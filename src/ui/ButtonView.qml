@@ -9,6 +9,7 @@ FocusScope {
     property real pictureWidth: width     // of the image, which stands in the middle
     property real pictureHeight: height
     property real touchMargin: 0          // how far the sensitive area goes beyond the item
+    property real frameDistance: 0        // of the focus frame
     property int titleInset: 0
     property int titleSize: 14
     readonly property bool held: touch.pressed && touch.containsMouse
@@ -16,6 +17,8 @@ FocusScope {
     objectName: button.objectName
     visible: !button.hidden
     activeFocusOnTab: true
+    // Otherwise the keyboard would stay at something that cannot be seen.
+    onVisibleChanged: if (!visible) focus = false
     Accessible.role: Accessible.Button
     Accessible.name: button.accessibleName || button.title
     Accessible.focusable: true
@@ -72,5 +75,7 @@ FocusScope {
                 view.button.press()
         }
     }
-    FocusFrame {}
+    FocusFrame {
+        anchors.margins: -view.frameDistance
+    }
 }

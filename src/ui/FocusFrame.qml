@@ -2,6 +2,7 @@ import QtQuick
 
 // Shows where the keyboard is: a light line and a dark one, of which one stands out on any ground.
 Rectangle {
+    objectName: "focusFrame"
     anchors.fill: parent
     color: "transparent"
     visible: parent.activeFocus

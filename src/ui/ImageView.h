@@ -11,7 +11,7 @@
 namespace kestrix::ui {
 
 // A picture of the artwork by its name, or a sequence of them in time.
-class ImageView : public Control {
+class ImageView : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString shownImage READ shownImage NOTIFY shownImageChanged FINAL)
 

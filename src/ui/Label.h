@@ -8,7 +8,7 @@
 namespace kestrix::ui {
 
 // A text on the screen.
-class Label : public Control {
+class Label : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString text READ text NOTIFY textChanged FINAL)
     Q_PROPERTY(QColor backgroundColor READ backgroundColor NOTIFY backgroundColorChanged FINAL)

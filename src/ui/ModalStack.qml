@@ -27,6 +27,7 @@ Item {
             y: height * (1 - progress)
             enabled: !modals.sliding && index === modals.stack.count - 1
             focus: true
+            onEnabledChanged: if (enabled) forceActiveFocus()
 
             MouseArea { // nothing behind is touched
                 anchors.fill: parent
@@ -35,6 +36,7 @@ Item {
             Loader {
                 anchors.fill: parent
                 focus: true
+                onLoaded: item.focus = true
                 Component.onCompleted: setSource(slide.view, {"screen": slide.screen})
             }
             NumberAnimation {

@@ -15,6 +15,13 @@
 // The types of this folder under the names that QML knows them by.
 namespace kestrix::ui::qml {
 
+// What others inherit. They name it in full: by that name the tools look for it.
+struct ControlType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Control)
+    QML_ANONYMOUS
+};
+
 struct LabelType {
     Q_GADGET
     QML_FOREIGN(kestrix::ui::Label)

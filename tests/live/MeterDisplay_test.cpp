@@ -1,0 +1,214 @@
+#include "live/MeterDisplay.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "tests/live/DisplayFixture.h"
+
+namespace kestrix::live {
+namespace {
+
+const QColor kLit(39, 121, 205);
+
+class MeterDisplayTest : public DisplayFixture {
+  protected:
+    // The titles that are lit, by name.
+    std::string lit() const {
+        std::string names;
+        for (const ui::Label* title : {&display_.fun1, &display_.fun2, &display_.fun3, &display_.fun4,
+                                       &display_.fun5, &display_.fun6}) {
+            if (title->backgroundColor() == kLit) {
+                names += title->objectName().toStdString();
+            } else {
+                EXPECT_EQ(title->backgroundColor().alpha(), 0);
+            }
+        }
+        return names;
+    }
+    void showAll() {
+        display_.setHiddenLable(MeterDisplay::kReadings, false);
+        for (std::int32_t group = 3; group <= 5; ++group) display_.setHiddenLable(group, false);
+    }
+};
+
+TEST_F(MeterDisplayTest, EachStyleHasItsBackgroundAndItsFont) {
+    struct Row {
+        std::int32_t style;
+        QColor background;
+        int size;
+    };
+    const Row rows[] = {{0, QColor(0, 0, 0, 0), 14},
+                        {1, QColor(0, 0, 0, 0), 12},
+                        {2, QColor(69, 94, 149), 8},
+                        {3, QColor(0, 0, 0, 0), 20}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.style);
+        ui::Label& label = display_.D1Value;
+        label.setBackgroundColor(Qt::red);
+        label.setTextColor(Qt::red);
+        label.setAlignment(Qt::AlignLeft);
+        display_.setUILabelView(label, row.style, QStringLiteral("V"));
+        EXPECT_EQ(label.backgroundColor(), row.background);
+        EXPECT_EQ(label.fontFamily(), QStringLiteral("Arial"));
+        EXPECT_EQ(label.fontSize(), row.size);
+        EXPECT_EQ(label.text(), QStringLiteral("V"));
+        EXPECT_EQ(label.textColor(), QColor(Qt::white));
+        EXPECT_EQ(label.alignment(), Qt::AlignHCenter);
+    }
+}
+
+TEST_F(MeterDisplayTest, AStyleOutsideZeroToThreeLeavesBackgroundAndFontAndSetsTheRest) {
+    for (const std::int32_t style : {-1, 4, 99, std::numeric_limits<std::int32_t>::min()}) {
+        SCOPED_TRACE(style);
+        ui::Label& label = display_.D1Value;
+        label.setBackgroundColor(Qt::red);
+        label.setFont(QStringLiteral("Courier"), 33);
+        label.setTextColor(Qt::red);
+        label.setAlignment(Qt::AlignLeft);
+        display_.setUILabelView(label, style, QStringLiteral("V"));
+        EXPECT_EQ(label.backgroundColor(), QColor(Qt::red));
+        EXPECT_EQ(label.fontFamily(), QStringLiteral("Courier"));
+        EXPECT_EQ(label.fontSize(), 33);
+        EXPECT_EQ(label.text(), QStringLiteral("V"));
+        EXPECT_EQ(label.textColor(), QColor(Qt::white));
+        EXPECT_EQ(label.alignment(), Qt::AlignHCenter);
+    }
+}
+
+TEST_F(MeterDisplayTest, ANullTextBecomesTheEmptyOne) {
+    display_.D1Value.setText(QStringLiteral("old"));
+    display_.setUILabelView(display_.D1Value, 3, {});
+    EXPECT_TRUE(display_.D1Value.text().isEmpty());
+    EXPECT_FALSE(display_.D1Value.text().isNull());
+}
+
+TEST_F(MeterDisplayTest, EveryLabelHasItsFixedTextAndStyle) {
+    struct Row {
+        const char* name;
+        const char* text;
+        int size;
+    };
+    constexpr Row rows[] = {
+        {"D1Value", "", 20},        {"D1Unit", "", 20},         {"D2Value", "", 20},
+        {"D2Unit", "", 20},         {"RCD1Row", "x1/2", 14},    {"RCD1Angle", "0° :", 14},
+        {"RCD1Value", " ", 14},     {"RCD1Unit", "ms", 14},     {"RCD2Row", "x1/2", 14},
+        {"RCD2Angle", "180°:", 14}, {"RCD2Value", " ", 14},     {"RCD2Unit", "ms", 14},
+        {"RCD3Row", "x1 ", 14},     {"RCD3Angle", "0° :", 14},  {"RCD3Value", " ", 14},
+        {"RCD3Unit", "ms", 14},     {"RCD4Row", "x1 ", 14},     {"RCD4Angle", "180°:", 14},
+        {"RCD4Value", " ", 14},     {"RCD4Unit", "ms", 14},     {"RCD5Row", "x5 ", 14},
+        {"RCD5Angle", "0° :", 14},  {"RCD5Value", " ", 14},     {"RCD5Unit", "ms", 14},
+        {"RCD6Row", "x5 ", 14},     {"RCD6Angle", "180°:", 14}, {"RCD6Value", " ", 14},
+        {"RCD6Unit", "ms", 14},     {"fun1", "INSULATION", 12}, {"fun2", "RE", 12},
+        {"fun3", "LOW OHM", 12},    {"fun4", "V", 12},          {"fun5", "LOOP/PFC", 12},
+        {"fun6", "RCD", 12},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        const ui::Label* label = display_.label(QLatin1String(row.name));
+        ASSERT_NE(label, nullptr);
+        EXPECT_EQ(label->text().toStdString(), row.text);
+        EXPECT_EQ(label->fontSize(), row.size);
+        EXPECT_EQ(label->fontFamily(), QStringLiteral("Arial"));
+        EXPECT_EQ(label->textColor(), QColor(Qt::white));
+        EXPECT_EQ(label->alignment(), Qt::AlignHCenter);
+        EXPECT_EQ(label->backgroundColor().alpha(), 0);
+    }
+}
+
+TEST_F(MeterDisplayTest, TheTripTimesAreEmptyUntilTheyAreCleared) {
+    const BuiltDisplay built;
+    EXPECT_EQ(tripTimes(built), "[][][][][][]");
+    EXPECT_EQ(tripTimes(display_), kNoTripTimes);
+}
+
+TEST_F(MeterDisplayTest, EachGroupHidesAndShowsItsLabels) {
+    struct Row {
+        std::int32_t group;
+        const char* hidden;  // all were shown
+        const char* shown;   // all were hidden
+    };
+    constexpr Row rows[] = {
+        {1, "rows1-4 rows5-6 values1-6", "D1 D2"}, {2, "rows1-4 rows5-6 values1-6", "D1"},
+        {3, "D1 D2 rows5-6 values1-6", "rows1-4"}, {4, "D1 D2 rows1-4 values1-6", "rows5-6"},
+        {5, "D1 D2 rows1-4 rows5-6", "values1-6"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.group);
+        showAll();
+        display_.setHiddenLable(row.group, true);
+        EXPECT_EQ(shownLabels(display_), row.hidden);
+        for (std::int32_t group = 1; group <= 5; ++group) display_.setHiddenLable(group, true);
+        EXPECT_EQ(shownLabels(display_), "");
+        display_.setHiddenLable(row.group, false);
+        EXPECT_EQ(shownLabels(display_), row.shown);
+    }
+}
+
+TEST_F(MeterDisplayTest, Group2AndHiddenFalseShowsTheFirstReadingAndHidesTheSecond) {
+    showAll();
+    display_.setHiddenLable(2, false);
+    EXPECT_EQ(shownLabels(display_), "D1 rows1-4 rows5-6 values1-6");
+}
+
+TEST_F(MeterDisplayTest, AnyOtherGroupDoesNothing) {
+    for (const std::int32_t group : {0, 6, -1, 100}) {
+        showAll();
+        display_.setHiddenLable(group, true);
+        EXPECT_EQ(shownLabels(display_), "D1 D2 rows1-4 rows5-6 values1-6") << group;
+        for (std::int32_t known = 1; known <= 5; ++known) display_.setHiddenLable(known, true);
+        display_.setHiddenLable(group, false);
+        EXPECT_EQ(shownLabels(display_), "") << group;
+    }
+}
+
+TEST_F(MeterDisplayTest, EachCodeLightsItsTitleOnly) {
+    struct Row {
+        std::int32_t code;
+        const char* title;
+    };
+    constexpr Row rows[] = {{'1', "fun2"}, {'2', "fun1"}, {'3', "fun3"}, {'4', "fun4"},
+                            {'5', "fun5"}, {'6', "fun6"}, {'7', "fun6"}};
+    for (const Row& row : rows) {
+        display_.setTitleColor(row.code);
+        EXPECT_EQ(lit(), row.title) << row.code;
+        ASSERT_NE(display_.litTitle(), nullptr);
+        EXPECT_EQ(display_.litTitle()->objectName().toStdString(), row.title);
+    }
+}
+
+TEST_F(MeterDisplayTest, Code7AndCode6LightTheSameTitle) {
+    display_.setTitleColor('6');
+    const std::string title = lit();
+    display_.setTitleColor('7');
+    EXPECT_EQ(lit(), title);
+    EXPECT_EQ(title, "fun6");
+}
+
+TEST_F(MeterDisplayTest, SetTitleColorWith0OrWithACodeAbove7UnlightsAllSixTitles) {
+    for (const std::int32_t code : {0, '0' + 0, '8' + 0, 1, 7, 255, -1}) {
+        display_.setTitleColor('3');
+        EXPECT_EQ(lit(), "fun3");
+        display_.setTitleColor(code);
+        EXPECT_EQ(lit(), "") << code;
+        EXPECT_EQ(display_.litTitle(), nullptr);
+    }
+}
+
+TEST_F(MeterDisplayTest, ClearingEmptiesTheTripTimesToABlankAndTheResultsOnly) {
+    receiveRunning(3);
+    EXPECT_NE(tripTimes(display_), kNoTripTimes);
+    display_.ClearRCDValue();
+    EXPECT_EQ(tripTimes(display_), kNoTripTimes);
+    receive(recordOf('2'));
+    const std::string parameters = display_.parameters;
+    EXPECT_FALSE(parameters.empty());
+    display_.ClearData();
+    EXPECT_EQ(display_.results, "");
+    EXPECT_EQ(display_.parameters, parameters);
+}
+
+}  // namespace
+}  // namespace kestrix::live

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "platform/AccessoryManager.h"
+#include "tests/support/FakeSource.h"
+
+namespace kestrix::testing {
+
+// A tester in the test's hand. It comes, sends and goes at once, inside the call.
+class FakeTester {
+  public:
+    explicit FakeTester(platform::AccessoryManager& accessories);
+
+    void appear();
+    void send(std::span<const std::uint8_t> bytes) { source_->line.receive(bytes); }
+    // Every frame of a scenario, flat out.
+    void play(std::string_view scenario);
+    void leave();
+
+  private:
+    FakeSource* source_;
+    platform::AccessoryPtr accessory_;
+    std::uint32_t appearances_ = 0;
+};
+
+}  // namespace kestrix::testing
