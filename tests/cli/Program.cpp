@@ -126,7 +126,7 @@ Program::Program(std::vector<std::string> arguments, const Surroundings& setup) 
     std::signal(SIGPIPE, SIG_IGN);  // a program that reads no more answers a write
     if (std::find(arguments.begin(), arguments.end(), "--settings") == arguments.end())
         arguments.insert(arguments.begin(), {"--settings", folder() + "/link.ini"});
-    arguments.insert(arguments.begin(), KESTRIX_BINARY_DIR "/bin/kestrix-cli");
+    arguments.insert(arguments.begin(), KESTRIX_BINARY_DIR "/bin/" + setup.program);
     start(arguments, setup);
 }
 

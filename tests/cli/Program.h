@@ -35,9 +35,10 @@ struct Surroundings {
     std::vector<int> closed;               // descriptors of 0 to 2 that it starts without
     bool unprivileged = false;             // bound by rights and locks, even as root's program
     bool waitingInput = true;              // false: reading too early answers instead of waiting
+    std::string program = "kestrix-cli";
 };
 
-// kestrix-cli, running with settings and a home folder of its own. Killed with this object. Every wait takes
+// One of our programs, running with settings and a home folder of its own. Killed with this object. Every wait takes
 // what the program writes, and gives up after a time that only a program that hangs needs.
 class Program {
   public:

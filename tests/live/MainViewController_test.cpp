@@ -54,6 +54,8 @@ TEST_F(MainViewControllerTest, TheHelpButtonTheNoticeAndTheWarningImageAreAsThey
     EXPECT_TRUE(screen_->lblNoCon.shrinksToFit());
     EXPECT_EQ(screen_->blueImage.image(), QStringLiteral("flash.png"));
     EXPECT_TRUE(screen_->blueImage.hidden());
+    startConnected();
+    EXPECT_TRUE(screen_->blueImage.hidden());
 }
 
 TEST_F(MainViewControllerTest, TheRecordButtonActsOnTouchDownAndTheToolbarButtonsOnRelease) {

@@ -8,8 +8,12 @@ FocusScope {
 
     objectName: "testScreen"
 
-    Rectangle {
-        anchors.fill: parent
+    Rectangle { // wider than the stage
+        anchors {
+            fill: parent
+            leftMargin: -40
+            rightMargin: -40
+        }
         color: "#455e95"
     }
     LabelView {
