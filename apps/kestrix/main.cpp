@@ -58,10 +58,11 @@ int showWindow(const Options& options) {
         kestrix::link::blockingWait(duration);
     };
     kestrix::shell::AppDelegate application(std::move(launch));
+    kestrix::shell::MainWindow window(application);  // reads its views during what comes now
+    kestrix::ui::installSystemFont();
     if (!application.applicationDidFinishLaunchingWithOptions())
         return fail(application.problem(), kWrongUsage);
     if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
-    kestrix::shell::MainWindow window(application);
     if (!window.load()) return kFailed;
     painted = &window;
     window.show();
@@ -91,6 +92,7 @@ int main(int argc, char** argv) {
     kestrix::platform::installLogFormat();
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
+    if (!tour) return showWindow(*options);
     kestrix::ui::installSystemFont();
-    return tour ? kestrix::tour::run(options->tour) : showWindow(*options);
+    return kestrix::tour::run(options->tour);
 }

@@ -12,7 +12,8 @@ namespace kestrix::platform {
 class DateText {
   public:
     // pattern, locale ("en_US"), zone ("Europe/Berlin"): UTF-8. An empty locale is the user's, an empty zone
-    // the machine's, both as they are now. An unknown locale is ICU's root locale, an unknown zone is GMT.
+    // the machine's, both as they are at the first text. An unknown locale is ICU's root locale, an unknown
+    // zone is GMT.
     explicit DateText(std::string_view pattern, std::string_view locale = {}, std::string_view zone = {});
     DateText(DateText&&) noexcept;
     DateText& operator=(DateText&&) noexcept;

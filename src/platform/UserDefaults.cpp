@@ -45,8 +45,11 @@ void UserDefaults::setBool(const QString& key, bool value) {
 }
 
 void UserDefaults::set(const QString& key, const QString& value) {
+    // Not even an unchanged value is written for nothing: that waits for the disk.
+    if (kept_ && values_.value(key) == value) return;
     values_.insert(key, value);
-    if (!save())
+    kept_ = save();
+    if (!kept_)
         qCWarning(lcSettings).noquote()
             << "settings file" << path_ << "cannot be written;" << key << "is not kept";
 }

@@ -34,6 +34,7 @@ class UserDefaults {
 
     QString path_;
     QHash<QString, QString> values_;
+    bool kept_ = true;  // the file holds what was set last
 };
 
 }  // namespace kestrix::platform

@@ -3,6 +3,7 @@
 #include <QtQml/qqmlextensionplugin.h>
 #include <QCoreApplication>
 #include <QIcon>
+#include <QQmlComponent>
 #include <QQmlEngine>
 #include <QResizeEvent>
 
@@ -15,6 +16,11 @@ Q_IMPORT_QML_PLUGIN(Kestrix_LivePlugin)
 Q_IMPORT_QML_PLUGIN(Kestrix_ShellPlugin)
 
 namespace kestrix::shell {
+namespace {
+
+const QUrl kViews(QStringLiteral("qrc:/qt/qml/Kestrix/Shell/Root.qml"));
+
+}  // namespace
 
 MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     artwork::load();
@@ -25,6 +31,8 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     resize(kSize);
     fitStage(kSize);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
+    // Another thread reads the views while the application starts; `load` finds them read.
+    new QQmlComponent(engine(), kViews, QQmlComponent::Asynchronous, this);
     ui::DisplayUpdates::shared().pace([this] {
         if (!isExposed()) return false;
         update();
@@ -47,7 +55,7 @@ bool MainWindow::load() {
         {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
         {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},
     });
-    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Kestrix/Shell/Root.qml")));
+    setSource(kViews);
     return status() == Ready;
 }
 

@@ -37,8 +37,8 @@ inline constexpr std::string_view kRecordOfId = "SELECT *FROM recordfrom WHERE d
 inline constexpr std::string_view kDeleteMeasure = "DELETE FROM measurefrom WHERE dataId = '%d'";
 inline constexpr std::string_view kDeleteRecord = "DELETE FROM recordfrom WHERE dataId = '%d'";
 
-// A statement ends when its rollback journal is gone for good. Deleted, as by default, it could come back after a
-// power cut and undo the statement; emptied, it is synchronised before the statement returns.
+// A statement ends when its rollback journal is gone for good. Deleted, as by default, it could come back
+// after a power cut and undo the statement; emptied, it is synchronised before the statement returns.
 inline constexpr const char* kDurable = "PRAGMA journal_mode = TRUNCATE";
 
 }  // namespace kestrix::storage

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QQmlEngine>
 #include <QtQml/qqmlregistration.h>
+#include <QQmlEngine>
 
 #include <QJSEngine>
 

@@ -38,8 +38,8 @@ struct Surroundings {
     std::string program = "kestrix-cli";
 };
 
-// One of our programs, running with settings and a home folder of its own. Killed with this object. Every wait takes
-// what the program writes, and gives up after a time that only a program that hangs needs.
+// One of our programs, running with settings and a home folder of its own. Killed with this object. Every
+// wait takes what the program writes, and gives up after a time that only a program that hangs needs.
 class Program {
   public:
     explicit Program(std::vector<std::string> arguments, const Surroundings& setup = {});

@@ -26,7 +26,8 @@ const std::map<std::string, Folders>& arrows() {
         {"storage", {"platform", "ui"}},
         {"live", {"link", "storage", "protocol", "platform", "ui"}},
         {"history", {"storage", "platform", "ui"}},
-        {"shell", {"protocol", "simulator", "platform", "ui", "link", "storage", "live", "history", "artwork"}},
+        {"shell",
+         {"protocol", "simulator", "platform", "ui", "link", "storage", "live", "history", "artwork"}},
     };
     return allowed;
 }

@@ -80,7 +80,7 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
     storage::ServiceDao dao{platform::DocumentsFolder(folder.path())};
     dao.createTable();
 
-    std::mt19937 random(8);  // NOLINT(cert-msc51-cpp)
+    std::mt19937 random(8);                       // NOLINT(cert-msc51-cpp)
     std::map<std::string, std::string> expected;  // reading: name
     int midway = 0;
     for (int round = 0; round < 200; ++round) {

@@ -69,7 +69,7 @@ TEST_F(LinkStateTest, State0ShowsTheNoticeAndTheHelpAndStopsOnTheFourthImages) {
 
 TEST_F(LinkStateTest, State0EmptiesTheDisplay) {
     for (const std::uint8_t function : {'1', '2', '3', '4', '5', '6', '7'}) {
-        SCOPED_TRACE(function);
+        SCOPED_TRACE(int{function});
         startConnected();
         receive(alarmed(function));
         EXPECT_NE(screen_->litTitle(), nullptr);

@@ -47,7 +47,7 @@ constexpr Texts kTextsOfNothing[] = {
 
 TEST_F(MeasurementTextsTest, EveryFunctionHasItsParametersAndResults) {
     for (const Texts& row : kTexts) {
-        SCOPED_TRACE(row.function);
+        SCOPED_TRACE(int{row.function});
         receive(recordOf(row.function));
         EXPECT_EQ(display_.parameters, row.parameters);
         EXPECT_EQ(display_.results, row.results);
@@ -56,7 +56,7 @@ TEST_F(MeasurementTextsTest, EveryFunctionHasItsParametersAndResults) {
 
 TEST_F(MeasurementTextsTest, MissingTextsAreEmpty) {
     for (const Texts& row : kTextsOfNothing) {
-        SCOPED_TRACE(row.function);
+        SCOPED_TRACE(int{row.function});
         protocol::MeterReading record;
         record.iFunction = row.function;
         receive(record);

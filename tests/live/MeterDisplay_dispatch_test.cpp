@@ -122,7 +122,7 @@ TEST_F(DispatchTest, ShowModeSaysTheLayoutOfTheLastRecord) {
         protocol::MeterReading record = recordOf(row.function);
         record.iSubFuncF2 = row.mode;
         receive(record);
-        EXPECT_EQ(MeterDisplay::showMode, row.showMode) << row.function;
+        EXPECT_EQ(MeterDisplay::showMode, row.showMode) << int{row.function};
     }
 }
 

@@ -103,7 +103,7 @@ TEST_F(RcdSequenceTest, AChangeOfISubFuncF2ClearsAllSixRowsAndItsValueSaysHowMan
                             {255, "rows1-4 values1-6"},       {1, "rows1-4 rows5-6 values1-6"}};
     receive(sequenceRecord(0, "18", 0));
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.mode);
+        SCOPED_TRACE(int{row.mode});
         for (RcdRow& rcd : display_.rcdRows) rcd.Value.setText(QStringLiteral("old"));
         receive(sequenceRecord(0, "18", row.mode));
         EXPECT_EQ(tripTimes(display_), kNoTripTimes);

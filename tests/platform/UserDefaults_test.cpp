@@ -56,6 +56,33 @@ TEST_F(UserDefaultsTest, AnotherReaderSeesTheValues) {
     EXPECT_TRUE(reader.boolForKey(QStringLiteral("firstOrvo")));
 }
 
+TEST_F(UserDefaultsTest, AnUnchangedValueDoesNotWriteTheFileAgain) {
+    UserDefaults(path_).setInteger(QStringLiteral("bluestate"), 0);
+    UserDefaults defaults(path_);
+    QFile::remove(path_);
+    defaults.setInteger(QStringLiteral("bluestate"), 0);
+    EXPECT_FALSE(QFile::exists(path_));
+    defaults.setInteger(QStringLiteral("bluestate"), 1);
+    EXPECT_TRUE(fileText().contains("bluestate=1"));
+}
+
+TEST_F(UserDefaultsTest, AZeroThatWasNeverSetIsWritten) {
+    UserDefaults(path_).setInteger(QStringLiteral("bluestate"), 0);
+    EXPECT_TRUE(fileText().contains("bluestate=0"));
+}
+
+TEST_F(UserDefaultsTest, AValueThatCouldNotBeWrittenIsTriedAgain) {
+    path_ = folder_.filePath(QStringLiteral("file/kestrix.ini"));
+    QFile inTheWay(folder_.filePath(QStringLiteral("file")));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    UserDefaults defaults(path_);
+    testing::expectWarning("cannot be written; bluestate is not kept");
+    defaults.setInteger(QStringLiteral("bluestate"), 1);
+    ASSERT_TRUE(inTheWay.remove());
+    defaults.setInteger(QStringLiteral("bluestate"), 1);
+    EXPECT_TRUE(fileText().contains("bluestate=1"));
+}
+
 TEST_F(UserDefaultsTest, ADamagedFileIsMovedAsideAndSaidOnce) {
     path_ = folder_.filePath(QStringLiteral("kestrix.ini"));
     {

@@ -89,6 +89,7 @@ TEST_F(MainWindowTest, AWindowThatWasHiddenShowsTheLatestStateWhenItComesBack) {
         sendEarth(magnitude);
         QCoreApplication::processEvents();
     }
+    EXPECT_EQ(text("D1Value"), QStringLiteral("100"));  // no frame tells it, and none is waited for
     window().show();
     ASSERT_TRUE(testing::spinUntil([this] { return window().isExposed(); }));
     settle();

@@ -114,6 +114,10 @@ TEST_F(Recording, AHeldRecordButtonLooksPressed) {
     pressMouse("btnRecord");
     settle();
     EXPECT_NE(onDisplay().copy(where), released);
+    std::string pictures;
+    for (const QQuickItem* inside : testing::itemsUnder(item("btnRecord")))
+        pictures += inside->property("source").toUrl().fileName().toStdString();
+    EXPECT_EQ(pictures, "orvo_home_button_record_pressed.png");
     releaseMouse(centreOf("btnRecord"));
     settle();
     EXPECT_EQ(onDisplay().copy(where), released);

@@ -152,6 +152,32 @@ TEST_F(SessionListView, NoTextOfACellIsCut) {
     }
 }
 
+TEST_F(SessionListView, ATextThatNeedsMoreLinesThanItsRowHasIsDrawnSmaller) {
+    open();
+    screen().dataList()->append({"S_1", "VOLTAGE/PHASE,Voltage, and then some", "", "", "", " "}, 20);
+    settle();
+    const QQuickItem& text = cell(0, 2);
+    EXPECT_LE(text.property("paintedHeight").toDouble(), 20);
+    EXPECT_LE(text.property("paintedWidth").toDouble(), 44);
+    EXPECT_GE(text.property("lineCount").toInt(), 3);
+}
+
+TEST_F(SessionListView, RowsThatAreScrolledAwayDoNotCoverWhatStandsAboveAndBelow) {
+    openWithReading();
+    record(1);
+    const QRect above = pixelsOf({0, 175, 320, 231 - 175});
+    const QRect below = pixelsOf(placeOf("bottomBar"));
+    const QImage before = onDisplay();
+    record(29);
+    item("tableView").forceActiveFocus(Qt::TabFocusReason);
+    pressKey(Qt::Key_Up);
+    item("mainView").forceActiveFocus(Qt::OtherFocusReason);
+    settle();
+    EXPECT_NE(onDisplay(), before);
+    EXPECT_EQ(onDisplay().copy(above), before.copy(above));
+    EXPECT_EQ(onDisplay().copy(below), before.copy(below));
+}
+
 TEST_F(SessionListView, FromTheThirdRowOnTheLastOneStandsAboveTheBottomBar) {
     openWithReading({320, 480});
     record(30);

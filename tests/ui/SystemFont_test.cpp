@@ -16,8 +16,9 @@ TEST(SystemFont, TheFamiliesThatScreensNameAreTheMetricCompatibleOne) {
             << family;
 }
 
-TEST(SystemFont, ItIsTheApplicationsFont) {
+TEST(SystemFont, ItIsTheApplicationsFontAndNotHinted) {
     EXPECT_EQ(QFontInfo(QGuiApplication::font()).family(), QStringLiteral("Liberation Sans"));
+    EXPECT_EQ(QGuiApplication::font().hintingPreference(), QFont::PreferNoHinting);
 }
 
 }  // namespace

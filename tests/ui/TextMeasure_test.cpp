@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QFont>
+#include <QFontMetricsF>
+
 #include <cmath>
 
 namespace kestrix::ui {
@@ -35,6 +38,16 @@ TEST_F(TextMeasureTest, ALineIsAboutAsHighAsItsFont) {
     EXPECT_GT(line_, 8);
     EXPECT_LT(line_, 12);
     EXPECT_EQ(height(QStringLiteral("Wg|")), line_);
+}
+
+TEST_F(TextMeasureTest, ALineTakesAllTheRoomThatItsFontAsksForLeadingIncluded) {
+    for (const int size : {7, 8, 17, 40}) {
+        QFont font(kFamily);
+        font.setPixelSize(size);
+        const double line = measure_.wrappedHeight(QStringLiteral("x"), kFamily, size, 60, kEnough);
+        EXPECT_GE(line, QFontMetricsF(font).lineSpacing()) << size;
+        EXPECT_LT(line, QFontMetricsF(font).lineSpacing() + 2) << size;
+    }
 }
 
 TEST_F(TextMeasureTest, AFontOfTwiceTheSizeIsTwiceAsHigh) {
