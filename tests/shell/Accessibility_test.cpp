@@ -165,7 +165,8 @@ TEST_F(Accessibility, TheKeyRMovesToTheReadingAndSaysItAgain) {
     showReading(kEarth);
     int arrivals = 0;
     QQuickItem& spokenReading = item("spokenReading");
-    QObject::connect(&spokenReading, &QQuickItem::activeFocusChanged, &window(),
+    const QObject untilTheEndOfThisTest;
+    QObject::connect(&spokenReading, &QQuickItem::activeFocusChanged, &untilTheEndOfThisTest,
                      [&] { arrivals += spokenReading.hasActiveFocus() ? 1 : 0; });
     item("btnRecord").forceActiveFocus(Qt::TabFocusReason);
     pressKey(Qt::Key_R);
