@@ -94,22 +94,22 @@ show 1 frames
 )";
 
 constexpr Stop kStops[] = {
-    {"01-not-connected", Stays, nullptr, 0},
-    {"02-earth", On, kEarth, 0},
-    {"03-insulation", Stays, kInsulation, 0},
-    {"04-low-ohm", Stays, kLowOhm, 0},
-    {"05-voltage", Stays, kVoltage, 0},
-    {"06-loop", Stays, kLoop, 0},
-    {"07-rcd", Stays, kRcd, 0},
-    {"08-rcd-auto-six-rows", Stays, kRcdSixRows, 0},
-    {"09-rcd-auto-four-rows", Stays, kRcdFourRows, 0},
-    {"10-overload", Stays, kOverload, 0},
-    {"11-no-data", Stays, kNoData, 0},
-    {"12-limit-exceeded", Stays, kAlarm, 0},
-    {"13-one-row", Stays, kEarth, 1},
-    {"14-three-rows", Stays, kLoop, 2},
-    {"15-thirty-rows", Stays, kRcd, 27},
-    {"16-link-down", Off, nullptr, 0},
+    {"01-not-connected", nullptr, Stays, 0},
+    {"02-earth", kEarth, On, 0},
+    {"03-insulation", kInsulation, Stays, 0},
+    {"04-low-ohm", kLowOhm, Stays, 0},
+    {"05-voltage", kVoltage, Stays, 0},
+    {"06-loop", kLoop, Stays, 0},
+    {"07-rcd", kRcd, Stays, 0},
+    {"08-rcd-auto-six-rows", kRcdSixRows, Stays, 0},
+    {"09-rcd-auto-four-rows", kRcdFourRows, Stays, 0},
+    {"10-overload", kOverload, Stays, 0},
+    {"11-no-data", kNoData, Stays, 0},
+    {"12-limit-exceeded", kAlarm, Stays, 0},
+    {"13-one-row", kEarth, Stays, 1},
+    {"14-three-rows", kLoop, Stays, 2},
+    {"15-thirty-rows", kRcd, Stays, 27},
+    {"16-link-down", nullptr, Off, 0},
 };
 
 }  // namespace

@@ -6,10 +6,12 @@ namespace kestrix::tour {
 
 // One picture of the tour, and what happens before it, in this order.
 struct Stop {
-    const char* name;  // of the picture file
-    enum class Tester { Stays, On, Off } tester;
-    const char* scenario;  // what the tester plays; none: nothing
-    int presses;           // of the record button
+    enum class Tester { Stays, On, Off };
+
+    const char* name;      // of the picture file
+    const char* scenario;  // what the tester plays, behind what it does itself; none: nothing
+    Tester tester;
+    int presses;  // of the record button
 };
 
 // Every state of the live screen.
