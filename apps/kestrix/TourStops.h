@@ -4,12 +4,12 @@
 
 namespace kestrix::tour {
 
-// One picture of the tour, and what happens before it, in this order.
+// One picture of the tour. Before it the tester comes or goes, then it plays, then the button is pressed.
 struct Stop {
     enum class Tester { Stays, On, Off };
 
     const char* name;      // of the picture file
-    const char* scenario;  // what the tester plays, behind what it does itself; none: nothing
+    const char* scenario;  // what the tester plays; none: nothing
     Tester tester;
     int presses;  // of the record button
 };
