@@ -180,6 +180,10 @@ TEST_F(Simulate, TakesOverTheNameThatAKilledOneLeft) {
         ASSERT_TRUE(killed.waitForOutput("\n")) << killed.error();
     }
     ASSERT_TRUE(fs::is_symlink(path("port")));
+    ASSERT_EQ(fs::read_symlink(path("port")).parent_path(), "/dev/pts");
+    // Its number may be another program's by now, which would be left alone; this one is nobody's.
+    fs::remove(path("port"));
+    fs::create_symlink("/dev/pts/1000000", path("port"));
     Program program({"simulate", "--pty", path("port")});
     ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
     EXPECT_EQ(receive(openPort(path("port")), kFrame).size(), kFrame);
