@@ -2,9 +2,10 @@
 
 namespace kestrix::live {
 
-void SpokenReading::tell() {
-    Control::tell();
-    KESTRIX_TELL(told_, text(), textChanged);
+bool SpokenReading::tell() {
+    bool told = Control::tell();
+    told |= tellChange(*this, told_, text(), &SpokenReading::textChanged);
+    return told;
 }
 
 }  // namespace kestrix::live

@@ -26,7 +26,7 @@ class SpokenReading : public kestrix::ui::Control {
     void textChanged();
 
   protected:
-    void tell() override;
+    bool tell() override;
 
   private:
     std::function<QString()> words_;

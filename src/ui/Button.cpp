@@ -21,10 +21,11 @@ void Button::press() {
     if (action_ && !hidden()) action_();
 }
 
-void Button::tell() {
-    Control::tell();
-    KESTRIX_TELL(toldTitle_, title_, titleChanged);
-    KESTRIX_TELL(toldImages_, std::pair(image_, backgroundImage_), imageChanged);
+bool Button::tell() {
+    bool told = Control::tell();
+    told |= tellChange(*this, toldTitle_, title_, &Button::titleChanged);
+    told |= tellChange(*this, toldImages_, std::pair(image_, backgroundImage_), &Button::imageChanged);
+    return told;
 }
 
 }  // namespace kestrix::ui

@@ -41,7 +41,7 @@ class Button : public kestrix::ui::Control {
     void imageChanged();
 
   protected:
-    void tell() override;
+    bool tell() override;
 
   private:
     Event event_;

@@ -66,14 +66,17 @@ FocusScope {
             fill: parent
             margins: -view.touchMargin
         }
-        onPressed: {
-            if (view.button.actsOnTouchDown)
-                view.button.press()
-        }
         onClicked: {
             if (!view.button.actsOnTouchDown)
                 view.button.press()
         }
+    }
+    // Any finger, not only the first one on the screen, which alone makes mouse events.
+    PointHandler {
+        enabled: view.button.actsOnTouchDown
+        acceptedButtons: Qt.LeftButton
+        margin: view.touchMargin
+        onActiveChanged: if (active) view.button.press()
     }
     FocusFrame {
         anchors.margins: -view.frameDistance

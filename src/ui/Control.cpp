@@ -33,9 +33,10 @@ void Control::changed() {
     DisplayUpdates::shared().add(*this);
 }
 
-void Control::tell() {
-    KESTRIX_TELL(toldHidden_, hidden_, hiddenChanged);
-    KESTRIX_TELL(toldAccessibleName_, accessibleName_, accessibleNameChanged);
+bool Control::tell() {
+    bool told = tellChange(*this, toldHidden_, hidden_, &Control::hiddenChanged);
+    told |= tellChange(*this, toldAccessibleName_, accessibleName_, &Control::accessibleNameChanged);
+    return told;
 }
 
 }  // namespace kestrix::ui

@@ -33,8 +33,16 @@ class Control : public QObject {
   protected:
     // Something that the display shows differs now.
     void changed();
-    // Emits the signals of what differs from the last time.
-    virtual void tell();
+    // Emits the signals of what differs from the last time. False when nothing does.
+    virtual bool tell();
+    // Emits `signal`, and makes `told` the same as `now`, when they differ. False when they do not.
+    template <class Self, class Value>
+    static bool tellChange(Self& self, Value& told, const Value& now, void (Self::*signal)()) {
+        if (told == now) return false;
+        told = now;
+        (self.*signal)();
+        return true;
+    }
 
   private:
     friend class DisplayUpdates;
@@ -44,14 +52,5 @@ class Control : public QObject {
     QString accessibleName_;
     QString toldAccessibleName_;
 };
-
-// Emits `signal` when `told` differs from `now`, and makes it the same.
-#define KESTRIX_TELL(told, now, signal) \
-    do {                                \
-        if ((told) != (now)) {          \
-            (told) = (now);             \
-            Q_EMIT signal();            \
-        }                               \
-    } while (false)
 
 }  // namespace kestrix::ui

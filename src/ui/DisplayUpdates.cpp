@@ -26,13 +26,14 @@ void DisplayUpdates::flush() {
     // What a signal changes is told with the next round; what it destroys, not any more.
     telling_.insert(telling_.begin(), waiting_.rbegin(), waiting_.rend());
     waiting_.clear();
+    bool told = false;
     while (!telling_.empty()) {
         Control* const control = telling_.back();
         telling_.pop_back();
         control->waiting_ = false;
-        control->tell();
+        told |= control->tell();
     }
-    if (requestFrame_) frameOutstanding_ = requestFrame_();
+    if (told && requestFrame_) frameOutstanding_ = requestFrame_();
 }
 
 void DisplayUpdates::add(Control& control) {

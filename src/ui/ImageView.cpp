@@ -33,9 +33,10 @@ void ImageView::stopAnimating() {
     changed();
 }
 
-void ImageView::tell() {
-    Control::tell();
-    KESTRIX_TELL(toldImage_, shownImage(), shownImageChanged);
+bool ImageView::tell() {
+    bool told = Control::tell();
+    told |= tellChange(*this, toldImage_, shownImage(), &ImageView::shownImageChanged);
+    return told;
 }
 
 void ImageView::showNextFrame() {

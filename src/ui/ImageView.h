@@ -42,7 +42,7 @@ class ImageView : public kestrix::ui::Control {
     void shownImageChanged();
 
   protected:
-    void tell() override;
+    bool tell() override;
 
   private:
     void showNextFrame();

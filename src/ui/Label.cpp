@@ -35,11 +35,12 @@ void Label::setShrinksToFit(bool shrinks) {
     changed();
 }
 
-void Label::tell() {
-    Control::tell();
-    KESTRIX_TELL(toldText_, text_, textChanged);
-    KESTRIX_TELL(toldBackground_, background_, backgroundColorChanged);
-    KESTRIX_TELL(toldStyle_, style_, styleChanged);
+bool Label::tell() {
+    bool told = Control::tell();
+    told |= tellChange(*this, toldText_, text_, &Label::textChanged);
+    told |= tellChange(*this, toldBackground_, background_, &Label::backgroundColorChanged);
+    told |= tellChange(*this, toldStyle_, style_, &Label::styleChanged);
+    return told;
 }
 
 }  // namespace kestrix::ui

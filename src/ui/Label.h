@@ -48,7 +48,7 @@ class Label : public kestrix::ui::Control {
     void styleChanged();
 
   protected:
-    void tell() override;
+    bool tell() override;
 
   private:
     struct Style {

@@ -55,6 +55,20 @@ TEST_F(Recording, AFingerRecordsWhenItLands) {
     EXPECT_EQ(rows(), 1);
 }
 
+TEST_F(Recording, AFingerRecordsWhileAnotherOneRestsOnTheList) {
+    openWithReading();
+    const QPoint list = centreOf("tableView");
+    const QPoint button = centreOf("btnRecord");
+    QTest::touchEvent(&window(), touchScreen()).press(0, list);
+    QTest::touchEvent(&window(), touchScreen()).stationary(0).press(1, button);
+    EXPECT_EQ(rows(), 1);
+    QTest::touchEvent(&window(), touchScreen()).stationary(0).release(1, button);
+    QTest::touchEvent(&window(), touchScreen()).stationary(0).press(1, button);
+    EXPECT_EQ(rows(), 2);
+    QTest::touchEvent(&window(), touchScreen()).release(0, list).release(1, button);
+    EXPECT_EQ(rows(), 2);
+}
+
 TEST_F(Recording, EveryPressRecords) {
     openWithReading();
     for (int i = 0; i < 3; ++i) click("btnRecord");

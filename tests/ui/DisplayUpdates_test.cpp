@@ -170,6 +170,21 @@ TEST_F(DisplayUpdatesTest, WithNothingToTellNoFrameIsAskedFor) {
     EXPECT_EQ(requests_, 0);
 }
 
+TEST_F(DisplayUpdatesTest, WhatIsAsItWasToldNeedsNoFrame) {
+    show("1");
+    turn();
+    paceByFrames();
+    show("2");
+    show("1");
+    turn();
+    EXPECT_EQ(texts_(), 1);
+    EXPECT_EQ(requests_, 0);
+    show("3");
+    turn();
+    EXPECT_EQ(texts_(), 2);
+    EXPECT_EQ(requests_, 1);
+}
+
 TEST_F(DisplayUpdatesTest, AFrameIsAskedForBehindAllThatIsTold) {
     int toldBefore = 0;
     updates_.pace([&] {
