@@ -14,8 +14,8 @@ inline constexpr const char* kTablesMissing = "tablesMissing";
 
 // On the first launch (the default "firstOrvo" is not set) sets it, makes the tables, and gives the
 // connection that did; on a later launch gives none and makes no tables, even when the file has been deleted
-// since. A launch that could not make them, or was killed before it had, does not count: the next one tries
-// again.
+// since; a file that is there gets the indexes that it lacks. A launch that could not make them, or was
+// killed before it had, does not count: the next one tries again.
 std::unique_ptr<ServiceDao> createTablesOnFirstLaunch(platform::UserDefaults& defaults,
                                                       const platform::DocumentsFolder& folder);
 

@@ -1,6 +1,7 @@
 #include "storage/ServiceDao.h"
 
 #include <sqlite3.h>
+#include <QCoreApplication>
 #include <QDir>
 
 #include "storage/Rows.h"
@@ -21,16 +22,15 @@ struct Finalize {
 };
 using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 
-// Null when there is no connection, or the text is none or cannot be prepared.
+// Null when the text cannot be prepared.
 Statement prepared(sqlite3* connection, const StatementText& text) {
     sqlite3_stmt* statement = nullptr;
-    if (connection != nullptr && text) sqlite3_prepare_v2(connection, text.get(), -1, &statement, nullptr);
+    sqlite3_prepare_v2(connection, text.get(), -1, &statement, nullptr);
     return Statement(statement);
 }
 
-bool hasRow(const Statement& statement) {
-    return statement && sqlite3_step(statement.get()) == SQLITE_ROW;
-}
+constexpr const char* kTooLong = QT_TRANSLATE_NOOP("Outcome", "a text is too long");
+constexpr const char* kNoSuchRow = QT_TRANSLATE_NOOP("Outcome", "the measurement is no longer there");
 
 }  // namespace
 
@@ -39,7 +39,7 @@ void ServiceDao::Close::operator()(sqlite3* connection) const {
 }
 
 ServiceDao::ServiceDao(const platform::DocumentsFolder& folder)
-    : path_(QDir(folder.path()).absoluteFilePath(QStringLiteral("kestrix.sqlite")).toStdString()) {
+    : path_(QDir(folder.path()).absoluteFilePath(QLatin1String(kDatabaseFile)).toStdString()) {
     createDatadase();
 }
 
@@ -51,6 +51,7 @@ void ServiceDao::createDatadase() {
     sqlite3* opened = nullptr;
     const int status = sqlite3_open(path_.c_str(), &opened);
     db_.reset(opened);
+    outcome_ = status == SQLITE_OK ? Outcome{} : failureOf(opened, path_);
     if (status != SQLITE_OK) {
         db_.reset();
         qCWarning(lcStorage, "数据库创建失败");
@@ -66,30 +67,49 @@ sqlite3* ServiceDao::connection() {
     return db_.get();
 }
 
-bool ServiceDao::run(const char* sql) {
+bool ServiceDao::execute(const char* sql) {
     sqlite3* const open = connection();
-    if (open != nullptr && sql != nullptr &&
-        sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK &&
-        sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK)
-        return true;
+    if (open == nullptr) return false;
+    if (sql == nullptr) {
+        outcome_ = failure(kTooLong);
+        return false;
+    }
+    const bool done = sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK &&
+                      sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    outcome_ = done ? Outcome{} : failureOf(open, path_);
+    return done;
+}
+
+bool ServiceDao::run(const char* sql) {
+    if (execute(sql)) return true;
     db_.reset();
     qCWarning(lcStorage, "数据操作失败");
     return false;
 }
 
+void ServiceDao::runInsert(const char* sql) {
+    if (run(sql)) outcome_.identity = sqlite3_last_insert_rowid(db_.get());
+}
+
 void ServiceDao::runDelete(std::string_view text, std::int64_t id) {
+    execute(statementText(text, {id}).get());
+}
+
+template <class Read>
+void ServiceDao::query(const StatementText& text, const Read& read) {
     sqlite3* const open = connection();
-    if (open == nullptr || sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) != SQLITE_OK) return;
-    const Statement statement = prepared(open, statementText(text, {id}));
-    while (hasRow(statement)) {
-    }
+    if (open == nullptr) return;
+    const Statement statement = prepared(open, text);
+    int status = statement ? SQLITE_ROW : SQLITE_ERROR;
+    while (statement && (status = sqlite3_step(statement.get())) == SQLITE_ROW) read(statement.get());
+    outcome_ = status == SQLITE_DONE ? Outcome{} : failureOf(open, path_);
 }
 
 template <class Row, class... Values>
 std::vector<Row> ServiceDao::rows(std::string_view text, const Values&... values) {
     std::vector<Row> found;
-    const Statement statement = prepared(connection(), statementText(text, {values...}));
-    while (hasRow(statement)) readRow(statement.get(), found.emplace_back());
+    query(statementText(text, {values...}),
+          [&found](sqlite3_stmt* statement) { readRow(statement, found.emplace_back()); });
     return found;
 }
 
@@ -99,17 +119,29 @@ void ServiceDao::execSql(const std::string& sql) {
 
 void ServiceDao::createTable() {
     const bool measures = run(kCreateMeasure);
-    const bool records = run(kCreateRecord);
-    if (measures && records) run(kCreateIndex);
+    const Outcome first = outcome_;
+    if (run(kCreateRecord) && measures) createIndexes();
+    if (!measures) outcome_ = first;
+}
+
+void ServiceDao::createIndexes() {
+    for (const char* const statement : kCreateIndexes) {
+        if (!execute(statement)) return;
+    }
 }
 
 bool ServiceDao::hasTables() {
     sqlite3* const open = connection();
-    return prepared(open, statementText(kAllMeasures, {})) && prepared(open, statementText(kAllRecords, {}));
+    if (open == nullptr) return false;
+    const bool has =
+        prepared(open, statementText(kAllMeasures, {})) && prepared(open, statementText(kAllRecords, {}));
+    outcome_ = has ? Outcome{} : failureOf(open, path_);
+    return has;
 }
 
 void ServiceDao::addMeasureForm(const MeasureData& measure) {
-    run(statementText(kAddMeasure, {"measurefrom", "recordId", "dataName", "function", "parameters", "result",
+    runInsert(
+        statementText(kAddMeasure, {"measurefrom", "recordId", "dataName", "function", "parameters", "result",
                                     "dateTime", "comments", "recordName", measure.recordId, measure.dataName,
                                     measure.function, measure.parameters, measure.result, measure.dateTime,
                                     measure.comments, measure.recordName})
@@ -117,16 +149,19 @@ void ServiceDao::addMeasureForm(const MeasureData& measure) {
 }
 
 void ServiceDao::addRecordForm(const RecordData& record) {
-    run(statementText(kAddRecord, {"recordfrom", "company", "operators", "addres", "startTime", "endTime",
-                                   "dates", "samples", "serial", "projectname", record.company,
-                                   record.operators, record.addres, record.startTime, record.endTime,
-                                   record.dates, record.samples, record.serial, record.projectName})
-            .get());
+    runInsert(statementText(
+                  kAddRecord,
+                  {"recordfrom", "company", "operators", "addres", "startTime", "endTime", "dates", "samples",
+                   "serial", "projectname", record.company, record.operators, record.addres, record.startTime,
+                   record.endTime, record.dates, record.samples, record.serial, record.projectName})
+                  .get());
 }
 
 void ServiceDao::updateMeasureForm(const std::string& recordName, std::int64_t recordId,
                                    std::int64_t dataId) {
-    run(statementText(kUpdateMeasure, {recordName, recordId, dataId}).get());
+    if (run(statementText(kUpdateMeasure, {recordName, recordId, dataId}).get()) &&
+        sqlite3_changes(db_.get()) == 0)
+        outcome_ = failure(kNoSuchRow);
 }
 
 std::vector<RecordData> ServiceDao::findRecordForm() {
@@ -134,9 +169,8 @@ std::vector<RecordData> ServiceDao::findRecordForm() {
 }
 
 int ServiceDao::findRecordFormCount() {
-    const Statement statement = prepared(connection(), statementText(kAllRecords, {}));
     int count = 0;
-    while (hasRow(statement)) ++count;
+    query(statementText(kAllRecords, {}), [&count](sqlite3_stmt*) { ++count; });
     return count;
 }
 

@@ -8,17 +8,22 @@
 
 #include "platform/DocumentsFolder.h"
 #include "storage/MeasureData.h"
+#include "storage/Outcome.h"
 #include "storage/RecordData.h"
+#include "storage/StatementText.h"
 
 struct sqlite3;
 
 namespace kestrix::storage {
 
+// In the documents folder.
+inline constexpr const char* kDatabaseFile = "kestrix.sqlite";
+
 // The one way to the measurements: "kestrix.sqlite" in the documents folder, over a connection of its own.
 // Many may be open on one file; none holds a transaction between calls. docs/database.md has tables and
 // durability.
 //
-// Nothing throws and nothing is answered on failure:
+// Nothing throws, and the operations themselves answer nothing on failure; who must know asks lastOutcome().
 //   the file cannot be opened                "数据库创建失败" in the log
 //   an INSERT, UPDATE or CREATE fails        "数据操作失败" in the log; the connection is closed
 //   a SELECT fails                           the rows read so far: mostly none
@@ -38,8 +43,11 @@ class ServiceDao {
 
     // Opens the connection, anew when there is one.
     void createDatadase();
-    // Makes the tables and the index that are not there.
+    // Makes the tables and the indexes that are not there.
     void createTable();
+    // Makes the indexes that are not there, for a file of before. Says nothing in the log when it cannot:
+    // they only make finding quick.
+    void createIndexes();
     // Whether both tables can be read.
     bool hasTables();
 
@@ -66,6 +74,10 @@ class ServiceDao {
 
     void execSql(const std::string& sql);
 
+    // What came of the last operation, told after every one: it is done, or the reason why not. A query is
+    // done when it gave every row that there is; an update when there was such a row.
+    const Outcome& lastOutcome() const { return outcome_; }
+
   private:
     struct Close {
         void operator()(sqlite3* connection) const;
@@ -73,13 +85,20 @@ class ServiceDao {
 
     // Null when the file cannot be opened.
     sqlite3* connection();
-    // False when the statement failed. sql: null when it could not be composed.
+    // Carries the statement out and tells the outcome. sql: null when it could not be composed.
+    bool execute(const char* sql);
+    // The same; a failure is logged and closes the connection.
     bool run(const char* sql);
+    void runInsert(const char* sql);
     void runDelete(std::string_view text, std::int64_t id);
+    // Hands each row that the statement stands on to `read`, and tells the outcome.
+    template <class Read>
+    void query(const StatementText& text, const Read& read);
     template <class Row, class... Values>
     std::vector<Row> rows(std::string_view text, const Values&... values);
 
     std::string path_;
+    Outcome outcome_;
     std::unique_ptr<sqlite3, Close> db_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 // The statements, with %@ for a text and %d for an integer. Their spelling is part of the database's
@@ -14,9 +15,10 @@ inline constexpr const char* kCreateRecord =
     "CREATE TABLE IF NOT EXISTS recordfrom (dataId INTEGER PRIMARY KEY AUTOINCREMENT,company varchar(30), "
     "operators varchar(30), addres varchar(30), startTime varchar(30), endTime varchar(20), dates "
     "varchar(20), samples INTEGER, serial varchar(20), projectname varchar(30))";
-// A record's measurements are found without reading the others.
-inline constexpr const char* kCreateIndex =
-    "CREATE INDEX IF NOT EXISTS measurefrom_recordId ON measurefrom (recordId)";
+// A record's measurements, and the unsaved ones, are found without reading the others.
+inline constexpr std::array kCreateIndexes{
+    "CREATE INDEX IF NOT EXISTS measurefrom_recordId ON measurefrom (recordId)",
+    "CREATE INDEX IF NOT EXISTS measurefrom_unsaved ON measurefrom (recordName) WHERE recordName = ''"};
 
 inline constexpr std::string_view kAddMeasure =
     "INSERT INTO '%@' ('%@', '%@', '%@', '%@', '%@', '%@', '%@', '%@') VALUES ('%d', '%@', '%@', '%@', '%@', "

@@ -55,6 +55,24 @@ TEST_F(FirstLaunch, AFileDeletedLaterStaysWithoutTables) {
     EXPECT_FALSE(dao.hasTables());
 }
 
+// Its tables were made before there were indexes.
+TEST_F(FirstLaunch, ALaterLaunchGivesAFileOfBeforeItsIndexes) {
+    launch();
+    Connection(path_).run("DROP INDEX measurefrom_recordId; DROP INDEX measurefrom_unsaved");
+    EXPECT_EQ(launch(), nullptr);
+    EXPECT_EQ(Connection(path_).value("SELECT group_concat(name) FROM (SELECT name FROM sqlite_master WHERE "
+                                      "type = 'index' ORDER BY name)"),
+              "measurefrom_recordId,measurefrom_unsaved");
+}
+
+TEST_F(FirstLaunch, AFileOfBeforeThatCannotBeWrittenIsUsedAsItIs) {
+    launch()->addMeasureForm(measurement(1));
+    Connection(path_).run("DROP INDEX measurefrom_unsaved");
+    vfs_.fail(FailingVfs::Call::Write, "", SQLITE_FULL);
+    EXPECT_EQ(launch(), nullptr);
+    EXPECT_EQ(ServiceDao(folder_).findMeasureForm(false).size(), 1U);
+}
+
 TEST_F(FirstLaunch, TheDefaultIsSetBeforeTheFileIsMade) {
     bool markedFirst = false;
     vfs_.observe([&](const FailingVfs::Event& event) {

@@ -17,7 +17,7 @@ class Statements : public QuickStorageFixture {
     Texts creation_ = trace_.take();
 };
 
-TEST_F(Statements, CreateTableMakesTheMeasurementsThenTheRecordsThenTheIndex) {
+TEST_F(Statements, CreateTableMakesTheMeasurementsThenTheRecordsThenTheIndexes) {
     EXPECT_EQ(creation_,
               (Texts{"CREATE TABLE IF NOT EXISTS measurefrom (dataId INTEGER PRIMARY KEY "
                      "AUTOINCREMENT,recordId INTEGER, dataName varchar(30), function varchar(30), "
@@ -27,7 +27,9 @@ TEST_F(Statements, CreateTableMakesTheMeasurementsThenTheRecordsThenTheIndex) {
                      "AUTOINCREMENT,company varchar(30), operators varchar(30), addres varchar(30), "
                      "startTime varchar(30), endTime varchar(20), dates varchar(20), samples INTEGER, "
                      "serial varchar(20), projectname varchar(30))",
-                     "CREATE INDEX IF NOT EXISTS measurefrom_recordId ON measurefrom (recordId)"}));
+                     "CREATE INDEX IF NOT EXISTS measurefrom_recordId ON measurefrom (recordId)",
+                     "CREATE INDEX IF NOT EXISTS measurefrom_unsaved ON measurefrom (recordName) WHERE "
+                     "recordName = ''"}));
 }
 
 TEST_F(Statements, AddMeasureForm) {
@@ -96,6 +98,25 @@ TEST_F(Statements, IntegerIdsAreFormattedAsThirtyTwoBitSignedValues) {
                      "update measurefrom set recordName='',recordId='5' WHERE dataId = '-2147483648'",
                      "DELETE FROM measurefrom WHERE dataId = '-2147483648'",
                      "DELETE FROM recordfrom WHERE dataId = '5'"}));
+}
+
+// How the engine carries out the statement that an operation really ran.
+std::string planOf(const std::string& path, const Texts& ran) {
+    EXPECT_EQ(ran.size(), 1U);
+    const auto rows = Connection(path).rows("EXPLAIN QUERY PLAN " + ran.at(0));
+    return rows.size() == 1 ? rows[0].at(3) : "several steps";
+}
+
+TEST_F(Statements, TheUnsavedMeasurementsAreFoundByTheirIndex) {
+    dao_.findMeasureForm(false);
+    EXPECT_EQ(planOf(path_, trace_.take()),
+              "SEARCH measurefrom USING INDEX measurefrom_unsaved (recordName=?)");
+}
+
+TEST_F(Statements, TheMeasurementsOfARecordAreFoundByTheirIndex) {
+    dao_.findMeasureofId(3);
+    EXPECT_EQ(planOf(path_, trace_.take()),
+              "SEARCH measurefrom USING INDEX measurefrom_recordId (recordId=?)");
 }
 
 }  // namespace
