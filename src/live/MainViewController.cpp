@@ -65,10 +65,11 @@ void showStill(ui::ImageView& lightning, QChar side) {
 
 }  // namespace
 
-MainViewController::MainViewController(MainViewEnvironment environment)
-    : leftAnimaImg(*this, "leftAnimaImg", &environment.scheduler),
-      rightAnimaImg(*this, "rightAnimaImg", &environment.scheduler),
-      environment_(std::move(environment)),
+MainViewController::MainViewController(ui::Services services, MakeLink makeLink)
+    : leftAnimaImg(*this, "leftAnimaImg", &services.scheduler),
+      rightAnimaImg(*this, "rightAnimaImg", &services.scheduler),
+      services_(std::move(services)),
+      makeLink_(std::move(makeLink)),
       headers_{{{*this, "headerDataName"},
                 {*this, "headerFunction"},
                 {*this, "headerParameters"},
@@ -83,7 +84,7 @@ MainViewController::~MainViewController() {
 void MainViewController::viewDidLoad() {
     med = std::make_unique<storage::MeasureData>();
     red = std::make_unique<storage::RecordData>();
-    dao = std::make_unique<storage::ServiceDao>(environment_.documents);
+    dao = std::make_unique<storage::ServiceDao>(services_.documents);
     buildToolbar();
     buildNotices();
     initAnimation();
@@ -138,18 +139,20 @@ void MainViewController::initTableView() {
 }
 
 void MainViewController::initBluetooth() {
-    blueConnect = environment_.makeBluetoothConnect();
+    blueConnect = makeLink_ ? makeLink_()
+                            : std::make_unique<link::BluetoothConnect>(services_.accessories,
+                                                                       services_.defaults, services_.wait);
     blueConnect->initBlue();
     blueConnect->setDelegate(this);
     linkStates_ = NotificationCenter::defaultCenter().addObserver(
         link::Orvoblueviewnotification,
         [this](const Notification& notification) { getblueView(notification); });
-    viewStatus(environment_.defaults.integerForKey(QLatin1String(link::kBlueState)));
+    viewStatus(services_.defaults.integerForKey(QLatin1String(link::kBlueState)));
 }
 
 void MainViewController::viewStatus(std::int32_t state) {
     qCInfo(lcLive, "状态:%d", state);
-    environment_.defaults.setInteger(QLatin1String(link::kBlueState), state);
+    services_.defaults.setInteger(QLatin1String(link::kBlueState), state);
     if (state == link::kConnected) {
         lblNoCon.setHidden(true);
         btnHelp.setHidden(true);
@@ -200,34 +203,38 @@ void MainViewController::pressClearTable() {
 }
 
 std::string MainViewController::getTimeNow() const {
-    return environment_.timeText.text(environment_.now());
+    return services_.timeText.text(services_.now());
 }
 
 double MainViewController::getCellHeight(const QString& parametersText, const QString& resultText) const {
     const QString& longer = parametersText.size() > resultText.size() ? parametersText : resultText;
-    const double height = environment_.textMeasure.wrappedHeight(
+    const double height = services_.textMeasure.wrappedHeight(
         longer, QStringLiteral("helvetica"), kListFontSize, kTextColumnWidth, kMostTextHeight);
     return std::max(height, kLeastRowHeight);
 }
 
 void MainViewController::showLeftSideBar() {
-    if (SideBarContainer* container = SideBarContainer::share())
-        container->showSideBarControllerWithDirection(SideBarContainer::kLeft);
+    showSideBar(SideBarContainer::kLeft);
 }
 
 void MainViewController::showRightSideBar() {
     if (array.count() > 0) return pressSaveData();
-    if (SideBarContainer* container = SideBarContainer::share())
-        container->showSideBarControllerWithDirection(SideBarContainer::kRight);
+    showSideBar(SideBarContainer::kRight);
     NotificationCenter::defaultCenter().post({ui::NSRecordData});
 }
 
+void MainViewController::showSideBar(std::int32_t direction) {
+    if (SideBarContainer* container = SideBarContainer::share())
+        return container->showSideBarControllerWithDirection(direction);
+    services_.notice.show(tr("Not available in this version"));
+}
+
 void MainViewController::pressSaveData() {
-    environment_.navigation.present(ui::ScreenId::SaveData, true);
+    services_.navigation.present(ui::ScreenId::SaveData, true);
 }
 
 void MainViewController::pressBCH() {
-    environment_.navigation.present(ui::ScreenId::BluetoothConnectionHelp, true);
+    services_.navigation.present(ui::ScreenId::BluetoothConnectionHelp, true);
 }
 
 void MainViewController::setHomeBackbg() {

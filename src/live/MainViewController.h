@@ -2,9 +2,10 @@
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 
-#include "live/MainViewEnvironment.h"
+#include "link/BluetoothConnect.h"
 #include "live/MeterDisplay.h"
 #include "live/SessionList.h"
 #include "live/SpokenReading.h"
@@ -13,6 +14,7 @@
 #include "storage/RecordData.h"
 #include "storage/ServiceDao.h"
 #include "ui/Button.h"
+#include "ui/Services.h"
 
 namespace kestrix::live {
 
@@ -24,7 +26,10 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)
 
   public:
-    explicit MainViewController(MainViewEnvironment environment);
+    // makeLink: makes the link, which the screen starts and becomes the delegate of; none: one over the
+    // services' accessories.
+    using MakeLink = std::function<std::unique_ptr<link::BluetoothConnect>()>;
+    explicit MainViewController(ui::Services services, MakeLink makeLink = nullptr);
     ~MainViewController() override;
 
     // Builds the screen and starts the link.
@@ -41,7 +46,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     // returns. Nothing before the first record.
     void pressRecord();
     void pressClearTable();
-    // Local time, as kTimePattern says.
+    // Local time, as ui::kTimePattern says.
     std::string getTimeNow() const;
     // The height of a row of the list, in points.
     double getCellHeight(const QString& parametersText, const QString& resultText) const;
@@ -81,9 +86,12 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void buildToolbar();
     void buildHeaders();
     void nameRightButton();
+    // Without a container the user is told.
+    void showSideBar(std::int32_t direction);
     QString displayInWords() const;
 
-    MainViewEnvironment environment_;
+    ui::Services services_;
+    MakeLink makeLink_;
     std::array<ui::Label, 6> headers_;
     SpokenReading spokenReading_{*this, "spokenReading", [this] { return displayInWords(); }};
     platform::NotificationCenter::Subscription linkStates_;

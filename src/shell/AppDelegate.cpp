@@ -1,5 +1,7 @@
 #include "shell/AppDelegate.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 #include "storage/FirstLaunch.h"
@@ -17,9 +19,14 @@ AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
       defaults_(orStandard(options_.settings, platform::UserDefaults::standardPath())),
       documents_(orStandard(options_.documents, platform::DocumentsFolder::standardPath())),
-      timeText_(live::kTimePattern),
+      timeText_(ui::kTimePattern),
+      notice_(scheduler()),
       screens_(options_.slideDuration),
-      mainView_(mainViewEnvironment()) {}
+      mainView_(makeServices()) {
+    screens_.setMissing([this](ui::ScreenId) {
+        notice_.show(QCoreApplication::translate("AppDelegate", "Not available in this version"));
+    });
+}
 
 bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     std::optional<Sources> sources = makeSources();
@@ -50,19 +57,19 @@ std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
     return sources;
 }
 
-live::MainViewEnvironment AppDelegate::mainViewEnvironment() {
+ui::Services AppDelegate::makeServices() {
     return {
         .defaults = defaults_,
         .documents = documents_,
         .scheduler = scheduler(),
         .navigation = screens_,
+        .notice = notice_,
+        .alerts = alerts_,
         .textMeasure = textMeasure_,
         .timeText = timeText_,
         .now = options_.now,
-        .makeBluetoothConnect =
-            [this] {
-                return std::make_unique<link::BluetoothConnect>(accessories_, defaults_, options_.wait);
-            },
+        .accessories = accessories_,
+        .wait = options_.wait,
     };
 }
 

@@ -18,6 +18,7 @@
 #include "platform/UserDefaults.h"
 #include "storage/ServiceDao.h"
 #include "ui/ScreenStack.h"
+#include "ui/Services.h"
 #include "ui/TextMeasure.h"
 
 namespace kestrix::shell {
@@ -49,12 +50,14 @@ class AppDelegate {
 
     live::MainViewController& mainView() { return mainView_; }
     ui::ScreenStack& screens() { return screens_; }
+    ui::Notice& notice() { return notice_; }
+    ui::Alerts& alerts() { return alerts_; }
     platform::AccessoryManager& accessories() { return accessories_; }
 
   private:
     using Sources = std::vector<std::unique_ptr<platform::AccessorySource>>;
 
-    live::MainViewEnvironment mainViewEnvironment();
+    ui::Services makeServices();
     platform::Scheduler& scheduler();
     // None, with the reason in `problem_`, when one cannot be made.
     std::optional<Sources> makeSources();
@@ -68,6 +71,8 @@ class AppDelegate {
     platform::DateText timeText_;
     ui::FontTextMeasure textMeasure_;
     std::unique_ptr<storage::ServiceDao> dataDB_;  // at the first launch only
+    ui::Notice notice_;
+    ui::Alerts alerts_;
     ui::ScreenStack screens_;
     live::MainViewController mainView_;
 };

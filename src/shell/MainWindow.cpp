@@ -54,6 +54,7 @@ bool MainWindow::load() {
     setInitialProperties({
         {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
         {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},
+        {QStringLiteral("notice"), QVariant::fromValue(&application_.notice())},
     });
     setSource(kViews);
     return status() == Ready;

@@ -6,6 +6,7 @@ Stage {
     id: root
     required property MainViewController mainView
     required property ScreenStack screens
+    required property Notice notice
 
     MainView {
         width: 320
@@ -19,5 +20,11 @@ Stage {
         width: 320
         height: parent.height
         stack: root.screens
+    }
+    NoticeView {
+        x: 10
+        y: parent.height - 68 - height // above the record button
+        width: 300
+        notice: root.notice
     }
 }

@@ -19,7 +19,8 @@ void ScreenStack::registerScreen(ScreenId id, MakeScreen makeScreen, const QUrl&
 void ScreenStack::present(ScreenId id, bool animated) {
     const auto found = registered_.find(id);
     if (found == registered_.end()) {
-        qCWarning(lcScreens, "there is no screen %d", static_cast<int>(id));
+        qCWarning(lcScreens, "no screen is registered for %s", nameOf(id));
+        if (missing_) missing_(id);
         return;
     }
     Presented next{found->second.makeScreen(), found->second.view, animated && slideDuration() > 0, false};

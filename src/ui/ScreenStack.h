@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "ui/Navigation.h"
@@ -32,6 +33,9 @@ class ScreenStack : public QAbstractListModel, public Navigation {
     // view: the QML file that draws the screen.
     void registerScreen(ScreenId id, MakeScreen makeScreen, const QUrl& view);
 
+    bool has(ScreenId id) const override { return registered_.count(id) > 0; }
+    // Called when a screen is to be presented that nobody registered: somebody has to tell the user.
+    void setMissing(std::function<void(ScreenId)> missing) { missing_ = std::move(missing); }
     // Makes and loads the screen. A screen that nobody registered is said in one log line.
     void present(ScreenId id, bool animated) override;
     void dismiss(bool animated) override;
@@ -68,6 +72,7 @@ class ScreenStack : public QAbstractListModel, public Navigation {
 
     std::chrono::milliseconds slideDuration_;
     std::map<ScreenId, Registered> registered_;
+    std::function<void(ScreenId)> missing_;
     std::vector<Presented> presented_;
 };
 

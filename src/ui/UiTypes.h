@@ -8,6 +8,7 @@
 #include "ui/Button.h"
 #include "ui/ImageView.h"
 #include "ui/Label.h"
+#include "ui/Notice.h"
 #include "ui/Screen.h"
 #include "ui/ScreenStack.h"
 #include "ui/StageMetrics.h"
@@ -41,6 +42,13 @@ struct ButtonType {
     QML_FOREIGN(kestrix::ui::Button)
     QML_NAMED_ELEMENT(Button)
     QML_UNCREATABLE("belongs to its screen")
+};
+
+struct NoticeType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Notice)
+    QML_NAMED_ELEMENT(Notice)
+    QML_UNCREATABLE("belongs to the application")
 };
 
 struct ScreenType {

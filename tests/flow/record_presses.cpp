@@ -20,6 +20,7 @@ class NoMeasure final : public ui::TextMeasure {
 };
 
 class NoNavigation final : public ui::Navigation {
+    bool has(ui::ScreenId) const override { return false; }
     void present(ui::ScreenId, bool) override {}
     void dismiss(bool) override {}
 };
@@ -45,17 +46,21 @@ int main(int count, char** arguments) {
     testing::ManualScheduler scheduler;
     NoNavigation navigation;
     const NoMeasure measure;
-    const platform::DateText timeText(live::kTimePattern);
-    live::MainViewController screen({
+    ui::Notice notice(scheduler);
+    ui::Alerts alerts;
+    const platform::DateText timeText(ui::kTimePattern);
+    live::MainViewController screen(ui::Services{
         .defaults = defaults,
         .documents = folder,
         .scheduler = scheduler,
         .navigation = navigation,
+        .notice = notice,
+        .alerts = alerts,
         .textMeasure = measure,
         .timeText = timeText,
         .now = [] { return std::chrono::system_clock::now(); },
-        .makeBluetoothConnect =
-            [&] { return std::make_unique<link::BluetoothConnect>(accessories, defaults); },
+        .accessories = accessories,
+        .wait = link::blockingWait,
     });
     screen.loadView();
     for (long number = std::strtol(arguments[2], nullptr, 10);; ++number) {

@@ -24,23 +24,13 @@ using Log = std::vector<std::string>;
 class LoggedNavigation final : public ui::Navigation {
   public:
     explicit LoggedNavigation(Log& log) : log_(log) {}
+    bool has(ui::ScreenId) const override { return true; }
     void present(ui::ScreenId id, bool animated) override {
-        log_.push_back("present " + std::string(nameOf(id)) + (animated ? " animated" : ""));
+        log_.push_back("present " + std::string(ui::nameOf(id)) + (animated ? " animated" : ""));
     }
     void dismiss(bool) override { log_.emplace_back("dismiss"); }
 
   private:
-    static const char* nameOf(ui::ScreenId id) {
-        switch (id) {
-            case ui::ScreenId::MainView:
-                return "MainView";
-            case ui::ScreenId::SaveData:
-                return "SaveData";
-            case ui::ScreenId::BluetoothConnectionHelp:
-                return "BluetoothConnectionHelp";
-        }
-        return "?";
-    }
     Log& log_;
 };
 
@@ -94,26 +84,30 @@ class MainViewFixture : public ::testing::Test {
 
     // A screen that is not loaded yet.
     std::unique_ptr<MainViewController> makeScreen(platform::UserDefaults& linkDefaults) {
-        return std::make_unique<MainViewController>(MainViewEnvironment{
-            .defaults = defaults_,
-            .documents = documents_,
-            .scheduler = scheduler_,
-            .navigation = navigation_,
-            .textMeasure = *textMeasure_,
-            .timeText = timeText_,
-            .now =
-                [this] {
-                    const auto now = now_;
-                    now_ += clockStep_;
-                    return now;
-                },
-            .makeBluetoothConnect =
-                [this, &linkDefaults] {
-                    if (whenTheLinkIsMade_) whenTheLinkIsMade_();
-                    return std::make_unique<link::BluetoothConnect>(manager_, linkDefaults,
-                                                                    [](std::chrono::milliseconds) {});
-                },
-        });
+        return std::make_unique<MainViewController>(ui::Services{
+                                                        .defaults = defaults_,
+                                                        .documents = documents_,
+                                                        .scheduler = scheduler_,
+                                                        .navigation = navigation_,
+                                                        .notice = notice_,
+                                                        .alerts = alerts_,
+                                                        .textMeasure = *textMeasure_,
+                                                        .timeText = timeText_,
+                                                        .now =
+                                                            [this] {
+                                                                const auto now = now_;
+                                                                now_ += clockStep_;
+                                                                return now;
+                                                            },
+                                                        .accessories = manager_,
+                                                        .wait = [](std::chrono::milliseconds) {},
+                                                    },
+                                                    [this, &linkDefaults] {
+                                                        if (whenTheLinkIsMade_) whenTheLinkIsMade_();
+                                                        return std::make_unique<link::BluetoothConnect>(
+                                                            manager_, linkDefaults,
+                                                            [](std::chrono::milliseconds) {});
+                                                    });
     }
     MainViewController& start() {
         screen_ = makeScreen(linkDefaults_);
@@ -151,9 +145,11 @@ class MainViewFixture : public ::testing::Test {
     testing::FakeSource* source_ = nullptr;
     Log log_;
     LoggedNavigation navigation_{log_};
+    ui::Notice notice_{scheduler_};
+    ui::Alerts alerts_;
     FixedTextMeasure fixedMeasure_;
     const ui::TextMeasure* textMeasure_ = &fixedMeasure_;
-    platform::DateText timeText_{kTimePattern, "en_US", "UTC"};
+    platform::DateText timeText_{ui::kTimePattern, "en_US", "UTC"};
     std::chrono::system_clock::time_point now_ =
         std::chrono::sys_days(std::chrono::year(2024) / 6 / 3) + std::chrono::hours(9);
     std::chrono::seconds clockStep_{0};

@@ -142,7 +142,7 @@ TEST_F(ScreenStackTest, EveryPresentationMakesANewScreen) {
 }
 
 TEST_F(ScreenStackTest, AScreenThatNobodyRegisteredIsWarnedOfAndNotPresented) {
-    testing::expectWarning("there is no screen");
+    testing::expectWarning("no screen is registered for");
     instant_.present(ScreenId::BluetoothConnectionHelp, false);
     EXPECT_EQ(instant_.count(), 0);
     EXPECT_EQ(taken(), Log{});

@@ -1,0 +1,36 @@
+#include "ui/Alerts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kestrix::ui {
+
+void Alerts::show(Alert alert, const QObject& owner) {
+    if (alert.buttons.isEmpty()) alert.buttons << tr("OK");
+    const auto ownerGone =
+        connect(&owner, &QObject::destroyed, this, [this](const QObject* gone) { forget(gone); });
+    alerts_.push_back({std::move(alert), &owner, ownerGone});
+    if (alerts_.size() == 1) Q_EMIT shownChanged();
+}
+
+void Alerts::answer(int button) {
+    if (button < 0 || button >= buttons().size()) return;
+    const std::function<void(int)> answered = std::move(alerts_.front().alert.answered);
+    disconnect(alerts_.front().ownerGone);
+    alerts_.pop_front();
+    Q_EMIT shownChanged();
+    if (answered) answered(button);  // may show another, or destroy its owner
+}
+
+const Alert& Alerts::current() const {
+    static const Alert kNone;
+    return isShown() ? alerts_.front().alert : kNone;
+}
+
+void Alerts::forget(const QObject* owner) {
+    const bool shownGoes = isShown() && alerts_.front().owner == owner;
+    std::erase_if(alerts_, [owner](const Owned& owned) { return owned.owner == owner; });
+    if (shownGoes) Q_EMIT shownChanged();
+}
+
+}  // namespace kestrix::ui

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+#include "platform/AccessoryManager.h"
+#include "platform/DateText.h"
+#include "platform/DocumentsFolder.h"
+#include "platform/Scheduler.h"
+#include "platform/UserDefaults.h"
+#include "ui/Alerts.h"
+#include "ui/Navigation.h"
+#include "ui/Notice.h"
+#include "ui/TextMeasure.h"
+
+namespace kestrix::ui {
+
+// The pattern in which times are stored and shown. "YYYY" is the year of the week: around the turn of a year
+// it can be the next or the previous one.
+inline constexpr const char* kTimePattern = "YYYY-MM-dd HH:mm:ss";
+
+// What a screen may need from around it. The composition root makes it once and hands it to every screen's
+// factory. Everything that it refers to outlives every screen; copying it copies the references.
+struct Services {
+    platform::UserDefaults& defaults;
+    platform::DocumentsFolder documents;  // of the database and the exports
+    platform::Scheduler& scheduler;       // of animations and of everything else that takes time
+    Navigation& navigation;
+    Notice& notice;
+    Alerts& alerts;
+    const TextMeasure& textMeasure;
+    const platform::DateText& timeText;  // writes moments by kTimePattern
+    std::function<std::chrono::system_clock::time_point()> now;
+    platform::AccessoryManager& accessories;
+    // How long the link waits before it closes the session of a tester that has gone. It blocks its caller.
+    std::function<void(std::chrono::milliseconds)> wait;
+};
+
+}  // namespace kestrix::ui
