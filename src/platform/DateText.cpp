@@ -1,9 +1,16 @@
 #include "platform/DateText.h"
 
+#include <sys/stat.h>
 #include <unicode/localpointer.h>
+#include <unicode/locid.h>
+#include <unicode/timezone.h>
 #include <unicode/udat.h>
 #include <unicode/unistr.h>
 
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
 #include <utility>
 
 namespace kestrix::platform {
@@ -13,22 +20,56 @@ icu::UnicodeString unicode(std::string_view text) {
     return icu::UnicodeString::fromUTF8({text.data(), static_cast<int32_t>(text.size())});
 }
 
+// The week rules are the locale's; its digits and calendar are not: what is stored is read by others.
+std::string withLatinDigits(const std::string& name) {
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale locale = name.empty() ? icu::Locale::getDefault() : icu::Locale(name.c_str());
+    locale.setKeywordValue("calendar", "gregorian", status);
+    locale.setKeywordValue("numbers", "latn", status);
+    return locale.getName();
+}
+
+icu::UnicodeString zoneOfMachine() {
+    const std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
+    icu::UnicodeString name;
+    return zone ? zone->getID(name) : name;
+}
+
 }  // namespace
+
+std::string machineZoneState(const char* link) {
+    const char* const chosen = std::getenv("TZ");  // NOLINT(concurrency-mt-unsafe): one thread
+    std::string state = chosen != nullptr ? chosen : "";
+    struct stat target {};
+    if (::stat(link, &target) == 0) {
+        for (const auto part :
+             {static_cast<std::int64_t>(target.st_dev), static_cast<std::int64_t>(target.st_ino),
+              static_cast<std::int64_t>(target.st_mtim.tv_sec)})
+            state += ' ' + std::to_string(part);
+    }
+    return state;
+}
 
 struct DateText::Format {
     icu::UnicodeString pattern;
     std::string locale;
     icu::UnicodeString zone;
     icu::LocalUDateFormatPointer pointer;
+    std::string machineZone;  // as it was when the format was opened
     bool opened = false;
 
     // Reads the locale's data, which takes as long as some of the start: not before the first text.
     UDateFormat* open() {
+        if (zone.isEmpty()) {
+            const std::string now = machineZoneState();
+            if (now != std::exchange(machineZone, now)) opened = false;
+        }
         if (std::exchange(opened, true)) return pointer.getAlias();
+        const icu::UnicodeString shown = zone.isEmpty() ? zoneOfMachine() : zone;
         UErrorCode status = U_ZERO_ERROR;
-        pointer.adoptInstead(udat_open(UDAT_PATTERN, UDAT_PATTERN, locale.empty() ? nullptr : locale.c_str(),
-                                       zone.isEmpty() ? nullptr : zone.getBuffer(), zone.length(),
-                                       pattern.getBuffer(), pattern.length(), &status));
+        pointer.adoptInstead(udat_open(UDAT_PATTERN, UDAT_PATTERN, withLatinDigits(locale).c_str(),
+                                       shown.getBuffer(), shown.length(), pattern.getBuffer(),
+                                       pattern.length(), &status));
         return pointer.getAlias();
     }
 };

@@ -1,10 +1,15 @@
 #include "platform/DateText.h"
 
 #include <gtest/gtest.h>
-#include <unicode/ucal.h>
 #include <unicode/uloc.h>
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <array>
+#include <cstdlib>
+#include <ctime>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -91,41 +96,99 @@ TEST(DateText, APartOfASecondIsDropped) {
         "1969-12-31 23:59:59");
 }
 
-// The machine's own locale and zone while it lives are these.
-class MachineOf {
+// The user's own locale while it lives.
+class UserOf {
   public:
-    MachineOf(const char* locale, const char16_t* zone) : locale_(uloc_getDefault()) {
-        ucal_getDefaultTimeZone(zone_.data(), static_cast<int32_t>(zone_.size()), &status_);
-        uloc_setDefault(locale, &status_);
-        ucal_setDefaultTimeZone(zone, &status_);
-        EXPECT_TRUE(U_SUCCESS(status_));
-    }
-    MachineOf(const MachineOf&) = delete;
-    MachineOf& operator=(const MachineOf&) = delete;
-    ~MachineOf() {
-        uloc_setDefault(locale_.c_str(), &status_);
-        ucal_setDefaultTimeZone(zone_.data(), &status_);
-    }
+    explicit UserOf(const char* locale) : locale_(uloc_getDefault()) { uloc_setDefault(locale, &status_); }
+    UserOf(const UserOf&) = delete;
+    UserOf& operator=(const UserOf&) = delete;
+    ~UserOf() { uloc_setDefault(locale_.c_str(), &status_); }
 
   private:
     UErrorCode status_ = U_ZERO_ERROR;
     std::string locale_;
-    std::array<char16_t, 128> zone_{};
 };
 
-TEST(DateText, WithoutLocaleAndZoneTheMachinesCount) {
-    const auto moment = utc(2024, 12, 28, 23h + 30min);
-    {
-        const MachineOf machine("en_US", u"Europe/Berlin");
-        EXPECT_EQ(DateText(kPattern).text(moment), "2025-12-29 00:30:00");
+// The machine's zone while it lives.
+class MachineIn {
+  public:
+    explicit MachineIn(const char* zone) {
+        if (const char* before = std::getenv("TZ")) before_ = before;
+        moveTo(zone);
     }
-    const MachineOf machine("de_DE", u"Asia/Tokyo");
-    EXPECT_EQ(DateText(kPattern).text(moment), "2024-12-29 08:30:00");
+    MachineIn(const MachineIn&) = delete;
+    MachineIn& operator=(const MachineIn&) = delete;
+    ~MachineIn() {
+        if (before_) {
+            setenv("TZ", before_->c_str(), 1);
+        } else {
+            unsetenv("TZ");
+        }
+        tzset();
+    }
+    void moveTo(const char* zone) { setenv("TZ", zone, 1); }
+
+  private:
+    std::optional<std::string> before_;
+};
+
+TEST(DateText, WithoutALocaleTheUsersWeekRulesCount) {
+    const auto moment = utc(2024, 12, 29);
+    {
+        const UserOf american("en_US");
+        EXPECT_EQ(DateText(kPattern, {}, "UTC").text(moment), "2025-12-29 00:00:00");
+    }
+    const UserOf german("de_DE");
+    EXPECT_EQ(DateText(kPattern, {}, "UTC").text(moment), "2024-12-29 00:00:00");
 }
 
-TEST(DateText, TheDigitsAreTheLocales) {
-    EXPECT_EQ(DateText("dd", "ar_EG", "UTC").text(utc(2024, 6, 3)), "٠٣");
-    EXPECT_EQ(DateText("dd", "de_DE", "UTC").text(utc(2024, 6, 3)), "03");
+TEST(DateText, WithoutAZoneTheMachinesCountsAlsoWhenItChangesWhileRunning) {
+    const auto moment = utc(2024, 6, 30, 23h + 30min);
+    MachineIn machine("Europe/Berlin");
+    const DateText text(kPattern, "en_US");
+    EXPECT_EQ(text.text(moment), "2024-07-01 01:30:00");
+    machine.moveTo("Asia/Tokyo");
+    EXPECT_EQ(text.text(moment), "2024-07-01 08:30:00");
+    machine.moveTo("America/New_York");
+    EXPECT_EQ(text.text(moment), "2024-06-30 19:30:00");
+}
+
+TEST(DateText, AnotherFileOfTheMachinesZoneIsNoticed) {
+    const QTemporaryDir folder;
+    const std::string link = folder.filePath(QStringLiteral("localtime")).toStdString();
+    const auto write = [&folder](const char* name) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    };
+    const std::string none = machineZoneState(link.c_str());
+    write("Berlin");
+    ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("Berlin")), QString::fromStdString(link)));
+    const std::string berlin = machineZoneState(link.c_str());
+    EXPECT_NE(berlin, none);
+    EXPECT_EQ(machineZoneState(link.c_str()), berlin);
+    write("Tokyo");
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(link)));
+    ASSERT_TRUE(QFile::link(folder.filePath(QStringLiteral("Tokyo")), QString::fromStdString(link)));
+    EXPECT_NE(machineZoneState(link.c_str()), berlin);
+}
+
+// What is stored is cut at fixed places, and read by programs that know no other digits.
+TEST(DateText, DigitsAreLatinAndTheCalendarIsGregorianInEveryLocale) {
+    for (const char* locale : {"ar_EG", "fa_IR", "fa_IR@calendar=persian", "th_TH", "th_TH_TH", "mr_IN",
+                               "my_MM", "ne_NP", "ja_JP@calendar=japanese", "en_US@numbers=arab", "ar_SA"}) {
+        EXPECT_EQ(DateText("yyyy-MM-dd HH:mm:ss", locale, "UTC").text(utc(2024, 6, 3, 9h + 8min + 7s)),
+                  "2024-06-03 09:08:07")
+            << locale;
+        const UserOf user(locale);
+        EXPECT_EQ(DateText(kPattern, {}, "UTC").text(utc(2024, 6, 3, 9h + 8min + 7s)), "2024-06-03 09:08:07")
+            << locale;
+    }
+}
+
+// A week of Egypt begins on Saturday, and belongs to the year that its Friday has.
+TEST(DateText, TheWeekRulesOfALocaleStayWithoutItsDigits) {
+    EXPECT_EQ(DateText("YYYY-MM-dd", "ar_EG", "UTC").text(utc(2024, 12, 27)), "2024-12-27");
+    EXPECT_EQ(DateText("YYYY-MM-dd", "ar_EG", "UTC").text(utc(2024, 12, 28)), "2025-12-28");
 }
 
 TEST(DateText, TextsOfThePatternAreUtf8) {
