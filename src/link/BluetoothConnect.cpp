@@ -13,7 +13,7 @@
 
 namespace kestrix::link {
 
-Q_LOGGING_CATEGORY(lcLink, "kestrix.link")
+Q_LOGGING_CATEGORY(lcLink, "kestrix.link", QtWarningMsg)
 
 using platform::Notification;
 using platform::NotificationCenter;

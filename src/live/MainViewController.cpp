@@ -13,7 +13,7 @@
 
 namespace kestrix::live {
 
-Q_LOGGING_CATEGORY(lcLive, "kestrix.live")
+Q_LOGGING_CATEGORY(lcLive, "kestrix.live", QtWarningMsg)
 
 namespace {
 

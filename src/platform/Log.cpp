@@ -4,11 +4,12 @@
 
 namespace kestrix::platform {
 
-Q_LOGGING_CATEGORY(lcAccessory, "kestrix.accessory")
-Q_LOGGING_CATEGORY(lcSettings, "kestrix.settings")
+Q_LOGGING_CATEGORY(lcAccessory, "kestrix.accessory", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcSettings, "kestrix.settings", QtWarningMsg)
 
-void installLogFormat() {
+void installLogFormat(bool verbose) {
     qSetMessagePattern(QStringLiteral("%{type} %{category}: %{message}"));
+    if (verbose) QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=true"));
 }
 
 }  // namespace kestrix::platform

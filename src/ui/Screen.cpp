@@ -5,7 +5,7 @@
 namespace kestrix::ui {
 namespace {
 
-Q_LOGGING_CATEGORY(lcUi, "kestrix.ui")
+Q_LOGGING_CATEGORY(lcUi, "kestrix.ui", QtWarningMsg)
 
 }  // namespace
 

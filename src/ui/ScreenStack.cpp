@@ -8,7 +8,7 @@
 namespace kestrix::ui {
 namespace {
 
-Q_LOGGING_CATEGORY(lcScreens, "kestrix.screens")
+Q_LOGGING_CATEGORY(lcScreens, "kestrix.screens", QtWarningMsg)
 
 }  // namespace
 

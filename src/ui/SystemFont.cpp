@@ -8,7 +8,7 @@
 namespace kestrix::ui {
 namespace {
 
-Q_LOGGING_CATEGORY(lcFont, "kestrix.font")
+Q_LOGGING_CATEGORY(lcFont, "kestrix.font", QtWarningMsg)
 
 }  // namespace
 

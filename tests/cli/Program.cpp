@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -46,6 +47,7 @@ std::vector<std::string> environmentOf(const std::string& home, const Surroundin
     all.push_back("HOME=" + home);
     all.push_back("XDG_CONFIG_HOME=" + home + "/config");
     all.emplace_back("LANG=C.UTF-8");
+    all.emplace_back("QT_LOGGING_RULES=kestrix.*.info=true");  // tests wait for those lines
     return all;
 }
 
@@ -124,7 +126,7 @@ void Descriptor::reset(int descriptor) {
 
 Program::Program(std::vector<std::string> arguments, const Surroundings& setup) {
     std::signal(SIGPIPE, SIG_IGN);  // a program that reads no more answers a write
-    if (std::find(arguments.begin(), arguments.end(), "--settings") == arguments.end())
+    if (setup.ownSettings && std::find(arguments.begin(), arguments.end(), "--settings") == arguments.end())
         arguments.insert(arguments.begin(), {"--settings", folder() + "/link.ini"});
     arguments.insert(arguments.begin(), KESTRIX_BINARY_DIR "/bin/" + setup.program);
     start(arguments, setup);
@@ -173,6 +175,13 @@ Program::~Program() {
 void Program::signal(int number) const {
     ASSERT_GT(child_, 0) << "it has ended";
     EXPECT_EQ(kill(child_, number), 0);
+}
+
+void Program::limitFileSize(unsigned long bytes) const {
+    rlimit limit{};
+    EXPECT_EQ(prlimit(child_, RLIMIT_FSIZE, nullptr, &limit), 0);
+    limit.rlim_cur = bytes;
+    EXPECT_EQ(prlimit(child_, RLIMIT_FSIZE, &limit, nullptr), 0);
 }
 
 void Program::resize(unsigned short rows, unsigned short columns) const {

@@ -36,6 +36,7 @@ struct Surroundings {
     bool unprivileged = false;             // bound by rights and locks, even as root's program
     bool waitingInput = true;              // false: reading too early answers instead of waiting
     std::string program = "kestrix-cli";
+    bool ownSettings = true;  // a settings file of its own, unless the arguments name one
 };
 
 // One of our programs, running with settings and a home folder of its own. Killed with this object. Every
@@ -60,6 +61,9 @@ class Program {
     int wait();
 
     void signal(int number) const;
+    // From now on none of its files grows beyond so many bytes.
+    void limitFileSize(unsigned long bytes) const;
+    pid_t id() const { return child_; }
     void resize(unsigned short rows, unsigned short columns) const;
 
     const std::string& output() const { return outputText_; }

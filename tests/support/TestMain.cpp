@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #endif
 
+#include <QLoggingCategory>
+
 #include "tests/support/LogExpectations.h"
 
 namespace {
@@ -21,6 +23,7 @@ class LogListener final : public testing::EmptyTestEventListener {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=true"));  // tests read those lines too
 #ifdef KESTRIX_GUI_TESTS
     // Windows without a display, drawn by the processor, in the next turn of the event loop.
     qputenv("QT_QPA_PLATFORM", "offscreen");
