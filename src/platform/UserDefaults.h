@@ -5,10 +5,14 @@
 
 namespace kestrix::platform {
 
-// Small values that outlive the process, in an ini file. Every change is in the file, and on the disk, before
-// the call returns; a kill at any moment leaves the old or the new file, never a torn one, and nothing that
-// the next start would have to wait for. A file that is not an ini file is moved aside (".damaged") and said
-// in one log line; a file that cannot be written is said in one log line.
+// Small values that outlive the process, in an ini file that begins with the line "[Kestrix]". Every change
+// is in the file, and on the disk with its name, before the call returns; a kill at any moment leaves the old
+// or the new file, never a torn one, and nothing that the next start would have to wait for. Only the owner
+// may read it. Several processes may use one file: a change touches its own key only.
+//
+// A file that is not Kestrix's own, or cannot be read, is never changed; `problem` says so. One of Kestrix's
+// own that does not parse is moved aside (".damaged", never over another file) and said in one log line; a
+// file that cannot be written is said in one log line, until it can.
 class UserDefaults {
   public:
     // path: the ini file; it and its folder are made by the first change.
@@ -17,24 +21,37 @@ class UserDefaults {
     // The file in the user's configuration folder.
     static QString standardPath();
 
-    // 0 or false when the key was never set.
+    // Why the file may not be used, in one line. Empty when it may.
+    const QString& problem() const { return problem_; }
+
+    // 0, false or empty when the key was never set. As read at the start or set here since.
     int integerForKey(const QString& key) const;
     bool boolForKey(const QString& key) const;
+    QString stringForKey(const QString& key) const;
     // key: letters and digits.
     void setInteger(const QString& key, int value);
     void setBool(const QString& key, bool value);
+    // value: without line ends, which become blanks.
+    void setString(const QString& key, const QString& value);
 
     QString path() const { return path_; }
 
   private:
-    // False when a line is neither a section, a comment nor key=value.
-    bool load();
+    using Values = QHash<QString, QString>;
+    enum class File { Missing, Ours, Damaged, Refused };
+
+    // What stands in the file; for one that is refused the reason is in `problem_`.
+    File read(Values& values);
+    // The same; a damaged file is moved aside and missing afterwards.
+    File readOrMoveAside(Values& values);
     void set(const QString& key, const QString& value);
     bool save() const;
 
     QString path_;
-    QHash<QString, QString> values_;
-    bool kept_ = true;  // the file holds what was set last
+    bool folderWasThere_;
+    QString problem_;
+    Values values_;
+    bool writable_ = true;  // the last change is in the file
 };
 
 }  // namespace kestrix::platform

@@ -1,6 +1,7 @@
 #include "storage/FirstLaunch.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace kestrix::storage {
 
@@ -8,11 +9,14 @@ std::unique_ptr<ServiceDao> createTablesOnFirstLaunch(platform::UserDefaults& de
                                                       const platform::DocumentsFolder& folder) {
     const QString first = QLatin1String(kFirstOrvo);
     const QString missing = QLatin1String(kTablesMissing);
-    if (defaults.boolForKey(first) && !defaults.boolForKey(missing)) {
+    const QString here = QFileInfo(folder.path()).absoluteFilePath().replace(u'\n', u' ');
+    const bool known = defaults.stringForKey(QLatin1String(kTablesIn)) == here;
+    if (defaults.boolForKey(first) && !defaults.boolForKey(missing) && known) {
         if (QFile::exists(folder.filePath(QLatin1String(kDatabaseFile)))) ServiceDao(folder).createIndexes();
         return nullptr;
     }
     defaults.setBool(missing, true);
+    defaults.setString(QLatin1String(kTablesIn), here);
     defaults.setBool(first, true);
     auto dataDB = std::make_unique<ServiceDao>(folder);
     dataDB->createTable();

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include "platform/PrivateFiles.h"
 #include "storage/Rows.h"
 #include "storage/StatementText.h"
 #include "storage/Statements.h"
@@ -11,7 +12,7 @@
 
 namespace kestrix::storage {
 
-Q_LOGGING_CATEGORY(lcStorage, "kestrix.storage")
+Q_LOGGING_CATEGORY(lcStorage, "kestrix.storage", QtWarningMsg)
 
 namespace {
 
@@ -48,6 +49,11 @@ ServiceDao& ServiceDao::operator=(ServiceDao&&) noexcept = default;
 ServiceDao::~ServiceDao() = default;
 
 void ServiceDao::createDatadase() {
+    // The engine gives the journal the rights of the database.
+    const QString path = QString::fromStdString(path_);
+    platform::makePrivateFile(path);
+    platform::keepPrivate(path);
+    platform::keepPrivate(path + QStringLiteral("-journal"));
     sqlite3* opened = nullptr;
     const int status = sqlite3_open(path_.c_str(), &opened);
     db_.reset(opened);

@@ -35,7 +35,8 @@ inline constexpr const char* kDatabaseFile = "kestrix.sqlite";
 // byte, whatever they hold.
 class ServiceDao {
   public:
-    // Opens the file and makes it when it is missing, but neither the folder nor the tables.
+    // Opens the file and makes it when it is missing, but neither the folder nor the tables. File and journal
+    // are their owner's alone from then on.
     explicit ServiceDao(const platform::DocumentsFolder& folder);
     ServiceDao(ServiceDao&&) noexcept;
     ServiceDao& operator=(ServiceDao&&) noexcept;

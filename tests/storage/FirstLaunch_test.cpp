@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+
 #include <filesystem>
 
 #include "tests/storage/StorageFixture.h"
@@ -53,6 +56,45 @@ TEST_F(FirstLaunch, AFileDeletedLaterStaysWithoutTables) {
     dao.addMeasureForm(measurement(1));
     EXPECT_TRUE(dao.findMeasureForm(true).empty());
     EXPECT_FALSE(dao.hasTables());
+}
+
+TEST_F(FirstLaunch, EachFolderGetsItsTablesThoughTheSettingsAreTheSame) {
+    launch();
+    const QString other = temporary_.filePath(QStringLiteral("other"));
+    QDir().mkpath(other);
+    platform::UserDefaults now = defaults();
+    const auto dataDB = createTablesOnFirstLaunch(now, platform::DocumentsFolder(other));
+    ASSERT_NE(dataDB, nullptr);
+    EXPECT_TRUE(dataDB->hasTables());
+    EXPECT_EQ(createTablesOnFirstLaunch(now, platform::DocumentsFolder(other)), nullptr);
+}
+
+// They do not say which folder they speak of. Tables that are there stay.
+TEST_F(FirstLaunch, SettingsOfBeforeCountForNoFolder) {
+    launch()->addMeasureForm(measurement(1));
+    QFile settings(temporary_.filePath(QStringLiteral("settings.ini")));
+    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write("[General]\nfirstOrvo=true\ntablesMissing=false\n");
+    settings.close();
+    const auto dataDB = launch();
+    ASSERT_NE(dataDB, nullptr);
+    EXPECT_EQ(dataDB->findMeasureForm(false).size(), 1U);
+    EXPECT_EQ(launch(), nullptr);
+}
+
+TEST_F(FirstLaunch, DatabaseJournalAndSettingsAreTheirOwnersAlone) {
+    launch()->addMeasureForm(measurement(1));
+    const std::string settings = temporary_.filePath(QStringLiteral("settings.ini")).toStdString();
+    const auto expectPrivate = [&] {
+        for (const std::string& path : {path_, path_ + "-journal", settings})
+            EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write) << path;
+    };
+    expectPrivate();
+    // As an earlier release left them.
+    for (const std::string& path : {path_, path_ + "-journal", settings})
+        fs::permissions(path, fs::perms::group_read | fs::perms::others_read, fs::perm_options::add);
+    launch();
+    expectPrivate();
 }
 
 // Its tables were made before there were indexes.
