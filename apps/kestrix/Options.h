@@ -12,6 +12,7 @@ struct Options {
     std::string documents;
     std::string settings;
     std::string tour;  // the folder; empty: no tour
+    bool verbose = false;
 };
 
 // None when the program ends here (help, version, wrong usage), with its exit status.

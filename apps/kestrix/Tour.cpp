@@ -2,12 +2,13 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QImage>
 
 #include <iostream>
 #include <utility>
 
+#include "apps/kestrix/TourClock.h"
+#include "apps/kestrix/TourFolder.h"
 #include "apps/kestrix/TourStops.h"
 #include "apps/kestrix/TourTester.h"
 #include "shell/AppDelegate.h"
@@ -19,18 +20,24 @@ namespace {
 
 constexpr int kScales[] = {1, 3};
 constexpr QSize kStage{320, 568};
+constexpr std::chrono::milliseconds kStep{0};  // so that the lightning stands in every picture alike
+constexpr int kMostTurns = 10'000;
+
+// 2026-01-15 10:00:00 UTC: every measurement of every tour.
+constexpr std::chrono::system_clock::time_point kNow{std::chrono::seconds(1'768'471'200)};
 
 class Tour {
   public:
     explicit Tour(const QDir& folder)
-        : folder_(folder), application_(launchOptions(folder)), window_(application_) {}
+        : folder_(folder), application_(launchOptions(folder, clock_)), window_(application_) {}
 
     int run() {
         for (const int scale : kScales) {
             if (!folder_.mkpath(subfolder(scale)))
                 return fail("cannot make " + folder_.filePath(subfolder(scale)));
         }
-        application_.applicationDidFinishLaunchingWithOptions();
+        if (!application_.applicationDidFinishLaunchingWithOptions())
+            return fail(QString::fromStdString(application_.problem()));
         auto tester = std::make_unique<TourTester>();
         tester_ = tester.get();
         application_.accessories().addSource(std::move(tester));
@@ -49,10 +56,13 @@ class Tour {
     }
 
   private:
-    static shell::LaunchOptions launchOptions(const QDir& folder) {
+    static shell::LaunchOptions launchOptions(const QDir& folder, TourClock& clock) {
         shell::LaunchOptions options;
         options.documents = folder.absolutePath();
-        options.settings = folder.absoluteFilePath(QStringLiteral("settings.ini"));
+        options.locale = "en_US";
+        options.zone = "UTC";
+        options.scheduler = &clock;
+        options.now = [] { return kNow; };
         options.wait = [](std::chrono::milliseconds) {};
         options.slideDuration = std::chrono::milliseconds(0);
         return options;
@@ -68,8 +78,14 @@ class Tour {
         if (stop.tester == Stop::Tester::Off) tester_->switchOff();
         QCoreApplication::processEvents();
         if (stop.scenario != nullptr) tester_->play(stop.scenario);
-        while (!tester_->allRead()) QCoreApplication::processEvents();
+        for (int turn = 0; turn < kMostTurns && !tester_->allRead(); ++turn) step();
+        step();
         for (int press = 0; press < stop.presses; ++press) application_.mainView().btnRecord.press();
+    }
+
+    void step() {
+        clock_.advance(kStep);
+        QCoreApplication::processEvents();
     }
 
     QImage picture(int scale) {
@@ -80,6 +96,7 @@ class Tour {
     }
 
     QDir folder_;
+    TourClock clock_;
     shell::AppDelegate application_;
     shell::MainWindow window_;
     TourTester* tester_ = nullptr;  // belongs to the application
@@ -88,11 +105,11 @@ class Tour {
 }  // namespace
 
 int run(const std::string& folder) {
-    const QDir directory(QString::fromStdString(folder));
-    // What an earlier tour recorded is not this one's.
-    for (const char* file : {"kestrix.sqlite", "settings.ini"})
-        QFile::remove(directory.filePath(QLatin1String(file)));
-    return Tour(directory).run();
+    const QString path = QString::fromStdString(folder);
+    const std::string problem = prepareFolder(path);
+    if (problem.empty()) return Tour(QDir(path)).run();
+    std::cerr << "kestrix: " << problem << '\n';
+    return 1;
 }
 
 }  // namespace kestrix::tour

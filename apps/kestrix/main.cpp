@@ -3,6 +3,7 @@
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
+#include <csignal>
 #include <iostream>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "apps/common/TerminationSignals.h"
 #include "apps/kestrix/Options.h"
 #include "apps/kestrix/Tour.h"
+#include "apps/kestrix/TourFolder.h"
 #include "platform/Log.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
@@ -20,7 +22,6 @@ namespace {
 using kestrix::Options;
 
 constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
 
 // Without a graphics processor the software renderer is several times as quick as an emulated one.
 bool hasGraphicsProcessor() {
@@ -47,29 +48,23 @@ int fail(const std::string& why, int status) {
 }
 
 int showWindow(const Options& options) {
-    kestrix::shell::MainWindow* painted = nullptr;
     kestrix::shell::LaunchOptions launch;
     launch.uris = options.uris;
     launch.documents = QString::fromStdString(options.documents);
     launch.settings = QString::fromStdString(options.settings);
     launch.simulator = kestrix::app::simulatorSource;
-    launch.wait = [&painted](std::chrono::milliseconds duration) {
-        if (painted != nullptr) painted->paintNow();  // no reading stands on it while this blocks
-        kestrix::link::blockingWait(duration);
-    };
+    if (!launch.documents.isEmpty() && kestrix::tour::isTourFolder(launch.documents))
+        return fail(options.documents + " is a tour's: the next tour replaces what is in it", kFailed);
     kestrix::shell::AppDelegate application(std::move(launch));
     kestrix::shell::MainWindow window(application);  // reads its views during what comes now
     kestrix::ui::installSystemFont();
     if (!application.applicationDidFinishLaunchingWithOptions())
-        return fail(application.problem(), kWrongUsage);
+        return fail(application.problem(), application.exitStatus());
     if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
-    if (!window.load()) return kFailed;
-    painted = &window;
+    if (!window.load()) return fail("the views do not load", kFailed);
     window.show();
     const kestrix::app::TerminationSignals signals([] { QCoreApplication::quit(); });
-    const int status = QGuiApplication::exec();
-    painted = nullptr;
-    return status;
+    return QGuiApplication::exec();
 }
 
 }  // namespace
@@ -89,7 +84,8 @@ int main(int argc, char** argv) {
                     kFailed);
     }
     chooseRenderer();
-    kestrix::platform::installLogFormat();
+    kestrix::platform::installLogFormat(options->verbose);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
     if (!tour) return showWindow(*options);

@@ -2,24 +2,50 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <utility>
 
+#include "platform/AccessoryUri.h"
 #include "storage/FirstLaunch.h"
 
 namespace kestrix::shell {
 namespace {
 
-QString orStandard(const QString& chosen, const QString& standard) {
-    return chosen.isEmpty() ? standard : chosen;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+// Whether no tester measured what comes from there.
+bool isMadeUp(const std::string& uri) {
+    const auto parsed = platform::parseAccessoryUri(uri);
+    return parsed && (parsed->scheme == "simulator" || parsed->scheme == "replay");
+}
+
+bool anyMadeUp(const std::vector<std::string>& uris) {
+    return std::any_of(uris.begin(), uris.end(), isMadeUp);
+}
+
+QString documentsFor(const LaunchOptions& options, bool simulated) {
+    if (!options.documents.isEmpty()) return options.documents;
+    return simulated ? platform::DocumentsFolder::simulatedPath() : platform::DocumentsFolder::standardPath();
+}
+
+// A folder that was chosen, and that of made-up readings, hold their own: each knows whether its tables were
+// made.
+QString settingsFor(const LaunchOptions& options, const platform::DocumentsFolder& documents) {
+    if (!options.settings.isEmpty()) return options.settings;
+    const bool standard = documents.isSameAs(platform::DocumentsFolder::standardPath());
+    return standard ? platform::UserDefaults::standardPath()
+                    : documents.filePath(QStringLiteral("kestrix.ini"));
 }
 
 }  // namespace
 
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
-      defaults_(orStandard(options_.settings, platform::UserDefaults::standardPath())),
-      documents_(orStandard(options_.documents, platform::DocumentsFolder::standardPath())),
-      timeText_(ui::kTimePattern),
+      simulated_(anyMadeUp(options_.uris)),
+      documents_(documentsFor(options_, simulated_)),
+      defaults_(settingsFor(options_, documents_)),
+      timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
       mainView_(makeServices()) {
@@ -30,14 +56,76 @@ AppDelegate::AppDelegate(LaunchOptions options)
 
 bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     std::optional<Sources> sources = makeSources();
-    if (!sources) return false;
-    documents_.ensure();
+    if (!sources || !mayUseFolder() || !hasFolder()) return false;
     dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_);
+    readStorage();
     mainView_.loadView();
     mainView_.viewWillAppear();
     mainView_.viewDidAppear();
     for (auto& source : *sources) accessories_.addSource(std::move(source));
     return true;
+}
+
+bool AppDelegate::fail(const std::string& problem, int exitStatus) {
+    problem_ = problem;
+    exitStatus_ = exitStatus;
+    return false;
+}
+
+// No made-up reading gets among real ones, and none of them among the made-up.
+bool AppDelegate::mayUseFolder() {
+    const bool real = !std::all_of(options_.uris.begin(), options_.uris.end(), isMadeUp);
+    const std::string folder = documents_.path().toStdString();
+    if (real && simulated_)
+        return fail("a tester and made-up readings (simulator:, replay:) need a window each", kWrongUsage);
+    if (simulated_ && documents_.isSameAs(platform::DocumentsFolder::standardPath()))
+        return fail(
+            folder + " holds what was measured; made-up readings (simulator:, replay:) are not kept there",
+            kWrongUsage);
+    if (real && documents_.isSameAs(platform::DocumentsFolder::simulatedPath()))
+        return fail(folder + " holds made-up readings; what a tester measures is not kept there",
+                    kWrongUsage);
+    if (!defaults_.problem().isEmpty()) return fail(defaults_.problem().toStdString(), kFailed);
+    return true;
+}
+
+bool AppDelegate::hasFolder() {
+    if (!documents_.ensure()) return true;  // the display is live without it
+    const std::string folder = documents_.path().toStdString();
+    switch (claim_.take(documents_.path())) {
+        case FolderClaim::Answer::Ours:
+            break;
+        case FolderClaim::Answer::Shown:
+            return fail("a window on " + folder + " is open already, and was brought forward", 0);
+        case FolderClaim::Answer::Held:
+            return fail(folder + " is in use by " + claim_.holder(), kFailed);
+    }
+    return true;
+}
+
+void AppDelegate::readStorage() {
+    std::unique_ptr<storage::ServiceDao> own;
+    if (!dataDB_) own = std::make_unique<storage::ServiceDao>(documents_);
+    storage::ServiceDao& dao = dataDB_ ? *dataDB_ : *own;
+    unsavedAtStart_ = dao.findMeasureForm(false).size();
+    storageProblem_ = dao.lastOutcome().reason;
+    const auto say = [this](const char* text, const QString& what) {
+        notice_.show(QCoreApplication::translate("AppDelegate", text).replace(QLatin1String("%1"), what));
+    };
+    if (!storageProblem_.empty())
+        say(QT_TRANSLATE_NOOP("AppDelegate", "Nothing can be recorded: %1"),
+            QString::fromStdString(storageProblem_));
+    // They are in no list, and the next test record takes them in.
+    if (unsavedAtStart_ == 1)
+        say(QT_TRANSLATE_NOOP("AppDelegate", "A measurement of an earlier session is not saved yet"), {});
+    if (unsavedAtStart_ > 1)
+        say(QT_TRANSLATE_NOOP("AppDelegate", "%1 measurements of earlier sessions are not saved yet"),
+            QString::number(unsavedAtStart_));
+}
+
+void AppDelegate::wait(std::chrono::milliseconds duration) const {
+    if (beforeWait_) beforeWait_();
+    options_.wait(duration);
 }
 
 platform::Scheduler& AppDelegate::scheduler() {
@@ -49,7 +137,7 @@ std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
     for (const std::string& uri : options_.uris) {
         platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler(), options_.simulator);
         if (!made.source) {
-            problem_ = made.problem;
+            fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
             return std::nullopt;
         }
         sources.push_back(std::move(made.source));
@@ -69,7 +157,7 @@ ui::Services AppDelegate::makeServices() {
         .timeText = timeText_,
         .now = options_.now,
         .accessories = accessories_,
-        .wait = options_.wait,
+        .wait = [this](std::chrono::milliseconds duration) { wait(duration); },
     };
 }
 

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -16,6 +17,7 @@
 #include "platform/DocumentsFolder.h"
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
+#include "shell/FolderClaim.h"
 #include "storage/ServiceDao.h"
 #include "ui/ScreenStack.h"
 #include "ui/Services.h"
@@ -26,8 +28,10 @@ namespace kestrix::shell {
 // What the user chose on the command line, and what only the program can supply.
 struct LaunchOptions {
     std::vector<std::string> uris;  // where to look for testers
-    QString documents;              // folder of the database; empty: the user's own
-    QString settings;               // ini file; empty: the user's own
+    QString documents;              // folder of the database; empty: one of the standard ones
+    QString settings;               // ini file; empty: that of the folder
+    std::string locale;             // whose week rules stored times follow; empty: the user's
+    std::string zone;               // of stored times; empty: the machine's, as it is then
     platform::SimulatorFactory simulator;
     link::Wait wait = link::blockingWait;  // before a lost tester's session is closed
     std::chrono::milliseconds slideDuration = ui::ScreenStack::kSlideDuration;
@@ -43,10 +47,28 @@ class AppDelegate {
     AppDelegate& operator=(const AppDelegate&) = delete;
 
     // Makes the tables at the first launch, loads the live screen, and begins to look for testers. False, and
-    // `problem` says why in one line, when a tester's URI is wrong; nothing is made then.
+    // `problem` says why in one line, when it cannot start: a tester's URI is wrong, made-up readings would
+    // come among real ones, the settings file is not to be used, or another window has the folder. Nothing is
+    // made or changed then.
     bool applicationDidFinishLaunchingWithOptions();
 
     const std::string& problem() const { return problem_; }
+    // Of a program that ends with the problem: 0 when another window shows itself instead, 1 failed, 2 wrong
+    // usage.
+    int exitStatus() const { return exitStatus_; }
+
+    // Whether the tester is the simulator or a replay. Its readings are kept apart from the user's.
+    bool simulated() const { return simulated_; }
+    const platform::DocumentsFolder& documents() const { return documents_; }
+    // How many measurements of earlier sessions belonged to no test record when the application started.
+    std::size_t unsavedAtStart() const { return unsavedAtStart_; }
+    // Why nothing could be read from the database when the application started, in words; empty: it could.
+    const std::string& storageProblem() const { return storageProblem_; }
+
+    // Called while the event loop runs when the application is started once more on its folder.
+    void setSecondStart(std::function<void()> call) { claim_.secondStart = std::move(call); }
+    // Called before the wait for a lost tester's session to close blocks everything: the last moment to draw.
+    void setBeforeWait(std::function<void()> call) { beforeWait_ = std::move(call); }
 
     live::MainViewController& mainView() { return mainView_; }
     ui::ScreenStack& screens() { return screens_; }
@@ -61,12 +83,23 @@ class AppDelegate {
     platform::Scheduler& scheduler();
     // None, with the reason in `problem_`, when one cannot be made.
     std::optional<Sources> makeSources();
+    bool mayUseFolder();
+    bool hasFolder();
+    void readStorage();
+    bool fail(const std::string& problem, int exitStatus);
+    void wait(std::chrono::milliseconds duration) const;
 
     LaunchOptions options_;
+    bool simulated_;
     std::string problem_;
+    int exitStatus_ = 0;
+    std::size_t unsavedAtStart_ = 0;
+    std::string storageProblem_;
+    std::function<void()> beforeWait_;
     platform::QtScheduler eventLoop_;
-    platform::UserDefaults defaults_;
     platform::DocumentsFolder documents_;
+    platform::UserDefaults defaults_;
+    FolderClaim claim_;
     platform::AccessoryManager accessories_;
     platform::DateText timeText_;
     ui::FontTextMeasure textMeasure_;

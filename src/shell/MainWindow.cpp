@@ -43,10 +43,15 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     const auto showIcon = [this] { setIcon(QIcon(QStringLiteral(":/artwork/4/kestrix.png"))); };
     connect(this, &QQuickWindow::frameSwapped, this, showIcon,
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    // No reading stands on the display while the wait for a lost tester blocks.
+    application_.setBeforeWait([this] { paintNow(); });
+    application_.setSecondStart([this] { bringForward(); });
     connect(this, &QWindow::screenChanged, this, [this] { fitStage(size()); });
 }
 
 MainWindow::~MainWindow() {
+    application_.setBeforeWait(nullptr);
+    application_.setSecondStart(nullptr);
     ui::DisplayUpdates::shared().pace(nullptr);
 }
 
@@ -65,6 +70,12 @@ void MainWindow::paintNow() {
     if (!isExposed()) return;
     QEvent request(QEvent::UpdateRequest);
     QCoreApplication::sendEvent(this, &request);
+}
+
+void MainWindow::bringForward() {
+    setWindowStates(windowStates() & ~Qt::WindowMinimized);
+    raise();
+    requestActivate();
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

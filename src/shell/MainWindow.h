@@ -24,6 +24,9 @@ class MainWindow : public QQuickView {
     // blocks.
     void paintNow();
 
+    // In front of other windows, and no longer minimised: somebody wanted to start it once more.
+    void bringForward();
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
 

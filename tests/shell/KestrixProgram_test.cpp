@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <utility>
 
 #include "tests/cli/Program.h"
 #include "tests/storage/Connection.h"
@@ -46,7 +48,8 @@ void expectOneLine(const std::string& error, const std::string& part) {
 TEST_F(KestrixProgram, HelpTellsEveryOption) {
     const cli::Result result = run({"--help"});
     EXPECT_EQ(result.status, 0);
-    for (const char* option : {"--connect", "--documents", "--settings", "--version", "--help"})
+    for (const char* option :
+         {"--connect", "--documents", "--settings", "--tour", "--verbose", "--version", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
     EXPECT_EQ(result.error, "");
 }
@@ -69,13 +72,105 @@ TEST_F(KestrixProgram, WrongUsageIsOneLineAndTwo) {
     }
 }
 
-TEST_F(KestrixProgram, AWrongUriIsOneLineAndTwoAndMakesNothing) {
-    for (const char* uri : {"morse:key", "tcp://nowhere", "simulator:no-such-scenario"}) {
+TEST_F(KestrixProgram, AWrongUriIsTwoAndAMissingThingOneAndBothAreOneLineAndMakeNothing) {
+    const std::pair<const char*, int> uris[] = {{"morse:key", 2},
+                                                {"tcp://nowhere", 2},
+                                                {"simulator:no-such-scenario", 1},
+                                                {"replay:/no/such/file", 1}};
+    for (const auto& [uri, status] : uris) {
         const cli::Result result = run({"--connect", uri, "--documents", path("documents")});
-        EXPECT_EQ(result.status, 2) << uri;
+        EXPECT_EQ(result.status, status) << uri;
         expectOneLine(result.error, uri);
         EXPECT_NE(access(path("documents").c_str(), F_OK), 0) << uri;
     }
+}
+
+TEST_F(KestrixProgram, AnEmptyOrFolderlessNameIsWrongUsage) {
+    for (const char* option : {"--documents", "--settings", "--tour"}) {
+        const cli::Result result = run({option, ""});
+        EXPECT_EQ(result.status, 2) << option;
+        expectOneLine(result.error, option);
+    }
+}
+
+TEST_F(KestrixProgram, ASettingsFileThatIsNotOursIsOneLineAndStaysAsItIs) {
+    cli::writeFile(path("foreign.ini"), "[user]\nname=Jo\n");
+    const cli::Result result =
+        run({"--connect", "simulator:", "--documents", path("documents"), "--settings", path("foreign.ini")});
+    EXPECT_EQ(result.status, 1);
+    expectOneLine(result.error, path("foreign.ini") + " is not one of Kestrix's");
+    EXPECT_EQ(cli::contentOf(path("foreign.ini")), "[user]\nname=Jo\n");
+    EXPECT_NE(access(path("documents").c_str(), F_OK), 0);
+}
+
+TEST_F(KestrixProgram, ASettingsFileThatCannotBeReadIsOneLineAndStaysAsItIs) {
+    cli::writeFile(path("secret.ini"), "[Kestrix]\n");
+    ASSERT_EQ(chmod(path("secret.ini").c_str(), 0), 0);
+    Surroundings bound = setup();
+    bound.unprivileged = true;
+    const cli::Result result = cli::run(
+        {"--connect", "simulator:", "--documents", path("documents"), "--settings", path("secret.ini")}, {},
+        bound);
+    EXPECT_EQ(result.status, 1);
+    expectOneLine(result.error, path("secret.ini") + " cannot be read (Permission denied)");
+}
+
+TEST_F(KestrixProgram, ASecondStartBringsTheFirstWindowForward) {
+    const std::vector<std::string> arguments{"--connect", "simulator:", "--documents", path("documents")};
+    Program first(arguments, setup());
+    ASSERT_TRUE(first.waitForError("状态:1")) << first.error();
+    const cli::Result second = run(arguments);
+    EXPECT_EQ(second.status, 0);
+    expectOneLine(second.error,
+                  "a window on " + path("documents") + " is open already, and was brought forward");
+    first.signal(SIGKILL);
+    EXPECT_EQ(first.wait(), -SIGKILL);
+    Program third(arguments, setup());  // whom a killed one does not hold off
+    ASSERT_TRUE(third.waitForError("状态:1")) << third.error();
+    third.signal(SIGTERM);
+    EXPECT_EQ(third.wait(), 0);
+}
+
+// A toolkit whose windows cannot be loaded: the program starts, says what happens, and ends. What lies beside
+// the program comes before what is installed.
+class WithoutViews : public KestrixProgram {
+  protected:
+    void SetUp() override {
+        ASSERT_EQ(mkdir(path("QtQuick").c_str(), 0700), 0);
+        cli::writeFile(path("QtQuick/qmldir"), "module QtQuick\nplugin missing\n");
+        std::filesystem::copy_file(KESTRIX_BINARY_DIR "/bin/kestrix", path("kestrix"));
+    }
+    cli::Result start(std::vector<std::string> options,
+                      const std::string& rules = "QT_LOGGING_RULES=") const {
+        Surroundings broken = setup();
+        broken.program = std::filesystem::relative(path("kestrix"), KESTRIX_BINARY_DIR "/bin");
+        broken.environment.push_back("XDG_CONFIG_HOME=" + path("config"));
+        broken.environment.push_back(rules);
+        options.insert(options.end(), {"--connect", "simulator:", "--documents", path("documents")});
+        return cli::run(options, {}, broken);
+    }
+    static bool saysInformation(const cli::Result& result) {
+        return result.error.find("info kestrix.live: 状态:0") != std::string::npos;
+    }
+};
+
+TEST_F(WithoutViews, ItEndsWithALineThatSaysIt) {
+    const cli::Result result = start({});
+    EXPECT_EQ(result.status, 1);
+    const auto lines = cli::linesOf(result.error);
+    ASSERT_FALSE(lines.empty());
+    EXPECT_EQ(lines.back(), "kestrix: the views do not load");
+}
+
+TEST_F(WithoutViews, InformationIsSaidOnlyToWhoAsksForIt) {
+    EXPECT_FALSE(saysInformation(start({})));
+    EXPECT_TRUE(saysInformation(start({"--verbose"})));
+    EXPECT_TRUE(saysInformation(start({}, "QT_LOGGING_RULES=kestrix.*=true")));
+    EXPECT_FALSE(saysInformation(start({"--verbose"}, "QT_LOGGING_RULES=kestrix.live.info=false")));
+    ASSERT_EQ(mkdir(path("config").c_str(), 0700), 0);
+    ASSERT_EQ(mkdir(path("config/QtProject").c_str(), 0700), 0);
+    cli::writeFile(path("config/QtProject/qtlogging.ini"), "[Rules]\nkestrix.live.info=true\n");
+    EXPECT_TRUE(saysInformation(start({})));
 }
 
 TEST_F(KestrixProgram, ShowsTheSimulatorKeepsItsDatabaseAndEndsOnASignal) {

@@ -118,5 +118,13 @@ TEST_F(MainWindowTest, TheScreenOutlivesItsWindow) {
     EXPECT_EQ(text("D1Value"), QStringLiteral("186.4"));
 }
 
+TEST_F(MainWindowTest, AMinimisedWindowComesBackWhenItIsStartedOnceMore) {
+    open();
+    window().setWindowStates(Qt::WindowMinimized);
+    testing::expectWarning("does not support raise");  // which tells that it was asked to
+    window().bringForward();
+    EXPECT_EQ(window().windowStates() & Qt::WindowMinimized, Qt::WindowNoState);
+}
+
 }  // namespace
 }  // namespace kestrix::shell

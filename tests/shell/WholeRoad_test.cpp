@@ -23,7 +23,6 @@ class WholeRoad : public testing::WindowFixture {
         options_.uris = {"tcp://127.0.0.1:" + std::to_string(server_.serverPort())};
         options_.wait = [this](std::chrono::milliseconds duration) {
             waited_ += duration;
-            window().paintNow();  // as the application does
             displayAtWait_ = onDisplay();
         };
         open();

@@ -25,6 +25,8 @@ WindowFixture::WindowFixture() {
     options_.wait = [](std::chrono::milliseconds) {};
     options_.scheduler = &scheduler_;
     options_.now = [] { return kNow; };
+    options_.locale = "en_US";
+    options_.zone = "UTC";
 }
 
 WindowFixture::~WindowFixture() {

@@ -1,0 +1,122 @@
+// What can happen to the folder while a real process records into it.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <filesystem>
+
+#include "tests/cli/Program.h"
+#include "tests/storage/Connection.h"
+
+namespace kestrix {
+namespace {
+
+namespace fs = std::filesystem;
+using cli::Program;
+using cli::Surroundings;
+
+class FolderProgram : public testing::Test {
+  protected:
+    QTemporaryDir temporary_;
+    std::string folder_ = temporary_.filePath(QStringLiteral("documents")).toStdString();
+
+    static Surroundings setup() {
+        Surroundings made;
+        made.program = "folder_presses";
+        made.ownSettings = false;
+        return made;
+    }
+    // The answer to one press.
+    static std::string press(Program& program) {
+        const std::size_t before = program.output().size();
+        EXPECT_TRUE(program.send("\n"));
+        EXPECT_TRUE(
+            program.waitUntil([&] { return program.output().find('\n', before) != std::string::npos; }));
+        return program.output().substr(before);
+    }
+    std::string stored() const {
+        return storage::Connection(folder_ + "/kestrix.sqlite").value("SELECT count(*) FROM measurefrom");
+    }
+};
+
+TEST_F(FolderProgram, AKilledProcessHoldsNobodyOffAndLosesNoRow) {
+    {
+        Program program({folder_}, setup());
+        ASSERT_TRUE(program.waitForOutput("ready 0"));
+        EXPECT_EQ(press(program), "stored 1\n");
+        EXPECT_EQ(press(program), "stored 2\n");
+        program.signal(SIGKILL);
+        EXPECT_EQ(program.wait(), -SIGKILL);
+    }
+    Program again({folder_}, setup());
+    ASSERT_TRUE(again.waitForOutput("ready 2")) << again.output();
+    EXPECT_EQ(press(again), "stored 3\n");
+}
+
+TEST_F(FolderProgram, AFolderThatVanishesIsSaidAtThePressAndWorksWhenItIsBack) {
+    Program program({folder_}, setup());
+    ASSERT_TRUE(program.waitForOutput("ready 0"));
+    EXPECT_EQ(press(program), "stored 1\n");
+    fs::rename(folder_, folder_ + ".gone");
+    EXPECT_EQ(press(program), "failed there is no folder " + folder_ + " (unable to open database file)\n");
+    EXPECT_FALSE(fs::exists(folder_));
+    fs::rename(folder_ + ".gone", folder_);
+    EXPECT_EQ(press(program), "stored 2\n");
+    EXPECT_EQ(stored(), "2");
+}
+
+// No file of the process may grow: what a full disk answers to every user.
+TEST_F(FolderProgram, ADiskWithoutRoomIsSaidAtThePressAndWorksWhenThereIsRoom) {
+    Program program({folder_}, setup());
+    ASSERT_TRUE(program.waitForOutput("ready 0"));
+    EXPECT_EQ(press(program), "stored 1\n");
+    program.limitFileSize(512);
+    EXPECT_EQ(press(program).rfind("failed the disk is full (", 0), 0U) << program.output();
+    program.limitFileSize(RLIM_INFINITY);
+    EXPECT_EQ(press(program), "stored 2\n");
+    EXPECT_EQ(stored(), "2");
+}
+
+TEST_F(FolderProgram, AFolderOfTwoNamesHasOneWindow) {
+    Program first({folder_}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    const std::string link = folder_ + ".link";
+    fs::create_directory_symlink(folder_, link);
+    // The first one does not turn its event loop here, so it does not answer.
+    const cli::Result second = cli::run({link}, {}, setup());
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, link + " is in use by process " + std::to_string(first.id()) + "\n");
+    EXPECT_EQ(press(first), "stored 1\n");
+}
+
+TEST_F(FolderProgram, EachFolderHasItsTablesAndItsSettings) {
+    for (const char* name : {"/a", "/b"}) {
+        Program program({temporary_.path().toStdString() + name}, setup());
+        ASSERT_TRUE(program.waitForOutput("ready 0"));
+        EXPECT_EQ(press(program), "stored 1\n") << name;
+        EXPECT_NE(
+            cli::contentOf(temporary_.path().toStdString() + name + "/kestrix.ini").find("firstOrvo=true"),
+            std::string::npos)
+            << name;
+    }
+}
+
+TEST_F(FolderProgram, FolderAndFilesAreTheirOwnersAlone) {
+    Program program({folder_}, setup());
+    ASSERT_TRUE(program.waitForOutput("ready 0"));
+    EXPECT_EQ(press(program), "stored 1\n");
+    EXPECT_EQ(fs::status(folder_).permissions(), fs::perms::owner_all);
+    int files = 0;
+    for (const auto& entry : fs::directory_iterator(folder_)) {
+        EXPECT_EQ(entry.status().permissions(), fs::perms::owner_read | fs::perms::owner_write)
+            << entry.path();
+        ++files;
+    }
+    EXPECT_EQ(files, 4);  // database, journal, settings, lock
+}
+
+}  // namespace
+}  // namespace kestrix

@@ -1,0 +1,41 @@
+// The application without its window, on a folder: folder_presses FOLDER
+// For each line on its input it presses the record button once, and answers with a line: "stored 3" with the
+// identity of the row, or "failed " and the reason. Says "ready" first, or why it does not start.
+#include <QGuiApplication>
+
+#include <csignal>
+#include <iostream>
+#include <string>
+
+#include "shell/AppDelegate.h"
+
+int main(int count, char** arguments) {
+    using namespace kestrix;
+    if (count != 2) return 2;
+    std::signal(SIGXFSZ, SIG_IGN);  // as the application does
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QGuiApplication application(count, arguments);
+    shell::LaunchOptions options;
+    options.documents = QString::fromLocal8Bit(arguments[1]);
+    shell::AppDelegate delegate(options);
+    if (!delegate.applicationDidFinishLaunchingWithOptions()) {
+        std::cout << delegate.problem() << std::endl;
+        return delegate.exitStatus();
+    }
+    std::cout << "ready " << delegate.unsavedAtStart() << std::endl;
+    live::MainViewController& screen = delegate.mainView();
+    protocol::MeterReading record;
+    record.iFunction = '1';
+    record.strfunction = "EARTH";
+    screen.didReceive3820Data(record, true);
+    for (std::string line; std::getline(std::cin, line);) {
+        screen.pressRecord();
+        const storage::Outcome& outcome = screen.dao->lastOutcome();
+        if (outcome.done) {
+            std::cout << "stored " << outcome.identity << std::endl;
+        } else {
+            std::cout << "failed " << outcome.reason << std::endl;
+        }
+    }
+    return 0;
+}
