@@ -15,6 +15,7 @@
 #include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/ReadingJson.h"
 #include "apps/kestrix-cli/ScreenJson.h"
+#include "display/Steps.h"
 #include "link/FrameExtractor.h"
 #include "platform/CaptureFile.h"
 #include "protocol/HexText.h"
@@ -30,7 +31,7 @@ constexpr std::size_t kFlushBytes = 131'072;
 class RecordLines {
   public:
     explicit RecordLines(bool screen) {
-        if (screen) display_.emplace();
+        if (screen) display_ = connectedDisplay();
     }
 
     void append(std::string& json, std::string_view frame) {
@@ -38,7 +39,7 @@ class RecordLines {
         const protocol::MeterReading& record = decoder.initFromString(frame).return3820data();
         appendReadingJson(json, record);
         if (display_) {
-            display_->didReceive3820Data(record, true);
+            display::recordCame(*display_, record);
             json.back() = ',';  // the object's brace: it has one member more
             json += "\"screen\":";
             appendScreenJson(json, *display_);
@@ -48,7 +49,7 @@ class RecordLines {
     }
 
   private:
-    std::optional<ConnectedDisplay> display_;
+    std::optional<display::Display> display_;
 };
 
 // The link's own steps from text to records, without the link: a file has no state to follow or to keep.

@@ -16,6 +16,7 @@
 #include "apps/kestrix-cli/Link.h"
 #include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/TerminalDisplay.h"
+#include "display/Steps.h"
 
 namespace kestrix::cli {
 namespace {
@@ -34,9 +35,11 @@ class Monitor : public link::BusinessCommunicationDelegate {
           output_(output),
           linkState_(platform::NotificationCenter::defaultCenter().addObserver(
               link::Orvoblueviewnotification, [this](const platform::Notification& event) {
-                  linkChanged(std::any_cast<std::string>(event.object) == "1");
+                  linkChanged(std::any_cast<std::string>(event.object) == "1" ? link::kConnected
+                                                                              : link::kNotConnected);
               })) {
         state_.source = uri;
+        display::linkStateChanged(state_.display, link::kNotConnected);
     }
 
     void didReceive3820Data(const protocol::MeterReading& record, bool) override {
@@ -44,6 +47,7 @@ class Monitor : public link::BusinessCommunicationDelegate {
         lastFrame_ = link_.scheduler.now();
         frameTimes_.push_back(lastFrame_);
         if (frameTimes_.size() > kMostFrameTimes) frameTimes_.pop_front();
+        display::recordCame(state_.display, record);
         state_.reading = record;
         changed();
     }
@@ -67,21 +71,22 @@ class Monitor : public link::BusinessCommunicationDelegate {
         }
         if (state_.frames > 0)
             state_.secondsSinceLastFrame = std::chrono::duration<double>(now - lastFrame_).count();
-        state_.problem = state_.connected ? std::string() : link_.problem();
+        state_.problem = connected() ? std::string() : link_.problem();
         return state_;
     }
 
     const DisplayState& state() const { return state_; }
+    bool connected() const { return state_.display.link == display::LinkState::Connected; }
     Link& link() { return link_; }
     void write(std::string_view text) {
         if (!output_.write(text)) QCoreApplication::quit();
     }
 
   private:
-    void linkChanged(bool connected) {
-        state_.connected = connected;
+    void linkChanged(std::int32_t linkState) {
+        display::linkStateChanged(state_.display, linkState);
         // A value must never stand there as live after its tester has gone.
-        if (!connected) state_.reading.reset();
+        if (!connected()) state_.reading.reset();
         linkHasChanged();
     }
 
@@ -101,9 +106,9 @@ class LineMonitor final : public Monitor {
 
   private:
     void changed() override {
-        std::string line = state().reading     ? renderLine(*state().reading)
-                           : state().connected ? "Connected"
-                                               : "Not Connected";
+        std::string line = state().reading ? renderLine(*state().reading)
+                           : connected()   ? "Connected"
+                                           : "Not Connected";
         if (line == last_) return;
         last_ = std::move(line);
         write(last_ + "\n");

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 
+#include "apps/kestrix-cli/JsonRoom.h"
 #include "apps/kestrix-cli/JsonText.h"
 #include "apps/kestrix-cli/ReadingFields.h"
 
@@ -20,8 +20,7 @@ using protocol::MeterReading;
 using protocol::ValData;
 
 // What the values of a struct take at most, beside the characters of their texts.
-constexpr std::size_t kNumberRoom = 24;   // the longest double in its shortest form
-constexpr std::size_t kUsualRoom = 8192;  // enough for every record of a tester
+constexpr std::size_t kNumberRoom = 24;  // the longest double in its shortest form
 
 template <class Struct>
 struct FieldsOf;
@@ -173,16 +172,11 @@ class JsonWriter {
 
 void appendReadingJson(std::string& out, const MeterReading& reading) {
     const std::size_t room = roomWithoutTexts<MeterReading>() + kEscapedCharacter * textBytes(reading);
-    std::array<char, kUsualRoom> usual;
-    std::unique_ptr<char[]> large;
-    char* begin = usual.data();
-    if (room > kUsualRoom) {
-        large.reset(new char[room]);
-        begin = large.get();
-    }
-    JsonWriter writer(begin);
-    writer.object(reading);
-    out.append(begin, writer.at());
+    appendWithin(out, room, [&reading](char* at) {
+        JsonWriter writer(at);
+        writer.object(reading);
+        return writer.at();
+    });
 }
 
 }  // namespace kestrix::cli

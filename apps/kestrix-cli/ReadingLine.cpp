@@ -52,7 +52,7 @@ std::string renderLine(const protocol::MeterReading& reading) {
     line.group(settingsOf(reading));
     line.group(wiresOf(reading));
     line.group(limitsOf(reading));
-    for (const auto& symbol : symbolsOf(reading)) {
+    for (const auto& symbol : symbolsOf(reading, reading.bAlarmFlag != 0)) {
         if (symbol.lit) line.group(std::string(symbol.name));
     }
     return std::move(line).text();

@@ -1,6 +1,9 @@
 #include "apps/kestrix-cli/ReadingTexts.h"
 
+#include <array>
+
 #include "apps/kestrix-cli/TerminalText.h"
+#include "display/RcdRows.h"
 
 namespace kestrix::cli {
 namespace {
@@ -65,18 +68,31 @@ std::vector<NamedText> limitsOf(const MeterReading& reading) {
     return limits;
 }
 
-std::vector<Symbol> symbolsOf(const MeterReading& reading) {
-    return {{"HOLD", reading.bHoldFlag != 0, false},  {"LOCK", reading.bLockFlag != 0, false},
-            {"ZERO", reading.bCalFlag != 0, false},   {"BEEP", reading.bBeepFlag != 0, false},
-            {"ALARM", reading.bAlarmFlag != 0, true}, {"WARN", reading.bWarnFlag != 0, true},
+std::vector<Symbol> symbolsOf(const MeterReading& reading, bool warning) {
+    return {{"HOLD", reading.bHoldFlag != 0, false},
+            {"LOCK", reading.bLockFlag != 0, false},
+            {"ZERO", reading.bCalFlag != 0, false},
+            {"BEEP", reading.bBeepFlag != 0, false},
+            {"ALARM", warning, true},
+            {"WARN", reading.bWarnFlag != 0, true},
             {"TEST", reading.bTestFlag != 0, false}};
+}
+
+std::string rcdRowName(std::size_t row) {
+    const display::RcdRowTexts& texts = display::kRcdRowTexts[row];
+    const std::string_view angle = trimmed(texts.angle.substr(0, texts.angle.find(':')));
+    return std::string(trimmed(texts.multiplier)).append(" ").append(angle);
 }
 
 std::vector<NamedText> tripTimesOf(const MeterReading& reading) {
     if (reading.iFunction != '7') return {};
-    return {{"x1/2 0°", slotText(reading.x120)}, {"x1/2 180°", slotText(reading.x12180)},
-            {"x1 0°", slotText(reading.x10)},    {"x1 180°", slotText(reading.x1180)},
-            {"x5 0°", slotText(reading.x50)},    {"x5 180°", slotText(reading.x5180)}};
+    constexpr std::array<ValData MeterReading::*, display::kRcdRows> slots{
+        &MeterReading::x120,  &MeterReading::x12180, &MeterReading::x10,
+        &MeterReading::x1180, &MeterReading::x50,    &MeterReading::x5180};
+    std::vector<NamedText> tripTimes;
+    for (std::size_t i = 0; i < slots.size(); ++i)
+        tripTimes.push_back({rcdRowName(i), slotText(reading.*slots[i])});
+    return tripTimes;
 }
 
 }  // namespace kestrix::cli

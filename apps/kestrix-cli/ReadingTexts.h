@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,8 +32,12 @@ std::vector<NamedText> settingsOf(const protocol::MeterReading& reading);
 std::vector<NamedText> wiresOf(const protocol::MeterReading& reading);
 std::vector<NamedText> limitsOf(const protocol::MeterReading& reading);
 
-// HOLD, LOCK, ZERO, BEEP, ALARM, WARN, TEST: always all of them, in this order.
-std::vector<Symbol> symbolsOf(const protocol::MeterReading& reading);
+// HOLD, LOCK, ZERO, BEEP, ALARM, WARN, TEST: always all of them, in this order. warning: whether ALARM is
+// lit.
+std::vector<Symbol> symbolsOf(const protocol::MeterReading& reading, bool warning);
+
+// The name of a row of the RCD display, 0 to 5: "x1/2 0°" to "x5 180°".
+std::string rcdRowName(std::size_t row);
 
 // The six slots of an RCD auto test, named "x1/2 0°" to "x5 180°"; the value is empty where the reading has
 // none. Nothing in every other function.

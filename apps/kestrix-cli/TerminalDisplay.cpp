@@ -12,6 +12,7 @@
 #include "apps/kestrix-cli/LargeDigits.h"
 #include "apps/kestrix-cli/ReadingTexts.h"
 #include "apps/kestrix-cli/TerminalText.h"
+#include "display/Steps.h"
 
 namespace kestrix::cli {
 namespace {
@@ -20,14 +21,6 @@ using protocol::MeterReading;
 
 constexpr int kNarrowest = 40;  // what the display is drawn for at least
 constexpr int kWidest = 80;     // and at most: wider only pulls its parts away from each other
-
-struct Title {
-    std::string_view text;
-    std::string_view functions;  // the codes of iFunction that light it
-};
-
-constexpr std::array kDial = std::to_array<Title>(
-    {{"INSULATION", "2"}, {"RE", "1"}, {"LOW OHM", "3"}, {"V", "4"}, {"LOOP/PFC", "5"}, {"RCD", "67"}});
 
 std::string blanks(int count) {
     return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
@@ -82,7 +75,7 @@ class Display {
   public:
     Display(const DisplayState& state, int columns, bool colour)
         : state_(state), columns_(columns), colour_(colour) {
-        if (state.connected && state.reading) reading_ = &*state.reading;
+        if (display::showsReading(state.display) && state.reading) reading_ = &*state.reading;
     }
 
     std::vector<Row> rows() && {
@@ -134,18 +127,18 @@ class Display {
     // The dial's names at even distances, over the frame's whole width; a lit one takes a blank on either
     // side.
     void titles() {
-        constexpr auto count = kDial.size() + 1;
+        constexpr auto count = display::kTitles.size() + 1;
         int blank = columns_ - 2;
-        for (const auto& title : kDial) blank -= columnsOf(title.text);
+        for (const auto& title : display::kTitles) blank -= columnsOf(title.text);
         std::array<int, count> gaps{};
         for (std::size_t i = 0; i < count; ++i) {
             gaps[i] = (blank + static_cast<int>(i)) / static_cast<int>(count);
         }
         Row names;
-        for (std::size_t i = 0; i < kDial.size(); ++i) {
-            names.push_back({std::string(kDial[i].text)});
-            if (!isLit(kDial[i])) continue;
-            const std::string name(kDial[i].text);
+        for (std::size_t i = 0; i < display::kTitles.size(); ++i) {
+            const std::string name(display::kTitles[i].text);
+            names.push_back({name});
+            if (display::kTitles[i].title != state_.display.title) continue;
             names[i] = {colour_ ? " " + name + " " : "[" + name + "]", Ink::Lit};
             --gaps[i];
             --gaps[i + 1];
@@ -155,14 +148,9 @@ class Display {
         framed(std::move(row), "");
     }
 
-    bool isLit(const Title& title) const {
-        return reading_ != nullptr && reading_->iFunction != 0 &&
-               title.functions.find(static_cast<char>(reading_->iFunction)) != std::string_view::npos;
-    }
-
     // Every symbol has a place of its own, as on the tester; it is empty while the symbol is dark.
     void symbols() {
-        const auto all = symbolsOf(reading_ != nullptr ? *reading_ : MeterReading{});
+        const auto all = symbolsOf(reading_ != nullptr ? *reading_ : MeterReading{}, state_.display.warning);
         std::vector<Row> cells(all.size());
         std::transform(all.begin(), all.end(), cells.begin(), [](const Symbol& symbol) -> Row {
             return {{std::string(symbol.lit ? symbol.name : ""), symbol.urgent ? Ink::Warning : Ink::Bold}};
@@ -170,16 +158,29 @@ class Display {
         line(inCells(cells, static_cast<int>(cells.size()), inner()));
     }
 
+    bool connected() const { return state_.display.link == display::LinkState::Connected; }
+
+    // What stands in large digits: the first reading, or in an RCD auto test the trip time that is shown.
+    display::Reading main() const {
+        const display::Display& shown = state_.display;
+        if (!shown.first.hidden) return shown.first;
+        for (std::size_t i = 0; i < shown.rcdRows.size(); ++i) {
+            if (display::showsTripTime(shown, i))
+                return {shown.rcdRows[i].value, std::string(display::kRcdUnit)};
+        }
+        return {};
+    }
+
     void mainReading() {
         line({});
         if (reading_ == nullptr) {
             line({});
-            line(centred({{state_.connected ? "Waiting for a reading" : "Not Connected", Ink::Bold}},
-                         inner()));
+            line(centred({{connected() ? "Waiting for a reading" : "Not Connected", Ink::Bold}}, inner()));
             line({});
         } else {
-            const auto unit = withUnit({}, reading_->strUnit1);
-            const auto digits = largeDigits(printable(reading_->strValue1));
+            const display::Reading shown = main();
+            const auto unit = withUnit({}, shown.unit);
+            const auto digits = largeDigits(printable(shown.value));
             const int columns = columnsOf(digits[0]) + 2 + columnsOf(unit);
             if (columns <= inner()) {
                 for (std::size_t i = 0; i < digits.size(); ++i) {
@@ -189,7 +190,7 @@ class Display {
                 }
             } else {
                 line({});
-                line(centred({{withUnit(reading_->strValue1, reading_->strUnit1), Ink::Bold}}, inner()));
+                line(centred({{withUnit(shown.value, shown.unit), Ink::Bold}}, inner()));
                 line({});
             }
         }
@@ -197,31 +198,32 @@ class Display {
     }
 
     void secondReading() {
-        if (reading_ != nullptr && reading_->iFunction == '7') {
-            tripTimes();
-            return;
-        }
+        const display::Reading& second = state_.display.second;
+        if (reading_ != nullptr && second.hidden && !state_.display.rcdRows[0].hidden) return tripTimes();
         line({});
-        line(reading_ == nullptr ? Row{}
-                                 : centred({{withUnit(reading_->strValue2, reading_->strUnit2)}}, inner()));
+        line(reading_ == nullptr || second.hidden
+                 ? Row{}
+                 : centred({{withUnit(second.value, second.unit)}}, inner()));
         line({});
     }
 
-    // Three rows of two: 0° at the left, 180° at the right.
+    // Three lines of two rows: 0° at the left, 180° at the right.
     void tripTimes() {
+        for (std::size_t i = 0; i < display::kRcdRows; i += 2)
+            line(inCells({tripTime(i), tripTime(i + 1)}, 2, inner()));
+    }
+
+    // Empty for a row that is hidden; a dot where the row shows no time.
+    Row tripTime(std::size_t i) const {
         constexpr int nameColumns = 10;
         constexpr int valueColumns = 7;
-        const auto slots = tripTimesOf(*reading_);
-        for (std::size_t i = 0; i < slots.size(); i += 2) {
-            std::vector<Row> cells;
-            for (const auto& [name, value] : {slots[i], slots[i + 1]}) {
-                const std::string shown = value.empty() ? "·" : value;
-                Row cell = filled({{name, Ink::Dim}}, nameColumns);
-                append(cell, {{blanks(valueColumns - columnsOf(shown))}, {shown, Ink::Bold}});
-                cells.push_back(centred(cell, inner() / 2));
-            }
-            line(inCells(cells, 2, inner()));
-        }
+        const display::RcdRow& row = state_.display.rcdRows[i];
+        if (row.hidden) return {};
+        const std::string value =
+            display::showsTripTime(state_.display, i) ? withUnit(row.value, display::kRcdUnit) : "·";
+        Row cell = filled({{rcdRowName(i), Ink::Dim}}, nameColumns);
+        append(cell, {{blanks(valueColumns - columnsOf(value))}, {value, Ink::Bold}});
+        return centred(cell, inner() / 2);
     }
 
     void settings() {
@@ -240,7 +242,7 @@ class Display {
     void link() {
         const Span on{"● Connected", Ink::Good};
         const Span off{"○ Not Connected", Ink::Bad};
-        line(leftAndRight({state_.connected ? on : off}, {{lastFrame()}}, inner()));
+        line(leftAndRight({connected() ? on : off}, {{lastFrame()}}, inner()));
         const double rate = std::isfinite(state_.framesPerSecond) ? state_.framesPerSecond : 0;
         line(leftAndRight({{fmt::format("{:.1f} frames/s", rate)}},
                           {{fmt::format("{} frames", state_.frames)}}, inner()));

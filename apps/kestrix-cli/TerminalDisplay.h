@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "display/Display.h"
 #include "protocol/MeterReading.h"
 
 namespace kestrix::cli {
@@ -12,9 +13,10 @@ namespace kestrix::cli {
 // What the display in the terminal shows. All texts are UTF-8 and may come from anywhere: control characters
 // in them never reach the terminal.
 struct DisplayState {
-    std::string source;                             // URI of the tester
-    bool connected = false;                         // a reading is shown only while this is true
-    std::optional<protocol::MeterReading> reading;  // the latest one; none before the first frame
+    std::string source;        // URI of the tester
+    display::Display display;  // link state, title, readings, RCD rows, warning
+    // The latest record, for what stands beside those: settings, wires, symbols. None before the first frame.
+    std::optional<protocol::MeterReading> reading;
     double framesPerSecond = 0;
     std::optional<double> secondsSinceLastFrame;  // none before the first frame
     std::uint64_t frames = 0;                     // since the start

@@ -34,7 +34,15 @@ constexpr double kTextColumnWidth = 60;
 constexpr int kListFontSize = 8;
 constexpr int kRowsBeforeScrolling = 3;
 
-constexpr const char* kHeaders[] = {"Data Name", "Function", "Parameters", "Result", "Date Time", "Comments"};
+struct Header {
+    ui::Label MainViewController::*label;
+    const char* text;
+};
+constexpr Header kHeaders[] = {
+    {&MainViewController::headerDataName, "Data Name"},    {&MainViewController::headerFunction, "Function"},
+    {&MainViewController::headerParameters, "Parameters"}, {&MainViewController::headerResult, "Result"},
+    {&MainViewController::headerDateTime, "Date Time"},    {&MainViewController::headerComments, "Comments"},
+};
 
 // The toolbar's images in one state of the side bars; none: unchanged.
 struct ToolbarImages {
@@ -69,13 +77,7 @@ MainViewController::MainViewController(ui::Services services, MakeLink makeLink)
     : leftAnimaImg(*this, "leftAnimaImg", &services.scheduler),
       rightAnimaImg(*this, "rightAnimaImg", &services.scheduler),
       services_(std::move(services)),
-      makeLink_(std::move(makeLink)),
-      headers_{{{*this, "headerDataName"},
-                {*this, "headerFunction"},
-                {*this, "headerParameters"},
-                {*this, "headerResult"},
-                {*this, "headerDateTime"},
-                {*this, "headerComments"}}} {}
+      makeLink_(std::move(makeLink)) {}
 
 MainViewController::~MainViewController() {
     if (blueConnect) blueConnect->allRelease();
@@ -125,8 +127,8 @@ void MainViewController::buildNotices() {
 }
 
 void MainViewController::buildHeaders() {
-    for (std::size_t i = 0; i < headers_.size(); ++i)
-        setUILabelView(headers_[i], kHeaderStyle, QLatin1String(kHeaders[i]));
+    for (const Header& header : kHeaders)
+        setUILabelView(this->*header.label, kHeaderStyle, QLatin1String(header.text));
 }
 
 void MainViewController::initAnimation() {
@@ -153,20 +155,16 @@ void MainViewController::initBluetooth() {
 void MainViewController::viewStatus(std::int32_t state) {
     qCInfo(lcLive, "状态:%d", state);
     services_.defaults.setInteger(QLatin1String(link::kBlueState), state);
-    if (state == link::kConnected) {
-        lblNoCon.setHidden(true);
-        btnHelp.setHidden(true);
+    if (!showLinkState(state)) return;
+    const bool connected = display().link == display::LinkState::Connected;
+    lblNoCon.setHidden(connected);
+    btnHelp.setHidden(connected);
+    if (connected) {
         leftAnimaImg.startAnimating();
         rightAnimaImg.startAnimating();
-    } else if (state == link::kNotConnected) {
-        lblNoCon.setHidden(false);
-        btnHelp.setHidden(false);
+    } else {
         showStill(leftAnimaImg, u'l');
         showStill(rightAnimaImg, u'r');
-        blueImage.setHidden(true);
-        for (const std::int32_t group : {kReadings, kFirstReadingOnly, kRcdRows1To4, kRcdRows5And6})
-            setHiddenLable(group, true);
-        setTitleColor(0);
     }
     spokenReading_.refresh();
 }
@@ -178,18 +176,18 @@ void MainViewController::getblueView(const Notification& notification) {
 }
 
 void MainViewController::pressRecord() {
-    if (!strfunction) return;
+    if (!display::canBeRecorded(display())) return;
     Rightbtn.setImage(kSaveImage);
     const std::string name = "S_" + std::to_string(array.count() + 1);
-    array.append({name, *strfunction, parameters, results, getTimeNow(), " "},
-                 getCellHeight(QString::fromStdString(parameters), QString::fromStdString(results)));
+    array.append({name, *strfunction(), parameters(), results(), getTimeNow(), " "},
+                 getCellHeight(QString::fromStdString(parameters()), QString::fromStdString(results())));
     nameRightButton();
 
     med->recordId = 0;
     med->dataName = name;
-    med->function = *strfunction;
-    med->parameters = parameters;
-    med->result = results;
+    med->function = *strfunction();
+    med->parameters = parameters();
+    med->result = results();
     med->dateTime = getTimeNow();
     med->comments = " ";
     med->recordName = "";
@@ -204,6 +202,10 @@ void MainViewController::pressClearTable() {
 
 std::string MainViewController::getTimeNow() const {
     return services_.timeText.text(services_.now());
+}
+
+std::string MainViewController::timeOfLatestRecord() const {
+    return strfunction() ? services_.timeText.text(latestRecord_) : std::string();
 }
 
 double MainViewController::getCellHeight(const QString& parametersText, const QString& resultText) const {
@@ -252,26 +254,9 @@ void MainViewController::nameRightButton() {
 }
 
 void MainViewController::didReceive3820Data(const protocol::MeterReading& record, bool success) {
+    latestRecord_ = services_.now();
     MeterDisplay::didReceive3820Data(record, success);
     spokenReading_.refresh();
-}
-
-QString MainViewController::displayInWords() const {
-    if (!lblNoCon.hidden()) return lblNoCon.text();
-    QStringList spoken;
-    const auto say = [&spoken](const QString& words) {
-        if (!words.trimmed().isEmpty()) spoken << words.trimmed();
-    };
-    if (const ui::Label* title = litTitle()) say(title->text());
-    if (!D1Value.hidden()) say(D1Value.text() + u' ' + D1Unit.text());
-    if (!D2Value.hidden()) say(D2Value.text() + u' ' + D2Unit.text());
-    for (const RcdRow& row : rcdRows) {
-        if (!row.Row.hidden() && !row.Value.hidden() && !row.Value.text().trimmed().isEmpty())
-            say(row.Row.text().trimmed() + u' ' + row.Angle.text() + u' ' + row.Value.text() + u' ' +
-                row.Unit.text());
-    }
-    if (!blueImage.hidden()) say(blueImage.accessibleName());
-    return spoken.isEmpty() ? QStringLiteral("No reading") : spoken.join(QStringLiteral(", "));
 }
 
 }  // namespace kestrix::live

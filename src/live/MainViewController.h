@@ -24,6 +24,19 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     Q_OBJECT
     Q_PROPERTY(kestrix::live::SessionList* dataList READ dataList CONSTANT FINAL)
     Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)
+    KESTRIX_CONTROL(Label, lblNoCon)
+    KESTRIX_CONTROL(Button, btnHelp)
+    KESTRIX_CONTROL(Button, btnRecord)
+    KESTRIX_CONTROL(Button, Leftbtn)
+    KESTRIX_CONTROL(Button, Rightbtn)
+    KESTRIX_CONTROL(ImageView, leftAnimaImg)
+    KESTRIX_CONTROL(ImageView, rightAnimaImg)
+    KESTRIX_CONTROL(Label, headerDataName)
+    KESTRIX_CONTROL(Label, headerFunction)
+    KESTRIX_CONTROL(Label, headerParameters)
+    KESTRIX_CONTROL(Label, headerResult)
+    KESTRIX_CONTROL(Label, headerDateTime)
+    KESTRIX_CONTROL(Label, headerComments)
 
   public:
     // makeLink: makes the link, which the screen starts and becomes the delegate of; none: one over the
@@ -43,11 +56,13 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void getblueView(const platform::Notification& notification);
 
     // Takes the latest record's texts into the list and the database; the database row is durable when this
-    // returns. Nothing before the first record.
+    // returns. Nothing before the first record, and nothing while the latest record was not understood.
     void pressRecord();
     void pressClearTable();
     // Local time, as ui::kTimePattern says.
     std::string getTimeNow() const;
+    // The time of the latest record, in the same form; empty before the first one.
+    std::string timeOfLatestRecord() const;
     // The height of a row of the list, in points.
     double getCellHeight(const QString& parametersText, const QString& resultText) const;
 
@@ -74,6 +89,12 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     ui::Button Rightbtn{*this, "Rightbtn", ui::Button::Event::TouchUpInside};
     ui::ImageView leftAnimaImg;
     ui::ImageView rightAnimaImg;
+    ui::Label headerDataName{*this, "headerDataName"};
+    ui::Label headerFunction{*this, "headerFunction"};
+    ui::Label headerParameters{*this, "headerParameters"};
+    ui::Label headerResult{*this, "headerResult"};
+    ui::Label headerDateTime{*this, "headerDateTime"};
+    ui::Label headerComments{*this, "headerComments"};
 
     // What `viewDidLoad` creates.
     std::unique_ptr<storage::MeasureData> med;
@@ -88,12 +109,11 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void nameRightButton();
     // Without a container the user is told.
     void showSideBar(std::int32_t direction);
-    QString displayInWords() const;
 
     ui::Services services_;
     MakeLink makeLink_;
-    std::array<ui::Label, 6> headers_;
-    SpokenReading spokenReading_{*this, "spokenReading", [this] { return displayInWords(); }};
+    std::chrono::system_clock::time_point latestRecord_;  // when it came
+    SpokenReading spokenReading_{*this, "spokenReading", [this] { return inWords(display()); }};
     platform::NotificationCenter::Subscription linkStates_;
     platform::NotificationCenter::Subscription clearings_;
     platform::NotificationCenter::Subscription slides_;

@@ -1,13 +1,11 @@
 #include "live/MeterDisplay.h"
 
-#include <span>
+#include <QAnyStringView>
 
-#include "live/MeasurementTexts.h"
+#include "display/MeasurementTexts.h"
 
 namespace kestrix::live {
 namespace {
-
-using protocol::MeterReading;
 
 constexpr QRgb kTransparent = 0;
 const QColor kLitTitle(39, 121, 205);
@@ -24,122 +22,81 @@ const std::array<Style, 4> kStyles{{
     {QColor::fromRgba(kTransparent), 20},  // main readings
 }};
 
-const std::array<QString, 6> kTitleTexts{
-    QStringLiteral("INSULATION"), QStringLiteral("RE"),       QStringLiteral("LOW OHM"),
-    QStringLiteral("V"),          QStringLiteral("LOOP/PFC"), QStringLiteral("RCD"),
-};
+// In the order of the tester's dial.
+constexpr std::array<ui::Label MeterDisplay::*, display::kTitles.size()> kTitleLabels{
+    &MeterDisplay::fun1, &MeterDisplay::fun2, &MeterDisplay::fun3,
+    &MeterDisplay::fun4, &MeterDisplay::fun5, &MeterDisplay::fun6};
 
-// The title that a function code lights, counted from 0. The titles stand in the order of the tester's dial.
-struct TitleOfCode {
-    std::int32_t code;
-    std::size_t title;
-};
-constexpr TitleOfCode kTitleOfCode[] = {{'1', 1}, {'2', 0}, {'3', 2}, {'4', 3}, {'5', 4}, {'6', 5}, {'7', 5}};
+QString text(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
 
-constexpr std::int32_t kLastRcdStep = 13;
+// Most texts are those of the record before: they are compared as they stand, and nothing is allocated.
+void showText(ui::Label& label, const std::string& utf8) {
+    const QAnyStringView next(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    if (QAnyStringView(label.text()) != next) label.setText(text(utf8));
+}
 
-QString text(const std::string& utf8) {
-    return QString::fromStdString(utf8);
+void showReading(ui::Label& value, ui::Label& unit, const display::Reading& reading) {
+    showText(value, reading.value);
+    showText(unit, reading.unit);
+    value.setHidden(reading.hidden);
+    unit.setHidden(reading.hidden);
+}
+
+void showRow(RcdRow& labels, const display::RcdRow& row) {
+    showText(labels.Value, row.value);
+    labels.Value.setHidden(row.valueHidden);
+    for (ui::Label* label : {&labels.Row, &labels.Angle, &labels.Unit}) label->setHidden(row.hidden);
 }
 
 }  // namespace
 
-std::int32_t MeterDisplay::showMode = 0;
-std::int32_t MeterDisplay::lastSubFuncF2 = 0;
-std::int32_t MeterDisplay::rcdStep = 0;
+display::Counters MeterDisplay::counters;
 
 MeterDisplay::MeterDisplay()
     : Screen(ui::ScreenId::MainView),
-      rcdRows{{{*this, 1}, {*this, 2}, {*this, 3}, {*this, 4}, {*this, 5}, {*this, 6}}} {}
+      rcdRows{{{*this, 1}, {*this, 2}, {*this, 3}, {*this, 4}, {*this, 5}, {*this, 6}}} {
+    display_.counters = counters;
+}
 
 void MeterDisplay::buildReadings() {
     for (ui::Label* label : {&D1Value, &D1Unit, &D2Value, &D2Unit}) setUILabelView(*label, kReadingStyle, {});
     for (std::size_t i = 0; i < rcdRows.size(); ++i) {
-        setUILabelView(rcdRows[i].Row, kRcdRowStyle, QString::fromUtf8(kRcdRowTexts[i].multiplier));
-        setUILabelView(rcdRows[i].Angle, kRcdRowStyle, QString::fromUtf8(kRcdRowTexts[i].angle));
+        setUILabelView(rcdRows[i].Row, kRcdRowStyle, text(display::kRcdRowTexts[i].multiplier));
+        setUILabelView(rcdRows[i].Angle, kRcdRowStyle, text(display::kRcdRowTexts[i].angle));
         setUILabelView(rcdRows[i].Value, kRcdRowStyle, {});
-        setUILabelView(rcdRows[i].Unit, kRcdRowStyle, QStringLiteral("ms"));
+        setUILabelView(rcdRows[i].Unit, kRcdRowStyle, text(display::kRcdUnit));
     }
 }
 
 void MeterDisplay::buildTitles() {
-    const auto labels = titles();
-    for (std::size_t i = 0; i < labels.size(); ++i) setUILabelView(*labels[i], kTitleStyle, kTitleTexts[i]);
+    for (std::size_t i = 0; i < kTitleLabels.size(); ++i)
+        setUILabelView(this->*kTitleLabels[i], kTitleStyle, text(display::kTitles[i].text));
 }
 
-void MeterDisplay::didReceive3820Data(const MeterReading& record, bool) {
-    setTitleColor(record.iFunction);
-    blueImage.setHidden(record.bAlarmFlag == 0);
-    strfunction = record.strfunction;
-    intfunctions = record.iFunction;
-    switch (record.iFunction) {
-        case '7':
-            showRcdSequence(record);
-            break;
-        case '6':
-            showOneReading(record);
-            break;
-        default:
-            showTwoReadings(record);
+void MeterDisplay::didReceive3820Data(const protocol::MeterReading& record, bool) {
+    display_.counters = counters;
+    display::recordCame(display_, record);
+    counters = display_.counters;
+    show();
+}
+
+bool MeterDisplay::showLinkState(std::int32_t state) {
+    if (!display::linkStateChanged(display_, state)) return false;
+    show();
+    return true;
+}
+
+void MeterDisplay::show() {
+    showReading(D1Value, D1Unit, display_.first);
+    showReading(D2Value, D2Unit, display_.second);
+    for (std::size_t i = 0; i < rcdRows.size(); ++i) showRow(rcdRows[i], display_.rcdRows[i]);
+    for (std::size_t i = 0; i < kTitleLabels.size(); ++i) {
+        const bool lit = display::kTitles[i].title == display_.title;
+        (this->*kTitleLabels[i]).setBackgroundColor(lit ? kLitTitle : QColor(Qt::transparent));
     }
-    ClearData();
-    if (!parametersText(intfunctions, record, parameters)) return;
-    RcdValues rcd;
-    if (intfunctions == '7') {
-        for (std::size_t i = 0; i < rcd.size(); ++i) rcd[i] = rcdRows[i].Value.text().toStdString();
-    }
-    results = resultsText(intfunctions, record, rcd);
-}
-
-void MeterDisplay::showRcdSequence(const MeterReading& record) {
-    if (!D1Value.hidden()) {
-        ClearRCDValue();
-        setHiddenLable(kReadings, true);
-    }
-    if (record.iSubFuncF2 != lastSubFuncF2) ClearRCDValue();
-    const bool sixRows = record.iSubFuncF2 < 2;
-    showMode = sixRows ? 3 : 2;
-    lastSubFuncF2 = record.iSubFuncF2;
-    setHiddenLable(kRcdRows1To4, false);
-    setHiddenLable(kRcdRows5And6, !sixRows);
-    advanceRcdSequence(record);
-}
-
-void MeterDisplay::showOneReading(const MeterReading& record) {
-    setHiddenLable(kRcdValues, true);
-    showMode = 1;
-    D1Value.setText(text(record.strValue1));
-    D1Unit.setText(text(record.strUnit1));
-    setHiddenLable(kFirstReadingOnly, false);
-    setHiddenLable(kRcdRows1To4, true);
-    setHiddenLable(kRcdRows5And6, true);
-}
-
-void MeterDisplay::showTwoReadings(const MeterReading& record) {
-    showMode = 0;
-    D1Value.setText(text(record.strValue1));
-    D1Unit.setText(text(record.strUnit1));
-    D2Value.setText(text(record.strValue2));
-    D2Unit.setText(text(record.strUnit2));
-    if (D2Value.hidden()) {
-        setHiddenLable(kReadings, false);
-        setHiddenLable(kRcdRows1To4, true);
-        setHiddenLable(kRcdRows5And6, true);
-    }
-    ClearRCDValue();
-}
-
-// A running sequence gives one trip time on every second record, from the third on.
-void MeterDisplay::advanceRcdSequence(const MeterReading& record) {
-    rcdStep = record.bTest != 0 ? rcdStep + 1 : 0;
-    if (rcdStep > kLastRcdStep) rcdStep = 0;
-    if (rcdStep == 1) return ClearRCDValue();
-    if (rcdStep < 3 || rcdStep % 2 == 0) return;
-    ui::Label& value = rcdRows[static_cast<std::size_t>((rcdStep - 3) / 2)].Value;
-    value.setText(text(record.strValue1));
-    setHiddenLable(kRcdValues, true);
-    value.setHidden(false);
-    if (rcdStep == kLastRcdStep) rcdStep = 0;
+    blueImage.setHidden(!display_.warning);
 }
 
 void MeterDisplay::setUILabelView(ui::Label& label, std::int32_t style, const QString& text) {
@@ -154,67 +111,36 @@ void MeterDisplay::setUILabelView(ui::Label& label, std::int32_t style, const QS
 }
 
 void MeterDisplay::setHiddenLable(std::int32_t group, bool hidden) {
-    const auto hideRows = [this, hidden](std::size_t first, std::size_t last) {
-        for (std::size_t i = first; i <= last; ++i) {
-            rcdRows[i].Row.setHidden(hidden);
-            rcdRows[i].Angle.setHidden(hidden);
-            rcdRows[i].Unit.setHidden(hidden);
-        }
-    };
-    switch (group) {
-        case kReadings:
-        case kFirstReadingOnly:
-            D1Value.setHidden(hidden);
-            D1Unit.setHidden(hidden);
-            D2Value.setHidden(hidden || group == kFirstReadingOnly);
-            D2Unit.setHidden(hidden || group == kFirstReadingOnly);
-            break;
-        case kRcdRows1To4:
-            hideRows(0, 3);
-            break;
-        case kRcdRows5And6:
-            hideRows(4, 5);
-            break;
-        case kRcdValues:
-            for (RcdRow& row : rcdRows) row.Value.setHidden(hidden);
-            break;
-        default:
-            break;
-    }
+    display::setHidden(display_, group, hidden);
+    show();
 }
 
 void MeterDisplay::setTitleColor(std::int32_t code) {
-    const auto labels = titles();
-    const ui::Label* lit = nullptr;
-    for (const TitleOfCode& row : kTitleOfCode) {
-        if (row.code == code) lit = labels[row.title];
-    }
-    for (ui::Label* title : labels)
-        title->setBackgroundColor(title == lit ? kLitTitle : QColor(Qt::transparent));
+    display_.title = display::titleOf(code);
+    show();
 }
 
 std::string MeterDisplay::getRCDResult(const std::string& value, const std::string& multiplier,
                                        const std::string& angle) const {
-    return rcdResultText(value, multiplier, angle);
+    std::string text;
+    display::appendRcdResult(text, value, multiplier, angle);
+    return text;
 }
 
 void MeterDisplay::ClearRCDValue() {
-    for (RcdRow& row : rcdRows) row.Value.setText(QStringLiteral(" "));
+    display::clearRcdValues(display_);
+    show();
 }
 
 void MeterDisplay::ClearData() {
-    results.clear();
+    display_.results.clear();
 }
 
 const ui::Label* MeterDisplay::litTitle() const {
-    for (const ui::Label* title : {&fun1, &fun2, &fun3, &fun4, &fun5, &fun6}) {
-        if (title->backgroundColor() == kLitTitle) return title;
+    for (std::size_t i = 0; i < kTitleLabels.size(); ++i) {
+        if (display::kTitles[i].title == display_.title) return &(this->*kTitleLabels[i]);
     }
     return nullptr;
-}
-
-std::array<ui::Label*, 6> MeterDisplay::titles() {
-    return {&fun1, &fun2, &fun3, &fun4, &fun5, &fun6};
 }
 
 }  // namespace kestrix::live

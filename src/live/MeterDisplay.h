@@ -5,17 +5,55 @@
 #include <optional>
 #include <string>
 
+#include "display/Display.h"
+#include "display/Steps.h"
 #include "link/BusinessCommunicationDelegate.h"
+#include "live/ControlProperty.h"
 #include "live/RcdRow.h"
 #include "protocol/MeterReading.h"
 #include "ui/Screen.h"
 
 namespace kestrix::live {
 
-// The tester's display on the screen: which labels are there, what they show for a record, and the texts that
-// describe the latest measurement. Needs neither a link nor a database.
+// The tester's display on the screen: its labels, which show a display::Display and decide nothing. Needs
+// neither a link nor a database.
 class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicationDelegate {
     Q_OBJECT
+    KESTRIX_CONTROL(Label, D1Value)
+    KESTRIX_CONTROL(Label, D1Unit)
+    KESTRIX_CONTROL(Label, D2Value)
+    KESTRIX_CONTROL(Label, D2Unit)
+    KESTRIX_CONTROL_AT(Label, RCD1Row, rcdRows[0].Row)
+    KESTRIX_CONTROL_AT(Label, RCD1Angle, rcdRows[0].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD1Value, rcdRows[0].Value)
+    KESTRIX_CONTROL_AT(Label, RCD1Unit, rcdRows[0].Unit)
+    KESTRIX_CONTROL_AT(Label, RCD2Row, rcdRows[1].Row)
+    KESTRIX_CONTROL_AT(Label, RCD2Angle, rcdRows[1].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD2Value, rcdRows[1].Value)
+    KESTRIX_CONTROL_AT(Label, RCD2Unit, rcdRows[1].Unit)
+    KESTRIX_CONTROL_AT(Label, RCD3Row, rcdRows[2].Row)
+    KESTRIX_CONTROL_AT(Label, RCD3Angle, rcdRows[2].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD3Value, rcdRows[2].Value)
+    KESTRIX_CONTROL_AT(Label, RCD3Unit, rcdRows[2].Unit)
+    KESTRIX_CONTROL_AT(Label, RCD4Row, rcdRows[3].Row)
+    KESTRIX_CONTROL_AT(Label, RCD4Angle, rcdRows[3].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD4Value, rcdRows[3].Value)
+    KESTRIX_CONTROL_AT(Label, RCD4Unit, rcdRows[3].Unit)
+    KESTRIX_CONTROL_AT(Label, RCD5Row, rcdRows[4].Row)
+    KESTRIX_CONTROL_AT(Label, RCD5Angle, rcdRows[4].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD5Value, rcdRows[4].Value)
+    KESTRIX_CONTROL_AT(Label, RCD5Unit, rcdRows[4].Unit)
+    KESTRIX_CONTROL_AT(Label, RCD6Row, rcdRows[5].Row)
+    KESTRIX_CONTROL_AT(Label, RCD6Angle, rcdRows[5].Angle)
+    KESTRIX_CONTROL_AT(Label, RCD6Value, rcdRows[5].Value)
+    KESTRIX_CONTROL_AT(Label, RCD6Unit, rcdRows[5].Unit)
+    KESTRIX_CONTROL(Label, fun1)
+    KESTRIX_CONTROL(Label, fun2)
+    KESTRIX_CONTROL(Label, fun3)
+    KESTRIX_CONTROL(Label, fun4)
+    KESTRIX_CONTROL(Label, fun5)
+    KESTRIX_CONTROL(Label, fun6)
+    KESTRIX_CONTROL(ImageView, blueImage)
 
   public:
     // How `setUILabelView` styles a label.
@@ -24,18 +62,9 @@ class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicat
     static constexpr std::int32_t kHeaderStyle = 2;
     static constexpr std::int32_t kReadingStyle = 3;
 
-    // Groups of labels that are shown and hidden together.
-    static constexpr std::int32_t kReadings = 1;
-    static constexpr std::int32_t kFirstReadingOnly = 2;  // the second is hidden whatever the flag says
-    static constexpr std::int32_t kRcdRows1To4 = 3;
-    static constexpr std::int32_t kRcdRows5And6 = 4;
-    static constexpr std::int32_t kRcdValues = 5;
-
-    // Process-wide; a disconnect does not change them.
-    static std::int32_t
-        showMode;  // 0 two readings, 1 one, 2 RCD with four rows, 3 with six; nothing reads it
-    static std::int32_t lastSubFuncF2;  // of the last RCD record
-    static std::int32_t rcdStep;        // position in the RCD sequence, 0 to 13
+    // showMode, lastSubFuncF2 and rcdStep of the process: every screen goes on where the last record, on
+    // whichever screen, left them.
+    static display::Counters counters;
 
     MeterDisplay();
 
@@ -44,7 +73,7 @@ class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicat
 
     // Styles 0 to 3; any other leaves background and font as they are.
     void setUILabelView(ui::Label& label, std::int32_t style, const QString& text);
-    // Any other group does nothing.
+    // Groups 1 to 5 (display/Steps.h); any other does nothing.
     void setHiddenLable(std::int32_t group, bool hidden);
     // Lights the title of a function code, '1' to '7'; any other lights none.
     void setTitleColor(std::int32_t code);
@@ -54,21 +83,24 @@ class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicat
     void ClearRCDValue();
     void ClearData();
 
+    // What the labels show.
+    const display::Display& display() const { return display_; }
+
+    // Of the latest record; strfunction: none until the first one.
+    const std::optional<std::string>& strfunction() const { return display_.strfunction; }
+    std::int32_t intfunctions() const { return display_.intfunctions; }
+    const std::string& parameters() const { return display_.parameters; }
+    const std::string& results() const { return display_.results; }
+
     // The title that is lit; none when none is.
     const ui::Label* litTitle() const;
-
-    // The latest record's; none until the first one.
-    std::optional<std::string> strfunction;
-    std::int32_t intfunctions = 0;  // a character code
-    std::string parameters;
-    std::string results;
 
     ui::Label D1Value{*this, "D1Value"};
     ui::Label D1Unit{*this, "D1Unit"};
     ui::Label D2Value{*this, "D2Value"};
     ui::Label D2Unit{*this, "D2Unit"};
     // RCD1Row, RCD1Angle, RCD1Value, RCD1Unit to RCD6Unit.
-    std::array<RcdRow, kRcdRows> rcdRows;
+    std::array<RcdRow, display::kRcdRows> rcdRows;
     // In the order of the tester's dial.
     ui::Label fun1{*this, "fun1"};
     ui::Label fun2{*this, "fun2"};
@@ -81,13 +113,13 @@ class MeterDisplay : public kestrix::ui::Screen, public link::BusinessCommunicat
   protected:
     void buildReadings();
     void buildTitles();
+    // As linkStateChanged of display/Steps.h. False when the state changes nothing.
+    bool showLinkState(std::int32_t state);
 
   private:
-    void showRcdSequence(const protocol::MeterReading& record);
-    void showOneReading(const protocol::MeterReading& record);
-    void showTwoReadings(const protocol::MeterReading& record);
-    void advanceRcdSequence(const protocol::MeterReading& record);
-    std::array<ui::Label*, 6> titles();
+    void show();
+
+    display::Display display_;
 };
 
 }  // namespace kestrix::live

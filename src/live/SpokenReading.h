@@ -5,9 +5,13 @@
 #include <functional>
 #include <utility>
 
+#include "display/Display.h"
 #include "ui/Control.h"
 
 namespace kestrix::live {
+
+// What the display shows, in words: its function, its readings, the warning.
+QString inWords(const display::Display& display);
 
 // The whole display in words, for a screen reader: as it is whenever it is asked for.
 class SpokenReading : public kestrix::ui::Control {

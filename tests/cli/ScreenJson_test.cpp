@@ -7,24 +7,18 @@
 #include <string>
 #include <vector>
 
+#include "display/Steps.h"
 #include "tests/cli/ExampleReadings.h"
 
 namespace kestrix::cli {
 namespace {
 
-using live::MeterDisplay;
 using nlohmann::ordered_json;
 
 // A display in a process that has shown nothing yet.
 class ScreenJson : public ::testing::Test {
   protected:
-    ScreenJson() {
-        MeterDisplay::showMode = 0;
-        MeterDisplay::lastSubFuncF2 = 0;
-        MeterDisplay::rcdStep = 0;
-    }
-
-    void show(const protocol::MeterReading& reading) { display_.didReceive3820Data(reading, true); }
+    void show(const protocol::MeterReading& reading) { display::recordCame(display_, reading); }
     std::string text() const {
         std::string out;
         appendScreenJson(out, display_);
@@ -32,7 +26,7 @@ class ScreenJson : public ::testing::Test {
     }
     ordered_json parsed() const { return ordered_json::parse(text()); }
 
-    ConnectedDisplay display_;
+    display::Display display_ = connectedDisplay();
 };
 
 std::string label(const std::string& name, const std::string& text, bool hidden) {
@@ -150,34 +144,65 @@ const std::vector<FirstRecord> kFirstRecords{
 INSTANTIATE_TEST_SUITE_P(Functions, ScreenJsonOf, ::testing::ValuesIn(kFirstRecords));
 
 TEST_F(ScreenJson, TheStateOfTheProcessIsPartOfIt) {
-    MeterDisplay::showMode = -2147483647 - 1;
-    MeterDisplay::lastSubFuncF2 = 255;
-    MeterDisplay::rcdStep = 12;
+    display_.counters = {-2147483647 - 1, 255, 12};
     EXPECT_EQ(parsed().at("showMode"), -2147483648LL);
     EXPECT_EQ(parsed().at("lastSubFuncF2"), 255);
     EXPECT_EQ(parsed().at("rcdStep"), 12);
 }
 
-// The key is the name under which the screen itself finds the label.
-TEST_F(ScreenJson, EveryLabelStandsUnderItsOwnName) {
-    std::vector<std::string> names;
-    const ordered_json labels = parsed().at("labels");
-    for (const auto& item : labels.items()) names.push_back(item.key());
-    ASSERT_EQ(names.size(), 28U);
-    for (const std::string& name : names) {
-        SCOPED_TRACE(name);
-        ui::Label* const label = display_.label(QString::fromStdString(name));
-        ASSERT_NE(label, nullptr);
-        label->setText(QString::fromStdString("text of " + name));
-        const ordered_json before = parsed().at("labels");
-        EXPECT_EQ(before.at(name).at("text"), "text of " + name);
-        label->setHidden(true);
-        ordered_json after = parsed().at("labels");
-        EXPECT_TRUE(after.at(name).at("hidden"));
-        after.at(name).at("hidden") = false;
-        EXPECT_EQ(after, before);
-        label->setHidden(false);
+// Every part of the value changes the labels that stand for it, and no other.
+TEST_F(ScreenJson, EveryPartOfTheValueHasItsLabels) {
+    struct Part {
+        std::string name;
+        std::string* text;  // none where the text is always the same
+        bool* hidden;
+    };
+    std::vector<Part> parts{{"D1Value", &display_.first.value, &display_.first.hidden},
+                            {"D1Unit", &display_.first.unit, &display_.first.hidden},
+                            {"D2Value", &display_.second.value, &display_.second.hidden},
+                            {"D2Unit", &display_.second.unit, &display_.second.hidden}};
+    for (std::size_t i = 0; i < display_.rcdRows.size(); ++i) {
+        display::RcdRow& row = display_.rcdRows[i];
+        const std::string stem = "RCD" + std::to_string(i + 1);
+        parts.push_back({stem + "Row", nullptr, &row.hidden});
+        parts.push_back({stem + "Angle", nullptr, &row.hidden});
+        parts.push_back({stem + "Value", &row.value, &row.valueHidden});
+        parts.push_back({stem + "Unit", nullptr, &row.hidden});
     }
+    ASSERT_EQ(parsed().at("labels").size(), parts.size());
+    for (const Part& changed : parts) {
+        SCOPED_TRACE(changed.name);
+        ordered_json expected = parsed();
+        *changed.hidden = true;
+        if (changed.text != nullptr) {
+            *changed.text = "text of " + changed.name;
+            expected["labels"].at(changed.name)["text"] = *changed.text;
+        }
+        for (const Part& part : parts) {
+            if (part.hidden == changed.hidden) expected["labels"].at(part.name)["hidden"] = true;
+        }
+        EXPECT_EQ(parsed(), expected);
+        *changed.hidden = false;
+    }
+}
+
+// Longer than any room that is made beforehand, and every character escaped.
+TEST_F(ScreenJson, LongTextsAreWhole) {
+    const std::string text(20'000, '\x01');
+    display_.results = display_.first.value = display_.rcdRows[5].value = text;
+    const ordered_json screen = parsed();
+    EXPECT_EQ(screen.at("results"), text);
+    EXPECT_EQ(screen.at("labels").at("D1Value").at("text"), text);
+    EXPECT_EQ(screen.at("labels").at("RCD6Value").at("text"), text);
+}
+
+// All that stands there beside the texts fits into the room for it, in every state.
+TEST_F(ScreenJson, TheLongestNumbersAndWordsHaveRoom) {
+    display_.counters = {-2147483647 - 1, -2147483647 - 1, -2147483647 - 1};
+    display_.intfunctions = -2147483647 - 1;
+    display_.title = display::Title::Rcd;
+    display_.rcdRows = {};
+    EXPECT_LT(text().size(), 2560U - 256U);
 }
 
 TEST_F(ScreenJson, TextsKeepTheirCharacters) {

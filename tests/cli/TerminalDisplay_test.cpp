@@ -11,6 +11,7 @@
 
 #include "apps/kestrix-cli/LargeDigits.h"
 #include "apps/kestrix-cli/TerminalText.h"
+#include "display/Steps.h"
 #include "tests/cli/ExampleReadings.h"
 
 namespace kestrix::cli {
@@ -23,8 +24,17 @@ using Lines = std::vector<std::string>;
 constexpr TerminalStyle kPlain{false, 80};
 constexpr std::string_view kFunctions = "1234567";
 
+// Behind the record, on a display that a tester has just been connected to.
 DisplayState connectedWith(const protocol::MeterReading& reading) {
-    return {"simulator:", true, reading, 10.0, 0.1, 421, ""};
+    DisplayState state{"simulator:", {}, reading, 10.0, 0.1, 421, ""};
+    display::linkStateChanged(state.display, 0);
+    display::linkStateChanged(state.display, 1);
+    display::recordCame(state.display, reading);
+    return state;
+}
+
+void disconnect(DisplayState& state) {
+    display::linkStateChanged(state.display, 0);
 }
 
 std::string joined(const Lines& lines) {
@@ -103,9 +113,11 @@ TEST(TerminalDisplay, ShowsTheReadingsOfEveryFunction) {
     for (const char function : kFunctions) {
         const auto reading = exampleReading(function);
         const auto lines = renderDisplay(connectedWith(reading), kPlain);
-        EXPECT_TRUE(showsLarge(lines, reading.strValue1)) << joined(lines);
-        EXPECT_THAT(joined(lines), HasSubstr("  " + reading.strUnit1 + " "));
-        if (function != '7' && !reading.strValue2.empty()) {
+        const bool autoTest = function == '7';  // has rows in place of readings
+        EXPECT_EQ(showsLarge(lines, reading.strValue1), !autoTest) << joined(lines);
+        if (autoTest || function == '6') {
+            EXPECT_EQ(lines[10].find_first_not_of(" │x1/20°80·"), std::string::npos) << lines[10];
+        } else {
             EXPECT_THAT(joined(lines), HasSubstr(reading.strValue2 + " " + reading.strUnit2));
         }
     }
@@ -183,14 +195,28 @@ TEST(TerminalDisplay, EachSymbolFollowsItsFlag) {
     }
 }
 
-TEST(TerminalDisplay, AutoTestShowsItsSixSlots) {
+// The trip time of the row that was written last, and in large digits; the others are a dot, as in the
+// window.
+TEST(TerminalDisplay, AnAutoTestShowsItsRowsAndTheLatestTripTime) {
     auto reading = exampleReading('7');
-    const auto text = plainText(connectedWith(reading));
-    for (const char* slot : {"x1/2 0°         ·", "x1/2 180°       ·", "x1 0°           ·",
-                             "x1 180°   18.3 mS", "x5 0°           ·", "x5 180°         ·"}) {
-        EXPECT_THAT(text, HasSubstr(slot));
-    }
+    reading.bTest = 1;
+    auto state = connectedWith(reading);
+    for (const char* row : {"x1/2 0°         ·", "x1/2 180°       ·", "x1 0°           ·",
+                            "x1 180°         ·", "x5 0°           ·", "x5 180°         ·"})
+        EXPECT_THAT(plainText(state), HasSubstr(row));
+    for (int i = 2; i <= 9; ++i) display::recordCame(state.display, reading);
+    EXPECT_THAT(plainText(state), HasSubstr("x1 0°           ·"));
+    EXPECT_THAT(plainText(state), HasSubstr("x1 180°   18.3 ms"));
+    EXPECT_TRUE(showsLarge(renderDisplay(state, kPlain), "18.3"));
     EXPECT_THAT(plainText(connectedWith(exampleReading('6'))), Not(HasSubstr("x1/2")));
+}
+
+TEST(TerminalDisplay, AnAutoTestWithFourRowsShowsFour) {
+    auto reading = exampleReading('7');
+    reading.iSubFuncF2 = 2;
+    const auto text = plainText(connectedWith(reading));
+    EXPECT_THAT(text, HasSubstr("x1 180°"));
+    EXPECT_THAT(text, Not(HasSubstr("x5")));
 }
 
 TEST(TerminalDisplay, LinkState) {
@@ -201,7 +227,7 @@ TEST(TerminalDisplay, LinkState) {
         EXPECT_THAT(text, HasSubstr(part));
     }
     EXPECT_THAT(text, Not(HasSubstr("Not Connected")));
-    state.connected = false;
+    disconnect(state);
     state.secondsSinceLastFrame.reset();
     state.problem = "no such port";
     text = plainText(state);
@@ -216,7 +242,7 @@ TEST(TerminalDisplay, WithoutALinkNothingOfTheReadingIsShown) {
         for (const bool colour : {false, true}) {
             for (const char function : kFunctions) {
                 auto with = connectedWith(exampleReading(function));
-                with.connected = false;
+                disconnect(with);
                 auto without = with;
                 without.reading.reset();
                 EXPECT_EQ(renderDisplay(with, {colour, columns}), renderDisplay(without, {colour, columns}));
@@ -224,7 +250,7 @@ TEST(TerminalDisplay, WithoutALinkNothingOfTheReadingIsShown) {
         }
     }
     auto gone = connectedWith(exampleReading('6'));
-    gone.connected = false;
+    disconnect(gone);
     const auto lines = renderDisplay(gone, kPlain);
     for (std::size_t i = 1; i + 3 < lines.size(); ++i) {
         EXPECT_EQ(lines[i].find_first_of("0123456789[]"), std::string::npos) << lines[i];
@@ -233,7 +259,7 @@ TEST(TerminalDisplay, WithoutALinkNothingOfTheReadingIsShown) {
 
 TEST(TerminalDisplay, ConnectedWithoutAReading) {
     DisplayState state;
-    state.connected = true;
+    display::linkStateChanged(state.display, 1);
     const auto text = plainText(state);
     EXPECT_THAT(text, HasSubstr("Waiting for a reading"));
     EXPECT_THAT(text, Not(HasSubstr("[")));
@@ -251,6 +277,7 @@ TEST(TerminalDisplay, NoLineIsWiderThanTheTerminal) {
         for (const char function : kFunctions) {
             state.reading = exampleReading(function);
             state.reading->strF1Value += std::string(50, 'w');
+            display::recordCame(state.display, *state.reading);
             for (const bool colour : {false, true}) {
                 for (const auto& line : renderDisplay(state, {colour, columns})) {
                     const auto text = withoutEscapeCodes(line);
@@ -351,6 +378,7 @@ TEST(TerminalDisplay, ControlCharactersDoNotReachTheTerminal) {
                        &state.reading->strF1Name, &state.reading->strF1Value, &state.reading->strLpe}) {
         *text = hostile;
     }
+    display::recordCame(state.display, *state.reading);
     for (const auto& line : renderDisplay(state, kPlain)) EXPECT_EQ(printable(line), line);
 }
 

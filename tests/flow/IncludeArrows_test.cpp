@@ -20,14 +20,16 @@ const std::map<std::string, Folders>& arrows() {
     static const std::map<std::string, Folders> allowed{
         {"protocol", {}},
         {"simulator", {}},
+        {"display", {"protocol"}},
         {"platform", {}},
         {"ui", {"platform"}},
         {"link", {"protocol", "platform", "ui"}},
         {"storage", {"platform", "ui"}},
-        {"live", {"link", "storage", "protocol", "platform", "ui"}},
+        {"live", {"display", "link", "storage", "protocol", "platform", "ui"}},
         {"history", {"storage", "platform", "ui"}},
         {"shell",
-         {"protocol", "simulator", "platform", "ui", "link", "storage", "live", "history", "artwork"}},
+         {"protocol", "display", "simulator", "platform", "ui", "link", "storage", "live", "history",
+          "artwork"}},
     };
     return allowed;
 }
@@ -42,7 +44,7 @@ std::vector<std::string> wrongIncludes(const std::string& folder, std::istream& 
         const std::string path = match[2];
         const std::string target = path.substr(0, path.find('/'));
         const bool system = match[1] == "<";
-        const bool pure = folder == "protocol" || folder == "simulator";
+        const bool pure = folder == "protocol" || folder == "simulator" || folder == "display";
         if (system) {
             // Pure C++: the standard headers have neither a folder nor an ending nor a capital letter.
             if (pure && path.find_first_of("/.ABCDEFGHIJKLMNOPQRSTUVWXYZ") != std::string::npos)
@@ -79,6 +81,7 @@ TEST(IncludeArrows, AWrongArrowIsFound) {
     EXPECT_EQ(wrongIncludesIn("protocol", "#include \"platform/Log.h\"\n").size(), 1U);
     EXPECT_EQ(wrongIncludesIn("platform", "#include \"protocol/MeterReading.h\"\n").size(), 1U);
     EXPECT_EQ(wrongIncludesIn("simulator", "  # include \"protocol/HexText.h\"\n").size(), 1U);
+    EXPECT_EQ(wrongIncludesIn("display", "#include \"platform/Log.h\"\n#include <QString>\n").size(), 2U);
     EXPECT_EQ(wrongIncludesIn("link", "#include \"live/MainViewController.h\"\n").size(), 1U);
     EXPECT_EQ(wrongIncludesIn("link", "#include \"apps/common/SimulatorSource.h\"\n").size(), 1U);
     EXPECT_EQ(

@@ -6,9 +6,12 @@
 #include <string>
 
 #include "live/MeterDisplay.h"
-#include "tests/live/Records.h"
+#include "tests/display/Records.h"
 
 namespace kestrix::live {
+
+using display::recordOf;
+using display::sequenceRecord;
 
 // The display alone, with the labels that the live screen gives it.
 class BuiltDisplay final : public MeterDisplay {
@@ -22,9 +25,7 @@ class BuiltDisplay final : public MeterDisplay {
 
 // As in a process that has just begun.
 inline void resetDisplayState() {
-    MeterDisplay::showMode = 0;
-    MeterDisplay::lastSubFuncF2 = 0;
-    MeterDisplay::rcdStep = 0;
+    MeterDisplay::counters = {};
 }
 
 // Adds `name` for labels that are all shown, nothing for labels that are all hidden.

@@ -37,9 +37,9 @@ TEST_F(FramesOnScreenTest, AFrameEndsInTheLabels) {
     EXPECT_EQ(second(), "500 V");
     EXPECT_EQ(screen_->litTitle(), &screen_->fun1);
     EXPECT_FALSE(screen_->blueImage.hidden());
-    EXPECT_EQ(screen_->strfunction, "INSULATION");
-    EXPECT_EQ(screen_->intfunctions, '2');
-    EXPECT_EQ(screen_->results, "1.23GΩ,500V");
+    EXPECT_EQ(screen_->strfunction(), "INSULATION");
+    EXPECT_EQ(screen_->intfunctions(), '2');
+    EXPECT_EQ(screen_->results(), "1.23GΩ,500V");
 }
 
 TEST_F(FramesOnScreenTest, TheLastOfManyFramesIsShown) {
@@ -57,16 +57,16 @@ TEST_F(FramesOnScreenTest, AFrameThatHoldsNothingUnlightsTheTitleAndEmptiesTheRe
     send(FrameBuilder('9'));
     EXPECT_EQ(screen_->litTitle(), nullptr);
     EXPECT_EQ(first(), " ");
-    EXPECT_EQ(screen_->results, "");
+    EXPECT_EQ(screen_->results(), "");
 }
 
 TEST_F(FramesOnScreenTest, AnAutomaticSequenceFillsItsRowsFrameByFrame) {
     for (std::uint16_t number = 1; number <= 13; ++number)
         send(FrameBuilder('6').setting(1, 0).reading(1, number, 0x00).alarm(0x02));
-    EXPECT_EQ(screen_->intfunctions, '7');
+    EXPECT_EQ(screen_->intfunctions(), '7');
     EXPECT_EQ(tripTimes(*screen_), "[3][5][7][9][11][13]");
     EXPECT_EQ(shownLabels(*screen_), "rows1-4 rows5-6 value6");
-    EXPECT_TRUE(screen_->results.starts_with("x1/2 0° :3ms,x1/2 180°:5ms,x1  0° :7ms,x1  180°:9ms,"));
+    EXPECT_TRUE(screen_->results().starts_with("x1/2 0° :3ms,x1/2 180°:5ms,x1  0° :7ms,x1  180°:9ms,"));
 }
 
 TEST_F(FramesOnScreenTest, ADisconnectBlanksTheDisplayAndTheTestersReturnShowsItsFramesAgain) {

@@ -32,6 +32,33 @@ TEST_F(SessionListOfScreenTest, PressingRecordBeforeAnyRecordHasArrivedDoesNothi
     EXPECT_TRUE(storedMeasures().empty());
 }
 
+// Such a record has no function's text, and still shows the parameters of the one before it.
+TEST_F(SessionListOfScreenTest, PressingRecordBehindAFrameThatWasNotUnderstoodDoesNothing) {
+    receive(recordOf('2'));
+    receive({});
+    const std::string before = rightImage();
+    press();
+    EXPECT_EQ(screen_->array.count(), 0);
+    EXPECT_EQ(rightImage(), before);
+    EXPECT_TRUE(storedMeasures().empty());
+    receive(recordOf('2'));
+    press();
+    EXPECT_EQ(names(), Log{"S_1"});
+}
+
+TEST_F(SessionListOfScreenTest, TheTimeOfTheLatestRecordIsWhenItCame) {
+    EXPECT_EQ(screen_->timeOfLatestRecord(), "");
+    receive(recordOf('1'));
+    now_ += 5s;
+    receive(recordOf('1'));
+    now_ += 1h;
+    post(link::Orvoblueviewnotification, std::string("0"));
+    press();
+    EXPECT_EQ(screen_->timeOfLatestRecord(), "2024-06-03 09:00:05");
+    EXPECT_EQ(screen_->array.row(0).DateTime, "2024-06-03 10:00:05")
+        << "stored as told: the time of the press";
+}
+
 TEST_F(SessionListOfScreenTest, APressTakesTheLatestRecordsTexts) {
     receive(recordOf('1'));
     receive(recordOf('2'));
@@ -103,8 +130,8 @@ TEST_F(SessionListOfScreenTest, TheDatabaseRowsAreTheRowsOfTheListWithTheTimeOfA
     }
     const auto stored = storedMeasures();
     ASSERT_EQ(stored.size(), 3U);
-    const char* const times[] = {"2024-06-03 09:00:00", "2024-06-03 09:00:01", "2024-06-03 09:00:02",
-                                 "2024-06-03 09:00:03", "2024-06-03 09:00:04", "2024-06-03 09:00:05"};
+    const char* const times[] = {"2024-06-03 09:00:01", "2024-06-03 09:00:02", "2024-06-03 09:00:04",
+                                 "2024-06-03 09:00:05", "2024-06-03 09:00:07", "2024-06-03 09:00:08"};
     for (std::size_t i = 0; i < stored.size(); ++i) {
         SCOPED_TRACE(i);
         const SessionRow& row = screen_->array.row(static_cast<int>(i));

@@ -89,7 +89,7 @@ TEST_F(LinkStateTest, ADisconnectWhileAnRcdSequenceIsShownHidesTheRowsButLeavesT
     postState("0");
     EXPECT_EQ(shownLabels(*screen_), "value2");
     EXPECT_EQ(tripTimes(*screen_), "[18][18][ ][ ][ ][ ]");
-    EXPECT_EQ(MeterDisplay::rcdStep, 5);
+    EXPECT_EQ(MeterDisplay::counters.rcdStep, 5);
 }
 
 TEST_F(LinkStateTest, AStateOf2IsStoredUnderBluestateButChangesNothingOnTheScreen) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QVariant>
+
 #include <algorithm>
 #include <string>
 
@@ -82,6 +84,19 @@ TEST_F(MainViewControllerTest, TheLightningsCycleThroughTheirSixImagesInASecondW
         EXPECT_EQ(row.view.animationDuration(), std::chrono::seconds(1));
         EXPECT_EQ(row.view.animationRepeatCount(), 0);
     }
+}
+
+// QML reads every control as a property of its name; a name that is mistyped is then found by the tools.
+TEST_F(MainViewControllerTest, EveryControlIsAPropertyOfItsOwnName) {
+    start();
+    int controls = 0;
+    for (const QObject* child : screen_->children()) {
+        if (qobject_cast<const ui::Control*>(child) == nullptr) continue;
+        const QVariant value = screen_->property(child->objectName().toLatin1());
+        EXPECT_EQ(value.value<QObject*>(), child) << child->objectName().toStdString();
+        ++controls;
+    }
+    EXPECT_EQ(controls, 35 + 14);  // the meter's, and the rest of the screen with the display in words
 }
 
 TEST_F(MainViewControllerTest, TheListHeadersHaveTheHeadersStyle) {

@@ -29,7 +29,7 @@ class MeterDisplayTest : public DisplayFixture {
         return names;
     }
     void showAll() {
-        display_.setHiddenLable(MeterDisplay::kReadings, false);
+        display_.setHiddenLable(display::kReadings, false);
         for (std::int32_t group = 3; group <= 5; ++group) display_.setHiddenLable(group, false);
     }
 };
@@ -118,10 +118,59 @@ TEST_F(MeterDisplayTest, EveryLabelHasItsFixedTextAndStyle) {
     }
 }
 
-TEST_F(MeterDisplayTest, TheTripTimesAreEmptyUntilTheyAreCleared) {
-    const BuiltDisplay built;
-    EXPECT_EQ(tripTimes(built), "[][][][][][]");
-    EXPECT_EQ(tripTimes(display_), kNoTripTimes);
+// The labels of every function and state say what the value says, and no more is told to the view than that.
+TEST_F(MeterDisplayTest, TheLabelsShowTheValueAfterEveryRecord) {
+    for (const std::uint8_t function : {'1', '2', '3', '4', '5', '6', '7', '7', '7', '9', '\0'}) {
+        protocol::MeterReading record = function == '7' ? sequenceRecord(1) : recordOf(function);
+        record.bAlarmFlag = function % 2;
+        receive(record);
+        const display::Display& value = display_.display();
+        const auto expectReading = [](const ui::Label& text, const ui::Label& unit,
+                                      const display::Reading& reading) {
+            EXPECT_EQ(text.text().toStdString(), reading.value);
+            EXPECT_EQ(unit.text().toStdString(), reading.unit);
+            EXPECT_EQ(text.hidden(), reading.hidden);
+            EXPECT_EQ(unit.hidden(), reading.hidden);
+        };
+        expectReading(display_.D1Value, display_.D1Unit, value.first);
+        expectReading(display_.D2Value, display_.D2Unit, value.second);
+        for (std::size_t i = 0; i < value.rcdRows.size(); ++i) {
+            const RcdRow& labels = display_.rcdRows[i];
+            EXPECT_EQ(labels.Value.text().toStdString(), value.rcdRows[i].value);
+            EXPECT_EQ(labels.Value.hidden(), value.rcdRows[i].valueHidden);
+            for (const ui::Label* label : {&labels.Row, &labels.Angle, &labels.Unit})
+                EXPECT_EQ(label->hidden(), value.rcdRows[i].hidden);
+        }
+        EXPECT_EQ(display_.blueImage.hidden(), !value.warning);
+    }
+}
+
+TEST_F(MeterDisplayTest, RecordFlagAndSuccessAreNotLookedAt) {
+    protocol::MeterReading record = recordOf('2');
+    display_.didReceive3820Data(record, false);
+    const display::Display before = display_.display();
+    EXPECT_EQ(display_.D1Value.text(), QStringLiteral("1.23"));
+    record.bRecord = true;
+    display_.didReceive3820Data(record, true);
+    EXPECT_EQ(display_.display(), before);
+}
+
+TEST_F(MeterDisplayTest, TheCountersAreSharedByAllScreensOfTheProcess) {
+    receiveRunning(2);
+    BuiltDisplay other;
+    EXPECT_EQ(other.display().counters.rcdStep, 2);
+    other.didReceive3820Data(sequenceRecord(1, "20"), true);
+    EXPECT_EQ(MeterDisplay::counters.rcdStep, 3);
+    EXPECT_EQ(MeterDisplay::counters.showMode, 3);
+    EXPECT_EQ(other.rcdRows[0].Value.text(), QStringLiteral("20"));
+    receive(sequenceRecord(1, "21", 2));
+    EXPECT_EQ(MeterDisplay::counters.rcdStep, 4);
+    EXPECT_EQ(MeterDisplay::counters.lastSubFuncF2, 2);
+}
+
+TEST_F(MeterDisplayTest, OneRowOfTheResultsIsMadeOfItsThreeTexts) {
+    EXPECT_EQ(display_.getRCDResult("18", "x1 ", "180°:"), "x1  180°:18ms,");
+    EXPECT_EQ(display_.getRCDResult("----", "x1/2", "0° :"), "x1/2 0° :ms,");
 }
 
 TEST_F(MeterDisplayTest, EachGroupHidesAndShowsItsLabels) {
@@ -203,11 +252,11 @@ TEST_F(MeterDisplayTest, ClearingEmptiesTheTripTimesToABlankAndTheResultsOnly) {
     display_.ClearRCDValue();
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
     receive(recordOf('2'));
-    const std::string parameters = display_.parameters;
+    const std::string parameters = display_.parameters();
     EXPECT_FALSE(parameters.empty());
     display_.ClearData();
-    EXPECT_EQ(display_.results, "");
-    EXPECT_EQ(display_.parameters, parameters);
+    EXPECT_EQ(display_.results(), "");
+    EXPECT_EQ(display_.parameters(), parameters);
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ TEST_F(AppDelegateTest, LooksForEveryTesterThatItIsTold) {
     EXPECT_EQ(app().accessories().sources().size(), 3U);  // and the test's own
     scheduler_.advance(std::chrono::seconds(2));
     EXPECT_EQ(screen().bluestate, 1);
-    EXPECT_EQ(screen().strfunction, "EARTH");
+    EXPECT_EQ(screen().strfunction(), "EARTH");
 }
 
 TEST_F(AppDelegateTest, AWrongUriIsSaidInOneLineAndLeavesNothingBehind) {

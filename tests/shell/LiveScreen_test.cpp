@@ -164,7 +164,7 @@ TEST_F(LiveScreen, NoTextOfTheBuiltInScenarioIsWiderThanItsPlace) {
         scheduler_.advance(std::chrono::milliseconds(250));
         ui::DisplayUpdates::shared().flush();
         expectEveryTextInsideItsPlace();
-        functions.insert(screen().strfunction.value_or(""));
+        functions.insert(screen().strfunction().value_or(""));
     }
     EXPECT_GE(functions.size(), 10U);
 }

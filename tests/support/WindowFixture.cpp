@@ -43,8 +43,7 @@ void WindowFixture::start() {
     // What a new process begins with.
     link::BluetoothConnect::bConnectNotified = false;
     link::BluetoothConnect::bDisconnectNotified = false;
-    live::MeterDisplay::lastSubFuncF2 = 0;
-    live::MeterDisplay::rcdStep = 0;
+    live::MeterDisplay::counters = {};
     ui::SideBarContainer::sideBarDirection = ui::SideBarContainer::kClosed;
     app_ = std::make_unique<shell::AppDelegate>(options_);
     ASSERT_TRUE(app_->applicationDidFinishLaunchingWithOptions()) << app_->problem();

@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "live/MeterDisplay.h"
-#include "tests/live/DisplayFixture.h"
+#include "display/Steps.h"
+#include "tests/display/DisplayFixture.h"
 
-namespace kestrix::live {
+namespace kestrix::display {
 namespace {
 
 constexpr std::uint8_t kFunctions[] = {'1', '2', '3', '4', '5', '6', '7', 0, '8', 255};
@@ -45,11 +45,11 @@ TEST_F(DispatchTest, ARecordWithoutAFunctionsNameIsStillARecord) {
 
 TEST_F(DispatchTest, TheTitleOfTheFunctionIsLit) {
     receive(recordOf('1'));
-    EXPECT_EQ(display_.litTitle(), &display_.fun2);
+    EXPECT_EQ(display_.title, Title::Earth);
     receive(recordOf('7'));
-    EXPECT_EQ(display_.litTitle(), &display_.fun6);
+    EXPECT_EQ(display_.title, Title::Rcd);
     receive(recordOf('9'));
-    EXPECT_EQ(display_.litTitle(), nullptr);
+    EXPECT_EQ(display_.title, Title::None);
 }
 
 TEST_F(DispatchTest, TheWarningImageIsShownWhileTheAlarmFlagIsNotZero) {
@@ -58,57 +58,54 @@ TEST_F(DispatchTest, TheWarningImageIsShownWhileTheAlarmFlagIsNotZero) {
             protocol::MeterReading record = recordOf(function);
             record.bAlarmFlag = static_cast<std::uint8_t>(alarm);
             receive(record);
-            EXPECT_EQ(display_.blueImage.hidden(), alarm == 0);
+            EXPECT_EQ(display_.warning, alarm != 0);
         }
     }
 }
 
-TEST_F(DispatchTest, RecordFlagAndSuccessAreNotLookedAt) {
+TEST_F(DispatchTest, TheRecordFlagIsNotLookedAt) {
     protocol::MeterReading record = recordOf('2');
-    display_.didReceive3820Data(record, false);
-    EXPECT_EQ(display_.D1Value.text(), QStringLiteral("1.23"));
-    const std::string results = display_.results;
+    receive(record);
+    const Display before = display_;
     record.bRecord = true;
-    display_.didReceive3820Data(record, true);
-    EXPECT_EQ(display_.results, results);
-    EXPECT_FALSE(results.empty());
+    receive(record);
+    EXPECT_EQ(display_, before);
 }
 
-TEST_F(DispatchTest, TwoReadingsStandInTheirLabels) {
+TEST_F(DispatchTest, TwoReadingsStandInTheirPlaces) {
     for (const std::uint8_t function : kFunctions) {
         if (!twoReadings(function)) continue;
-        for (ui::Label* label : {&display_.D1Value, &display_.D1Unit, &display_.D2Value, &display_.D2Unit})
-            label->setText(QStringLiteral("old"));
+        display_.first = display_.second = {"old", "old", true};
         receive(recordOf(function));
-        EXPECT_EQ(display_.D1Value.text().toStdString(), "1.23");
-        EXPECT_EQ(display_.D1Unit.text().toStdString(), "MΩ");
-        EXPECT_EQ(display_.D2Value.text().toStdString(), "45.6");
-        EXPECT_EQ(display_.D2Unit.text().toStdString(), "V");
+        EXPECT_EQ(display_.first.value, "1.23");
+        EXPECT_EQ(display_.first.unit, "MΩ");
+        EXPECT_EQ(display_.second.value, "45.6");
+        EXPECT_EQ(display_.second.unit, "V");
     }
 }
 
-TEST_F(DispatchTest, OneReadingLeavesTheSecondLabelsTexts) {
-    display_.D2Value.setText(QStringLiteral("old"));
-    display_.D2Unit.setText(QStringLiteral("old"));
+TEST_F(DispatchTest, OneReadingLeavesTheSecondsTexts) {
+    display_.second.value = "old";
+    display_.second.unit = "old";
     receive(recordOf('6'));
-    EXPECT_EQ(display_.D1Value.text().toStdString(), "1.23");
-    EXPECT_EQ(display_.D1Unit.text().toStdString(), "MΩ");
-    EXPECT_EQ(display_.D2Value.text().toStdString(), "old");
-    EXPECT_EQ(display_.D2Unit.text().toStdString(), "old");
+    EXPECT_EQ(display_.first.value, "1.23");
+    EXPECT_EQ(display_.first.unit, "MΩ");
+    EXPECT_EQ(display_.second.value, "old");
+    EXPECT_EQ(display_.second.unit, "old");
 }
 
 TEST_F(DispatchTest, TheSequenceLeavesTheReadingsTexts) {
     receive(recordOf('1'));
     receive(sequenceRecord(1, "18"));
-    EXPECT_EQ(display_.D1Value.text().toStdString(), "1.23");
-    EXPECT_EQ(display_.D2Value.text().toStdString(), "45.6");
+    EXPECT_EQ(display_.first.value, "1.23");
+    EXPECT_EQ(display_.second.value, "45.6");
 }
 
-TEST_F(DispatchTest, MissingTextsShowAsEmptyLabels) {
+TEST_F(DispatchTest, MissingTextsAreEmpty) {
     receive(recordOf('1'));
     receive({});
-    for (const ui::Label* label : {&display_.D1Value, &display_.D1Unit, &display_.D2Value, &display_.D2Unit})
-        EXPECT_TRUE(label->text().isEmpty());
+    EXPECT_EQ(display_.first, Reading());
+    EXPECT_EQ(display_.second, Reading());
 }
 
 TEST_F(DispatchTest, ShowModeSaysTheLayoutOfTheLastRecord) {
@@ -122,19 +119,19 @@ TEST_F(DispatchTest, ShowModeSaysTheLayoutOfTheLastRecord) {
         protocol::MeterReading record = recordOf(row.function);
         record.iSubFuncF2 = row.mode;
         receive(record);
-        EXPECT_EQ(MeterDisplay::showMode, row.showMode) << int{row.function};
+        EXPECT_EQ(display_.counters.showMode, row.showMode) << int{row.function};
     }
 }
 
 TEST_F(DispatchTest, OnlySequenceRecordsAreRememberedByTheirSetting) {
     receive(sequenceRecord(0, "18", 5));
-    EXPECT_EQ(MeterDisplay::lastSubFuncF2, 5);
+    EXPECT_EQ(display_.counters.lastSubFuncF2, 5);
     for (const std::uint8_t function : kFunctions) {
         if (function == '7') continue;
         protocol::MeterReading record = recordOf(function);
         record.iSubFuncF2 = 3;
         receive(record);
-        EXPECT_EQ(MeterDisplay::lastSubFuncF2, 5);
+        EXPECT_EQ(display_.counters.lastSubFuncF2, 5);
     }
 }
 
@@ -150,13 +147,13 @@ TEST_F(DispatchTest, EveryFunctionShowsItsGroupsBehindEveryOtherAndBack) {
     for (const std::uint8_t from : kFunctions) {
         for (const std::uint8_t to : kFunctions) {
             SCOPED_TRACE(traced(from, to));
-            for (std::int32_t group = 1; group <= 4; ++group) display_.setHiddenLable(group, true);
-            display_.setHiddenLable(MeterDisplay::kRcdValues, false);
+            for (std::int32_t group = 1; group <= 4; ++group) setHidden(display_, group, true);
+            setHidden(display_, kRcdValues, false);
             bool hiddenValues = false;
             for (const std::uint8_t function : {from, to, from, to}) {
                 hiddenValues = hiddenValues || function == '6';
                 receive(recordOf(function));
-                EXPECT_EQ(shownLabels(display_), expectedAfter(function, hiddenValues));
+                EXPECT_EQ(shownParts(display_), expectedAfter(function, hiddenValues));
             }
         }
     }
@@ -167,14 +164,14 @@ TEST_F(DispatchTest, SwitchingFromFunction7To1ClearsTheRcdRowsAndBothMainReading
     EXPECT_EQ(tripTimes(display_), "[18][18][ ][ ][ ][ ]");
     receive(recordOf('1'));
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
-    EXPECT_EQ(shownLabels(display_), "D1 D2 value2");
-    EXPECT_EQ(display_.D1Value.text(), QStringLiteral("1.23"));
-    EXPECT_EQ(display_.D2Value.text(), QStringLiteral("45.6"));
+    EXPECT_EQ(shownParts(display_), "D1 D2 value2");
+    EXPECT_EQ(display_.first.value, "1.23");
+    EXPECT_EQ(display_.second.value, "45.6");
 }
 
 TEST_F(DispatchTest, EveryTwoReadingRecordClearsTheTripTimes) {
     receive(recordOf('1'));
-    display_.rcdRows[2].Value.setText(QStringLiteral("18"));
+    display_.rcdRows[2].value = "18";
     receive(recordOf('1'));
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
 }
@@ -183,7 +180,7 @@ TEST_F(DispatchTest, OneReadingKeepsTheHiddenTripTimes) {
     receiveRunning(3);
     receive(recordOf('6'));
     EXPECT_EQ(tripTimes(display_), "[18][ ][ ][ ][ ][ ]");
-    EXPECT_EQ(shownLabels(display_), "D1");
+    EXPECT_EQ(shownParts(display_), "D1");
 }
 
 TEST_F(DispatchTest, ASequenceThatComesBehindAReadingBeginsWithEmptyRows) {
@@ -202,20 +199,20 @@ TEST_F(DispatchTest, ASequenceThatGoesOnKeepsItsRows) {
 
 // Groups are switched where the second reading is hidden: behind a sequence, a single reading, a disconnect.
 TEST_F(DispatchTest, WhereTheSecondReadingIsShownTwoReadingsSwitchNoGroups) {
-    display_.setHiddenLable(MeterDisplay::kReadings, false);
-    display_.setHiddenLable(MeterDisplay::kRcdRows1To4, false);
+    setHidden(display_, kReadings, false);
+    setHidden(display_, kRcdRows1To4, false);
     receive(recordOf('1'));
-    EXPECT_EQ(shownLabels(display_), "D1 D2 rows1-4 values1-6");
+    EXPECT_EQ(shownParts(display_), "D1 D2 rows1-4 values1-6");
 }
 
 TEST_F(DispatchTest, ASingleReadingSwitchesGroupsOnEveryRecord) {
     for (int i = 0; i < 2; ++i) {
-        for (std::int32_t group = 3; group <= 5; ++group) display_.setHiddenLable(group, false);
-        display_.setHiddenLable(MeterDisplay::kReadings, i == 0);
+        for (std::int32_t group = 3; group <= 5; ++group) setHidden(display_, group, false);
+        setHidden(display_, kReadings, i == 0);
         receive(recordOf('6'));
-        EXPECT_EQ(shownLabels(display_), "D1");
+        EXPECT_EQ(shownParts(display_), "D1");
     }
 }
 
 }  // namespace
-}  // namespace kestrix::live
+}  // namespace kestrix::display

@@ -1,8 +1,9 @@
-#include "live/MeasurementTexts.h"
+#include "display/MeasurementTexts.h"
 
+#include <cstdint>
 #include <span>
 
-namespace kestrix::live {
+namespace kestrix::display {
 namespace {
 
 using protocol::MeterReading;
@@ -55,12 +56,13 @@ void appendSetting(std::string& text, std::string_view name, std::string_view va
     text.append(name).append("=").append(value);
 }
 
-void appendRcdRows(std::string& text, const RcdValues& rcd) {
+void appendRcdRows(std::string& text, const Display& display) {
     for (std::size_t row = 0; row < kRcdRows; ++row)
-        text += rcdResultText(rcd[row], kRcdRowTexts[row].multiplier, kRcdRowTexts[row].angle);
+        appendRcdResult(text, display.rcdRows[row].value, kRcdRowTexts[row].multiplier,
+                        kRcdRowTexts[row].angle);
 }
 
-void append(std::string& text, Piece piece, const MeterReading& record, const RcdValues& rcd) {
+void append(std::string& text, Piece piece, const MeterReading& record, const Display& display) {
     switch (piece) {
         case Setting1:
             return appendSetting(text, record.strF1Name, record.strF1Value);
@@ -92,19 +94,19 @@ void append(std::string& text, Piece piece, const MeterReading& record, const Rc
             text.append(record.strUF).append("V,").append(record.strUL).append("V");
             return;
         case RcdRows:
-            return appendRcdRows(text, rcd);
+            return appendRcdRows(text, display);
     }
 }
 
 void appendJoined(std::string& text, std::span<const Piece> pieces, const MeterReading& record,
-                  const RcdValues& rcd) {
+                  const Display& display) {
     for (std::size_t i = 0; i < pieces.size(); ++i) {
         if (i > 0) text += ',';
-        append(text, pieces[i], record, rcd);
+        append(text, pieces[i], record, display);
     }
 }
 
-const FunctionTexts* textsOf(std::int32_t function) {
+const FunctionTexts* functionTexts(std::int32_t function) {
     for (const FunctionTexts& row : kFunctionTexts) {
         if (row.function == function) return &row;
     }
@@ -113,25 +115,20 @@ const FunctionTexts* textsOf(std::int32_t function) {
 
 }  // namespace
 
-bool parametersText(std::int32_t function, const MeterReading& record, std::string& text) {
-    const FunctionTexts* row = textsOf(function);
-    if (row == nullptr) return false;
-    text.clear();
-    appendJoined(text, row->parameters, record, {});
-    return true;
+void describeMeasurement(Display& display, const MeterReading& record) {
+    display.results.clear();
+    const FunctionTexts* row = functionTexts(record.iFunction);
+    if (row == nullptr) return;
+    display.parameters.clear();
+    appendJoined(display.parameters, row->parameters, record, display);
+    appendJoined(display.results, row->results, record, display);
 }
 
-std::string resultsText(std::int32_t function, const MeterReading& record, const RcdValues& rcd) {
-    std::string text;
-    if (const FunctionTexts* row = textsOf(function)) appendJoined(text, row->results, record, rcd);
-    return text;
-}
-
-std::string rcdResultText(std::string_view value, std::string_view multiplier, std::string_view angle) {
-    std::string text;
+void appendRcdResult(std::string& text, std::string_view value, std::string_view multiplier,
+                     std::string_view angle) {
     text.append(multiplier).append(" ").append(angle);
     if (value != "----") text.append(value);
-    return text.append("ms,");
+    text.append(kRcdUnit).append(",");
 }
 
-}  // namespace kestrix::live
+}  // namespace kestrix::display

@@ -4,7 +4,7 @@
 
 #include "protocol/MeterReading.h"
 
-namespace kestrix::live {
+namespace kestrix::display {
 
 // A record in which every text can be told from every other.
 inline protocol::MeterReading recordOf(std::uint8_t function) {
@@ -41,4 +41,4 @@ inline protocol::MeterReading sequenceRecord(std::uint8_t bTest, const char* tri
     return record;
 }
 
-}  // namespace kestrix::live
+}  // namespace kestrix::display

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "live/MeterDisplay.h"
-#include "tests/live/DisplayFixture.h"
+#include "display/Steps.h"
+#include "tests/display/DisplayFixture.h"
 
-namespace kestrix::live {
+namespace kestrix::display {
 namespace {
 
 using RcdSequenceTest = DisplayFixture;
@@ -21,12 +21,12 @@ TEST_F(RcdSequenceTest,
         "[3][5][7][9][11][13]",
     };
     for (int round = 0; round < 3; ++round) {
-        for (RcdRow& row : display_.rcdRows) row.Value.setText(QStringLiteral("old"));
+        setTripTimes("old");
         for (int number = 1; number <= 13; ++number) {
             SCOPED_TRACE(number);
             receive(sequenceRecord(1, std::to_string(number).c_str()));
             EXPECT_EQ(tripTimes(display_), expected[number - 1]);
-            EXPECT_EQ(MeterDisplay::rcdStep, number % 13);
+            EXPECT_EQ(display_.counters.rcdStep, number % 13);
         }
     }
 }
@@ -37,29 +37,29 @@ TEST_F(RcdSequenceTest, OnlyTheValueWrittenLastStaysVisible) {
                                     "value5",    "value5",    "value6"};
     for (const char* values : expected) {
         receiveRunning(1);
-        EXPECT_EQ(shownLabels(display_), std::string("rows1-4 rows5-6 ") + values);
+        EXPECT_EQ(shownParts(display_), std::string("rows1-4 rows5-6 ") + values);
     }
     receiveRunning(1);
-    EXPECT_EQ(shownLabels(display_), "rows1-4 rows5-6 value6");
+    EXPECT_EQ(shownParts(display_), "rows1-4 rows5-6 value6");
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
 }
 
 TEST_F(RcdSequenceTest, BTestDroppingTo0InTheMiddleResetsRcdStepTo0AndLeavesTheRowsTextsInPlace) {
     receiveRunning(7);
-    EXPECT_EQ(MeterDisplay::rcdStep, 7);
+    EXPECT_EQ(display_.counters.rcdStep, 7);
     receive(sequenceRecord(0, "99"));
-    EXPECT_EQ(MeterDisplay::rcdStep, 0);
+    EXPECT_EQ(display_.counters.rcdStep, 0);
     EXPECT_EQ(tripTimes(display_), "[18][18][18][ ][ ][ ]");
-    EXPECT_EQ(shownLabels(display_), "rows1-4 rows5-6 value3");
+    EXPECT_EQ(shownParts(display_), "rows1-4 rows5-6 value3");
     receiveRunning(1);
-    EXPECT_EQ(MeterDisplay::rcdStep, 1);
+    EXPECT_EQ(display_.counters.rcdStep, 1);
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
 }
 
 TEST_F(RcdSequenceTest, WithoutARunningTestNothingIsTaken) {
     for (int i = 0; i < 20; ++i) {
         receive(sequenceRecord(0));
-        EXPECT_EQ(MeterDisplay::rcdStep, 0);
+        EXPECT_EQ(display_.counters.rcdStep, 0);
     }
     EXPECT_EQ(tripTimes(display_), kNoTripTimes);
 }
@@ -67,30 +67,30 @@ TEST_F(RcdSequenceTest, WithoutARunningTestNothingIsTaken) {
 TEST_F(RcdSequenceTest, AnyBTestThatIsNotZeroRunsIt) {
     receive(sequenceRecord(255));
     receive(sequenceRecord(2));
-    EXPECT_EQ(MeterDisplay::rcdStep, 2);
+    EXPECT_EQ(display_.counters.rcdStep, 2);
 }
 
 TEST_F(RcdSequenceTest, OnEveryEvenStepAndOnStepZeroTheRowsStay) {
     for (const int step : {2, 4, 6, 8, 10, 12}) {
         SCOPED_TRACE(step);
-        MeterDisplay::rcdStep = step - 1;
-        for (RcdRow& row : display_.rcdRows) row.Value.setText(QStringLiteral("old"));
-        display_.setHiddenLable(MeterDisplay::kRcdValues, false);
+        display_.counters.rcdStep = step - 1;
+        setTripTimes("old");
+        setHidden(display_, kRcdValues, false);
         receiveRunning(1);
-        EXPECT_EQ(MeterDisplay::rcdStep, step);
+        EXPECT_EQ(display_.counters.rcdStep, step);
         EXPECT_EQ(tripTimes(display_), "[old][old][old][old][old][old]");
-        EXPECT_EQ(shownLabels(display_), "rows1-4 rows5-6 values1-6");
+        EXPECT_EQ(shownParts(display_), "rows1-4 rows5-6 values1-6");
     }
 }
 
 TEST_F(RcdSequenceTest, AStepAboveThirteenIsStepZero) {
-    MeterDisplay::rcdStep = 13;
-    for (RcdRow& row : display_.rcdRows) row.Value.setText(QStringLiteral("old"));
+    display_.counters.rcdStep = 13;
+    setTripTimes("old");
     receiveRunning(1);
-    EXPECT_EQ(MeterDisplay::rcdStep, 0);
+    EXPECT_EQ(display_.counters.rcdStep, 0);
     EXPECT_EQ(tripTimes(display_), "[old][old][old][old][old][old]");
     receiveRunning(1);
-    EXPECT_EQ(MeterDisplay::rcdStep, 1);
+    EXPECT_EQ(display_.counters.rcdStep, 1);
 }
 
 TEST_F(RcdSequenceTest, AChangeOfISubFuncF2ClearsAllSixRowsAndItsValueSaysHowManyAreShown) {
@@ -104,22 +104,22 @@ TEST_F(RcdSequenceTest, AChangeOfISubFuncF2ClearsAllSixRowsAndItsValueSaysHowMan
     receive(sequenceRecord(0, "18", 0));
     for (const Row& row : rows) {
         SCOPED_TRACE(int{row.mode});
-        for (RcdRow& rcd : display_.rcdRows) rcd.Value.setText(QStringLiteral("old"));
+        setTripTimes("old");
         receive(sequenceRecord(0, "18", row.mode));
         EXPECT_EQ(tripTimes(display_), kNoTripTimes);
-        EXPECT_EQ(shownLabels(display_), row.rows);
-        for (RcdRow& rcd : display_.rcdRows) rcd.Value.setText(QStringLiteral("old"));
+        EXPECT_EQ(shownParts(display_), row.rows);
+        setTripTimes("old");
         receive(sequenceRecord(0, "18", row.mode));
         EXPECT_EQ(tripTimes(display_), "[old][old][old][old][old][old]");
-        EXPECT_EQ(shownLabels(display_), row.rows);
-        EXPECT_EQ(MeterDisplay::lastSubFuncF2, row.mode);
+        EXPECT_EQ(shownParts(display_), row.rows);
+        EXPECT_EQ(display_.counters.lastSubFuncF2, row.mode);
     }
 }
 
 TEST_F(RcdSequenceTest, AChangeOfTheSettingDoesNotMoveTheStep) {
     receiveRunning(4);
     receive(sequenceRecord(1, "19", 1));
-    EXPECT_EQ(MeterDisplay::rcdStep, 5);
+    EXPECT_EQ(display_.counters.rcdStep, 5);
     EXPECT_EQ(tripTimes(display_), "[ ][19][ ][ ][ ][ ]");
 }
 
@@ -127,18 +127,10 @@ TEST_F(RcdSequenceTest, AnotherFunctionLeavesTheStepWhereItIs) {
     receiveRunning(4);
     receive(recordOf('6'));
     receive(recordOf('1'));
-    EXPECT_EQ(MeterDisplay::rcdStep, 4);
+    EXPECT_EQ(display_.counters.rcdStep, 4);
     receiveRunning(1);
-    EXPECT_EQ(MeterDisplay::rcdStep, 5);
+    EXPECT_EQ(display_.counters.rcdStep, 5);
     EXPECT_EQ(tripTimes(display_), "[ ][18][ ][ ][ ][ ]");
-}
-
-TEST_F(RcdSequenceTest, TheStepIsSharedByAllScreensOfTheProcess) {
-    receiveRunning(2);
-    BuiltDisplay other;
-    other.didReceive3820Data(sequenceRecord(1, "20"), true);
-    EXPECT_EQ(MeterDisplay::rcdStep, 3);
-    EXPECT_EQ(other.rcdRows[0].Value.text(), QStringLiteral("20"));
 }
 
 TEST_F(RcdSequenceTest, TheStoredTextsHoldTheRowsAsTheyStandInTheirLabels) {
@@ -151,4 +143,4 @@ TEST_F(RcdSequenceTest, TheStoredTextsHoldTheRowsAsTheyStandInTheirLabels) {
 }
 
 }  // namespace
-}  // namespace kestrix::live
+}  // namespace kestrix::display

@@ -1,15 +1,21 @@
-#include "live/MeasurementTexts.h"
+#include "display/MeasurementTexts.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "tests/live/DisplayFixture.h"
+#include "tests/display/DisplayFixture.h"
 
-namespace kestrix::live {
+namespace kestrix::display {
 namespace {
 
 using MeasurementTextsTest = DisplayFixture;
+
+std::string rcdResult(const char* value, const char* multiplier, const char* angle) {
+    std::string text;
+    appendRcdResult(text, value, multiplier, angle);
+    return text;
+}
 
 struct Texts {
     std::uint8_t function;
@@ -107,25 +113,26 @@ TEST_F(MeasurementTextsTest, ARowValueOfFourDashesGivesTheRowWithoutANumber) {
     receiveRunning(3, "----");
     EXPECT_EQ(tripTimes(display_), "[----][ ][ ][ ][ ][ ]");
     EXPECT_TRUE(display_.results.starts_with("x1/2 0° :ms,x"));
-    EXPECT_EQ(display_.getRCDResult("----", "x1/2", "0° :"), "x1/2 0° :ms,");
+    EXPECT_EQ(rcdResult("----", "x1/2", "0° :"), "x1/2 0° :ms,");
 }
 
 TEST_F(MeasurementTextsTest, EveryOtherRowValueIsUsedAsItIs) {
-    EXPECT_EQ(display_.getRCDResult("18", "x1/2", "0° :"), "x1/2 0° :18ms,");
-    EXPECT_EQ(display_.getRCDResult("18", "x1 ", "180°:"), "x1  180°:18ms,");
-    EXPECT_EQ(display_.getRCDResult(" ", "x5 ", "0° :"), "x5  0° : ms,");
-    EXPECT_EQ(display_.getRCDResult("", "x5 ", "0° :"), "x5  0° :ms,");
-    EXPECT_EQ(display_.getRCDResult("---", "x5 ", "0° :"), "x5  0° :---ms,");
-    EXPECT_EQ(display_.getRCDResult("-----", "x5 ", "0° :"), "x5  0° :-----ms,");
-    EXPECT_EQ(display_.getRCDResult(">1999", "x1/2", "180°:"), "x1/2 180°:>1999ms,");
+    EXPECT_EQ(rcdResult("18", "x1/2", "0° :"), "x1/2 0° :18ms,");
+    EXPECT_EQ(rcdResult("18", "x1 ", "180°:"), "x1  180°:18ms,");
+    EXPECT_EQ(rcdResult(" ", "x5 ", "0° :"), "x5  0° : ms,");
+    EXPECT_EQ(rcdResult("", "x5 ", "0° :"), "x5  0° :ms,");
+    EXPECT_EQ(rcdResult("---", "x5 ", "0° :"), "x5  0° :---ms,");
+    EXPECT_EQ(rcdResult("-----", "x5 ", "0° :"), "x5  0° :-----ms,");
+    EXPECT_EQ(rcdResult(">1999", "x1/2", "180°:"), "x1/2 180°:>1999ms,");
 }
 
 TEST_F(MeasurementTextsTest, EachRowHasItsMultiplierAndItsAngle) {
-    const RcdValues values{"11", "12", "13", "14", "15", "16"};
-    const std::string results = resultsText('7', recordOf('7'), values);
+    char number = '1';
+    for (RcdRow& row : display_.rcdRows) row.value = {'1', number++};
+    describeMeasurement(display_, recordOf('7'));
     const std::string rows =
         "x1/2 0° :11ms,x1/2 180°:12ms,x1  0° :13ms,x1  180°:14ms,x5  0° :15ms,x5  180°:16ms,";
-    EXPECT_EQ(results, rows + ",L-PE=230V,N-PE=1V,L-N=229V,UF:2.5V,UL:50V");
+    EXPECT_EQ(display_.results, rows + ",L-PE=230V,N-PE=1V,L-N=229V,UF:2.5V,UL:50V");
 }
 
 TEST_F(MeasurementTextsTest, TwoCommasStandBehindTheSixthRow) {
@@ -147,15 +154,11 @@ TEST_F(MeasurementTextsTest, LimitsStandAsTheDecoderSpellsThem) {
     }
 }
 
-TEST_F(MeasurementTextsTest, ACodeWithoutTextsLeavesTheTextThatIsGiven) {
-    std::string text = "before";
-    EXPECT_FALSE(parametersText('8', recordOf('8'), text));
-    EXPECT_FALSE(parametersText(0, recordOf(0), text));
-    EXPECT_EQ(text, "before");
-    EXPECT_TRUE(parametersText('1', recordOf('1'), text));
-    EXPECT_EQ(text, "");
-    EXPECT_EQ(resultsText('8', recordOf('8'), {}), "");
+TEST_F(MeasurementTextsTest, TheRowsAreAppendedToWhatIsThere) {
+    std::string text = "before,";
+    appendRcdResult(text, "18", "x1/2", "0° :");
+    EXPECT_EQ(text, "before,x1/2 0° :18ms,");
 }
 
 }  // namespace
-}  // namespace kestrix::live
+}  // namespace kestrix::display
