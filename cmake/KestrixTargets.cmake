@@ -60,13 +60,19 @@ function(kestrix_test target)
   endif()
 endfunction()
 
+# Into build/PRESET/bench, and into the target `benchmarks`.
+function(kestrix_benchmark_program target)
+  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bench)
+  set_property(GLOBAL APPEND PROPERTY KESTRIX_BENCHMARK_PROGRAMS ${target})
+endfunction()
+
 # kestrix_benchmark(NAME SOURCES a_bench.cpp... LINK lib...)
 function(kestrix_benchmark target)
   cmake_parse_arguments(A "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
   target_link_libraries(${target} PRIVATE ${A_LINK} benchmark::benchmark)
-  set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bench)
+  kestrix_benchmark_program(${target})
 endfunction()
 
 # kestrix_fuzzer(NAME SOURCES a_fuzz.cpp... LINK lib...): a libFuzzer program; its seeds stand in fuzz/seeds/NAME.

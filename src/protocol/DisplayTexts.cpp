@@ -15,10 +15,10 @@ struct SettingField {
     std::string MeterReading::*name;
     std::string MeterReading::*value;
 };
-constexpr std::array<SettingField, 4> kSettingFields{{{&MeterReading::strF1Name, &MeterReading::strF1Value},
-                                                      {&MeterReading::strF2Name, &MeterReading::strF2Value},
-                                                      {&MeterReading::strF3Name, &MeterReading::strF3Value},
-                                                      {&MeterReading::strF4Name, &MeterReading::strF4Value}}};
+constexpr std::array<SettingField, 4> kSettingTexts{{{&MeterReading::strF1Name, &MeterReading::strF1Value},
+                                                     {&MeterReading::strF2Name, &MeterReading::strF2Value},
+                                                     {&MeterReading::strF3Name, &MeterReading::strF3Value},
+                                                     {&MeterReading::strF4Name, &MeterReading::strF4Value}}};
 
 struct RcdText {
     ValData MeterReading::*slot;
@@ -71,9 +71,9 @@ void deriveValueTexts(MeterReading& record) {
 void deriveSettings(const DisplayRule& rule, MeterReading& record) {
     for (std::size_t i = 0; i < rule.settings.size(); ++i) {
         const SettingRule& setting = rule.settings[i];
-        record.*kSettingFields[i].name = setting.name;
+        record.*kSettingTexts[i].name = setting.name;
         if (setting.index != nullptr)
-            record.*kSettingFields[i].value = textAt(setting.values, record.*setting.index);
+            record.*kSettingTexts[i].value = textAt(setting.values, record.*setting.index);
     }
     if (rule.currentByMode && record.iSubFunc < kRcdCurrentsByMode.size())
         record.strF2Value = textAt(kRcdCurrentsByMode[record.iSubFunc], record.iSubFuncF2);

@@ -9,7 +9,7 @@
 namespace kestrix::protocol {
 namespace {
 
-constexpr std::array<std::uint8_t MeterReading::*, 4> kSettingFields{
+constexpr std::array<std::uint8_t MeterReading::*, 4> kSettingIndexes{
     &MeterReading::iSubFunc, &MeterReading::iSubFuncF2, &MeterReading::iSubFuncF3, &MeterReading::iSubFuncF4};
 
 constexpr std::array<ValData MeterReading::*, 4> kReadingFields{
@@ -25,8 +25,8 @@ std::uint16_t word(const std::uint8_t* bytes, std::size_t low) {
 }
 
 void decodeFlags(const std::uint8_t* bytes, const FunctionRule& rule, MeterReading& record) {
-    for (std::size_t i = 0; i < kSettingFields.size(); ++i) {
-        if (rule.settings[i]) record.*kSettingFields[i] = bytes[kSettingRows[i].first];
+    for (std::size_t i = 0; i < kSettingIndexes.size(); ++i) {
+        if (rule.settings[i]) record.*kSettingIndexes[i] = bytes[kSettingRows[i].first];
     }
     record.bWarnFlag = bit(frame::kStatus, frame::kWarningBit).read(bytes);
     record.bHoldFlag = bit(frame::kStatus, frame::kHoldBit).read(bytes);

@@ -11,10 +11,10 @@ namespace kestrix::simulator {
 
 namespace {
 
-constexpr double kMaxMagnitude = 65535;
+constexpr double kMagnitudeLimit = 65535;
 
 void setReading(Reading& reading, const Motion& motion, double value) {
-    double digits = std::clamp(std::round(value), -kMaxMagnitude, kMaxMagnitude);
+    double digits = std::clamp(std::round(value), -kMagnitudeLimit, kMagnitudeLimit);
     const bool negative = digits < 0;
     if (motion.sign == SignRule::Unsigned) {
         digits = std::max(digits, 0.0);
@@ -25,7 +25,7 @@ void setReading(Reading& reading, const Motion& motion, double value) {
 }
 
 std::uint16_t wander(std::uint16_t volts, int by) {
-    return static_cast<std::uint16_t>(std::clamp(volts + by, 0, static_cast<int>(kMaxMagnitude)));
+    return static_cast<std::uint16_t>(std::clamp(volts + by, 0, static_cast<int>(kMagnitudeLimit)));
 }
 
 }  // namespace

@@ -11,10 +11,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const std::string kEarth = "function earth\nreading 1 14.3 ohm\n";
+const std::string kEarthReading = "function earth\nreading 1 14.3 ohm\n";
 
 TEST(PlayerFaults, SilenceIsAWaitWithoutBytes) {
-    const auto emissions = emissionsOf(kEarth + "show 1 frame\nsilence 4s\nshow 1 frame");
+    const auto emissions = emissionsOf(kEarthReading + "show 1 frame\nsilence 4s\nshow 1 frame");
     ASSERT_EQ(emissions.size(), 3U);
     EXPECT_EQ(emissions[1].wait, 4s);
     EXPECT_TRUE(emissions[1].bytes.empty());
@@ -37,8 +37,8 @@ TEST(PlayerFaults, BurstIsManyFramesAtOnce) {
 }
 
 TEST(PlayerFaults, BytewiseSpreadsAFrameOverItsTime) {
-    const auto whole = emissionsOf(kEarth + "show 2 frames");
-    const auto emissions = emissionsOf(kEarth + "bytewise 2 frames");
+    const auto whole = emissionsOf(kEarthReading + "show 2 frames");
+    const auto emissions = emissionsOf(kEarthReading + "bytewise 2 frames");
     ASSERT_EQ(emissions.size(), 72U);
     for (const Emission& emission : emissions) {
         EXPECT_EQ(emission.bytes.size(), 1U);
@@ -50,15 +50,15 @@ TEST(PlayerFaults, BytewiseSpreadsAFrameOverItsTime) {
 }
 
 TEST(PlayerFaults, BytewiseKeepsTheTimeOfALostFrame) {
-    const auto emissions = emissionsOf(kEarth + "line drop=1\nbytewise 3 frames");
+    const auto emissions = emissionsOf(kEarthReading + "line drop=1\nbytewise 3 frames");
     ASSERT_EQ(emissions.size(), 3U);
     EXPECT_EQ(millisecondsOf(emissions), 750);
     EXPECT_TRUE(bytesOf(emissions).empty());
 }
 
 TEST(PlayerFaults, CutSendsTheBeginningOfAFrameAndEndsTheChannel) {
-    const auto whole = frameOf(kEarth + "show 1 frame");
-    const auto emissions = emissionsOf(kEarth + "cut after 18 bytes off 2s\nshow 1 frame");
+    const auto whole = frameOf(kEarthReading + "show 1 frame");
+    const auto emissions = emissionsOf(kEarthReading + "cut after 18 bytes off 2s\nshow 1 frame");
     ASSERT_EQ(emissions.size(), 3U);
     EXPECT_EQ(emissions[0].bytes, Bytes(whole.begin(), whole.begin() + 18));
     EXPECT_TRUE(emissions[0].closes);
@@ -69,7 +69,8 @@ TEST(PlayerFaults, CutSendsTheBeginningOfAFrameAndEndsTheChannel) {
 }
 
 TEST(PlayerFaults, SwitchOffEndsTheChannel) {
-    const auto emissions = emissionsOf(kEarth + "show 1 frame\nswitch-off 3s\ngarbage 5\nshow 1 frame");
+    const auto emissions =
+        emissionsOf(kEarthReading + "show 1 frame\nswitch-off 3s\ngarbage 5\nshow 1 frame");
     ASSERT_EQ(emissions.size(), 5U);
     EXPECT_TRUE(emissions[1].closes);
     EXPECT_TRUE(emissions[1].bytes.empty());
@@ -80,7 +81,7 @@ TEST(PlayerFaults, SwitchOffEndsTheChannel) {
 }
 
 TEST(PlayerFaults, AScenarioThatEndsOffStaysOff) {
-    const auto emissions = emissionsOf(kEarth + "repeat 2\nshow 1 frame\nswitch-off 3s");
+    const auto emissions = emissionsOf(kEarthReading + "repeat 2\nshow 1 frame\nswitch-off 3s");
     ASSERT_EQ(emissions.size(), 5U);
     EXPECT_TRUE(emissions[1].closes);
     EXPECT_EQ(emissions[2].wait, 3s) << "the second round switches it on again";
@@ -88,7 +89,7 @@ TEST(PlayerFaults, AScenarioThatEndsOffStaysOff) {
 }
 
 TEST(PlayerFaults, GarbageIsRandomAndAtOnce) {
-    const auto emissions = emissionsOf("garbage 1000\n" + kEarth + "show 1 frame", 1);
+    const auto emissions = emissionsOf("garbage 1000\n" + kEarthReading + "show 1 frame", 1);
     EXPECT_EQ(emissions[0].wait, 0ms);
     ASSERT_EQ(emissions[0].bytes.size(), 1000U);
     std::array<int, 256> seen{};
@@ -97,9 +98,9 @@ TEST(PlayerFaults, GarbageIsRandomAndAtOnce) {
 }
 
 TEST(PlayerFaults, DamageFallsOnTheFirstFrameOnly) {
-    const Bytes whole = frameOf(kEarth + "show 1 frame");
-    const auto emissions =
-        emissionsOf(kEarth + "damage flip 12 0x01\ndamage drop 0\ndamage insert 2 0x7E\nshow 2 frames");
+    const Bytes whole = frameOf(kEarthReading + "show 1 frame");
+    const auto emissions = emissionsOf(
+        kEarthReading + "damage flip 12 0x01\ndamage drop 0\ndamage insert 2 0x7E\nshow 2 frames");
     Bytes damaged = whole;
     damaged[12] ^= 0x01;
     damaged.erase(damaged.begin());
@@ -109,15 +110,15 @@ TEST(PlayerFaults, DamageFallsOnTheFirstFrameOnly) {
 }
 
 TEST(PlayerFaults, DamageReachesBurstsPiecesAndCuts) {
-    const Bytes whole = frameOf(kEarth + "show 1 frame");
-    EXPECT_EQ(bytesOf(emissionsOf(kEarth + "damage drop 3\nburst 2 frames")).size(), 71U);
-    EXPECT_EQ(emissionsOf(kEarth + "damage drop 3\nbytewise 2 frames").size(), 71U);
-    EXPECT_EQ(emissionsOf(kEarth + "damage flip 0\ncut after 2 off 1s")[0].bytes, (Bytes{0x81, 0x0D}));
+    const Bytes whole = frameOf(kEarthReading + "show 1 frame");
+    EXPECT_EQ(bytesOf(emissionsOf(kEarthReading + "damage drop 3\nburst 2 frames")).size(), 71U);
+    EXPECT_EQ(emissionsOf(kEarthReading + "damage drop 3\nbytewise 2 frames").size(), 71U);
+    EXPECT_EQ(emissionsOf(kEarthReading + "damage flip 0\ncut after 2 off 1s")[0].bytes, (Bytes{0x81, 0x0D}));
 }
 
 TEST(PlayerFaults, ANoisyLineHarmsFramesUntilItIsClean) {
     const auto emissions =
-        emissionsOf(kEarth + "line flip=0.05 drop=0.05\nshow 100 frames\nline clean\nshow 100 frames");
+        emissionsOf(kEarthReading + "line flip=0.05 drop=0.05\nshow 100 frames\nline clean\nshow 100 frames");
     int harmed = 0;
     for (std::size_t i = 0; i < 100; ++i) harmed += isFrame(emissions[i].bytes) ? 0 : 1;
     EXPECT_GT(harmed, 50);
