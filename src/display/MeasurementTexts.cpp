@@ -36,16 +36,16 @@ constexpr Piece kJudgedSettings[] = {Setting1, Setting2, Verdict};
 constexpr Piece kFirstSetting[] = {Setting1};
 constexpr Piece kRcdSettings[] = {Setting2, Setting3};
 
-constexpr Piece kReadings[] = {Reading1, Reading2};
+constexpr Piece kReadingPieces[] = {Reading1, Reading2};
 constexpr Piece kVoltageReadings[] = {Reading1, Reading2, WireVoltages};
 constexpr Piece kLoopReadings[] = {Reading1, Reading2, WireVoltages, Limit};
 constexpr Piece kRcdReading[] = {Phase, Reading1, WireVoltages, FaultAndLimitInVolts};
 constexpr Piece kRcdReadings[] = {RcdRows, WireVoltages, FaultAndLimitInVolts};
 
 constexpr FunctionTexts kFunctionTexts[] = {
-    {'1', {}, kReadings},
-    {'2', kAllSettings, kReadings},
-    {'3', kJudgedSettings, kReadings},
+    {'1', {}, kReadingPieces},
+    {'2', kAllSettings, kReadingPieces},
+    {'3', kJudgedSettings, kReadingPieces},
     {'4', kFirstSetting, kVoltageReadings},
     {'5', kJudgedSettings, kLoopReadings},
     {'6', kRcdSettings, kRcdReading},
