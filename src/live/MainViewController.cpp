@@ -193,6 +193,18 @@ void MainViewController::pressRecord() {
     med->recordName = "";
     dao->addMeasureForm(*med);
     if (array.count() >= kRowsBeforeScrolling) Q_EMIT array.scrollToLastRow();
+    sayWhatIsWrong(name);
+}
+
+// A row that was not stored, or that holds a reading of before, must not look like any other.
+void MainViewController::sayWhatIsWrong(const std::string& name) {
+    if (!dao->lastOutcome().done)
+        services_.notice.show(
+            tr("%1 was not stored: %2")
+                .arg(QString::fromStdString(name), QString::fromStdString(dao->lastOutcome().reason)));
+    if (display().link == display::LinkState::NotConnected)
+        services_.notice.show(
+            tr("Not connected: this reading is of %1").arg(QString::fromStdString(timeOfLatestRecord())));
 }
 
 void MainViewController::pressClearTable() {

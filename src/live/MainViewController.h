@@ -56,7 +56,9 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void getblueView(const platform::Notification& notification);
 
     // Takes the latest record's texts into the list and the database; the database row is durable when this
-    // returns. Nothing before the first record, and nothing while the latest record was not understood.
+    // returns. Nothing before the first record, and nothing while the latest record was not understood. A
+    // notice says when the row was not stored, and when it holds a reading of before because no tester is
+    // connected.
     void pressRecord();
     void pressClearTable();
     // Local time, as ui::kTimePattern says.
@@ -107,6 +109,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void buildToolbar();
     void buildHeaders();
     void nameRightButton();
+    // After a press of the record button that made the row `name`.
+    void sayWhatIsWrong(const std::string& name);
     // Without a container the user is told.
     void showSideBar(std::int32_t direction);
 

@@ -28,9 +28,12 @@ class FailingDatabaseTest : public MainViewFixture {
 TEST_F(FailingDatabaseTest, WithoutTablesTheRowStaysInTheListAndTheLogSaysIt) {
     ASSERT_TRUE(QFile::remove(database()));
     start();
+    screen_->viewStatus(1);
     testing::expectWarning(kStatementFailed);
     recordOne();
     ASSERT_EQ(screen_->array.count(), 1);
+    EXPECT_TRUE(notice_.text().startsWith(QStringLiteral("S_1 was not stored: ")))
+        << notice_.text().toStdString();
     EXPECT_EQ(screen_->array.row(0).Result, "1.23MΩ,45.6V");
     EXPECT_EQ(rightImage(), "orvo_home_button_save.png");
     EXPECT_TRUE(storedMeasures().empty());

@@ -46,17 +46,26 @@ TEST_F(SessionListOfScreenTest, PressingRecordBehindAFrameThatWasNotUnderstoodDo
     EXPECT_EQ(names(), Log{"S_1"});
 }
 
-TEST_F(SessionListOfScreenTest, TheTimeOfTheLatestRecordIsWhenItCame) {
+TEST_F(SessionListOfScreenTest, RecordingWhileNotConnectedStoresAsToldAndSaysOfWhatTimeTheReadingIs) {
     EXPECT_EQ(screen_->timeOfLatestRecord(), "");
     receive(recordOf('1'));
     now_ += 5s;
     receive(recordOf('1'));
     now_ += 1h;
     post(link::Orvoblueviewnotification, std::string("0"));
+    EXPECT_FALSE(notice_.isShown());
     press();
+    EXPECT_EQ(notice_.text(), QStringLiteral("Not connected: this reading is of 2024-06-03 09:00:05"));
     EXPECT_EQ(screen_->timeOfLatestRecord(), "2024-06-03 09:00:05");
     EXPECT_EQ(screen_->array.row(0).DateTime, "2024-06-03 10:00:05")
         << "stored as told: the time of the press";
+}
+
+TEST_F(SessionListOfScreenTest, APressWhileConnectedSaysNothing) {
+    postState("1");
+    receive(recordOf('1'));
+    press();
+    EXPECT_FALSE(notice_.isShown());
 }
 
 TEST_F(SessionListOfScreenTest, APressTakesTheLatestRecordsTexts) {
