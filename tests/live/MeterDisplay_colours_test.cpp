@@ -9,10 +9,10 @@
 namespace kestrix::live {
 namespace {
 
-const QColor kLit(39, 121, 205);
-const QColor kHeader(69, 94, 149);
+const QColor kLitGround(39, 121, 205);
+const QColor kHeaderGround(69, 94, 149);
 
-std::string named(const QColor& color) {
+std::string colourName(const QColor& color) {
     return color.alpha() == 0 ? "transparent" : color.name(QColor::HexArgb).toStdString();
 }
 
@@ -23,12 +23,13 @@ std::string wrongColours(const MainViewController& screen, const QString& litTit
         const auto* label = qobject_cast<const ui::Label*>(child);
         if (label == nullptr) continue;
         QColor background = Qt::transparent;
-        if (label->objectName() == litTitle) background = kLit;
-        if (label->objectName().startsWith(QLatin1String("header"))) background = kHeader;
-        if (label->textColor() == QColor(Qt::white) && named(label->backgroundColor()) == named(background))
+        if (label->objectName() == litTitle) background = kLitGround;
+        if (label->objectName().startsWith(QLatin1String("header"))) background = kHeaderGround;
+        if (label->textColor() == QColor(Qt::white) &&
+            colourName(label->backgroundColor()) == colourName(background))
             continue;
-        wrong += label->objectName().toStdString() + " is " + named(label->textColor()) + " on " +
-                 named(label->backgroundColor()) + "\n";
+        wrong += label->objectName().toStdString() + " is " + colourName(label->textColor()) + " on " +
+                 colourName(label->backgroundColor()) + "\n";
     }
     return wrong;
 }
@@ -37,9 +38,9 @@ struct FunctionTitle {
     std::uint8_t function;
     const char* title;
 };
-constexpr FunctionTitle kTitles[] = {{'1', "fun2"}, {'2', "fun1"}, {'3', "fun3"},
-                                     {'4', "fun4"}, {'5', "fun5"}, {'6', "fun6"},
-                                     {'7', "fun6"}, {0, ""},       {'8', ""}};
+constexpr FunctionTitle kTitleOfFunction[] = {{'1', "fun2"}, {'2', "fun1"}, {'3', "fun3"},
+                                              {'4', "fun4"}, {'5', "fun5"}, {'6', "fun6"},
+                                              {'7', "fun6"}, {0, ""},       {'8', ""}};
 
 class ColoursTest : public MainViewFixture {};
 
@@ -54,7 +55,7 @@ TEST_F(ColoursTest, BeforeAnyRecordTheTextsAreWhiteAndNoTitleIsLit) {
 TEST_F(ColoursTest, OfEveryFunctionOnlyItsTitleIsLitWhateverTheFlags) {
     start();
     screen_->viewStatus(1);
-    for (const FunctionTitle& row : kTitles) {
+    for (const FunctionTitle& row : kTitleOfFunction) {
         for (const std::uint8_t flag :
              {std::uint8_t{0}, std::uint8_t{1}, std::uint8_t{255}, std::uint8_t{0}}) {
             SCOPED_TRACE(std::to_string(row.function) + ", flags " + std::to_string(flag));
@@ -69,7 +70,7 @@ TEST_F(ColoursTest, OfEveryFunctionOnlyItsTitleIsLitWhateverTheFlags) {
 
 TEST_F(ColoursTest, BehindADisconnectNothingIsLit) {
     start();
-    for (const FunctionTitle& row : kTitles) {
+    for (const FunctionTitle& row : kTitleOfFunction) {
         SCOPED_TRACE(row.function);
         screen_->viewStatus(1);
         protocol::MeterReading record = recordOf(row.function);

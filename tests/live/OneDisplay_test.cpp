@@ -13,7 +13,7 @@
 namespace kestrix::live {
 namespace {
 
-constexpr std::uint8_t kFunctions[] = {'1', '2', '3', '4', '5', '6', '7', 0, '8', 255};
+constexpr std::uint8_t kAnyFunction[] = {'1', '2', '3', '4', '5', '6', '7', 0, '8', 255};
 
 class OneDisplayTest : public MainViewFixture {
   protected:
@@ -91,8 +91,8 @@ class OneDisplayTest : public MainViewFixture {
 
 TEST_F(OneDisplayTest, EveryFunctionBehindEveryOtherInEveryStateOfTheLink) {
     for (const std::int32_t state : {0, 1, 2}) {
-        for (const std::uint8_t first : kFunctions) {
-            for (const std::uint8_t second : kFunctions) {
+        for (const std::uint8_t first : kAnyFunction) {
+            for (const std::uint8_t second : kAnyFunction) {
                 SCOPED_TRACE(std::to_string(first) + ", " + std::to_string(second) + " in state " +
                              std::to_string(state));
                 linkStateOfBoth(state);
@@ -113,7 +113,7 @@ TEST_F(OneDisplayTest, AnyRecordsAndStatesInAnyOrder) {
             linkStateOfBoth(static_cast<std::int32_t>(below(3)));
         } else {
             // Long runs of one function, so that RCD sequences come to their end.
-            const std::uint8_t function = below(12) == 0 ? kFunctions[below(std::size(kFunctions))] : '7';
+            const std::uint8_t function = below(12) == 0 ? kAnyFunction[below(std::size(kAnyFunction))] : '7';
             protocol::MeterReading record = recordOf(function);
             record.bAlarmFlag = below(4) == 0 ? 1 : 0;
             record.bTest = below(30) == 0 ? 0 : 1;
