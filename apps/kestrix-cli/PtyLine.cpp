@@ -25,11 +25,19 @@ std::string systemMessage(int error) {
     return std::generic_category().message(error);
 }
 
-// A link that leads nowhere is left from a simulator that was killed.
-bool isFree(const std::string& link) {
+// Our links lead to a terminal by a way that nobody else writes: so one that a killed simulator left is known
+// as its.
+const fs::path kTerminals = "/dev/pts/.";
+
+// One of ours that leads nowhere any more.
+bool isLeftBehind(const fs::path& link) {
     std::error_code ignored;
-    const fs::file_status status = fs::symlink_status(link, ignored);
-    return !fs::exists(status) || (fs::is_symlink(status) && !fs::exists(link, ignored));
+    return fs::read_symlink(link, ignored).parent_path() == kTerminals && !fs::exists(link, ignored);
+}
+
+bool isFree(const fs::path& link) {
+    std::error_code ignored;
+    return !fs::exists(fs::symlink_status(link, ignored)) || isLeftBehind(link);
 }
 
 }  // namespace
@@ -42,8 +50,10 @@ PtyLine::~PtyLine() {
 }
 
 std::string PtyLine::open(const std::string& link) {
-    if (!isFree(link)) return "there is something of this name, which is left alone";
-    link_ = link;
+    std::error_code error;
+    link_ = fs::absolute(link, error).lexically_normal();
+    if (error) return error.message();
+    if (!isFree(link_)) return "there is something of this name, which is left alone";
     std::string problem = openTerminal();
     if (problem.empty()) look();
     return problem;
@@ -51,8 +61,8 @@ std::string PtyLine::open(const std::string& link) {
 
 std::string PtyLine::openTerminal() {
     std::error_code error;
-    // Before the new terminal exists: it may get the number that a stale link leads to.
-    if (isFree(link_)) fs::remove(link_, error);
+    // Before the new terminal exists: it may get the number that the link left behind leads to.
+    if (isLeftBehind(link_)) fs::remove(link_, error);
     termios raw{};
     cfmakeraw(&raw);
     int slave = -1;
@@ -61,15 +71,17 @@ std::string PtyLine::openTerminal() {
     close(slave);  // from now on it hangs up until a client opens it
     fcntl(master_, F_SETFL, O_NONBLOCK);
     fcntl(master_, F_SETFD, FD_CLOEXEC);
-    name_ = name.data();
-    fs::create_symlink(name_, link_, error);
-    return error ? error.message() : std::string();
+    terminal_ = kTerminals / fs::path(name.data()).filename();
+    fs::create_symlink(terminal_, link_, error);
+    if (!error) return {};
+    close(std::exchange(master_, -1));  // without its name nobody finds it
+    return error.message();
 }
 
 void PtyLine::closeTerminal() {
     if (master_ < 0) return;
     std::error_code ignored;
-    if (fs::read_symlink(link_, ignored) == fs::path(name_)) fs::remove(link_, ignored);
+    if (fs::read_symlink(link_, ignored) == terminal_) fs::remove(link_, ignored);
     close(std::exchange(master_, -1));
     unsent_.clear();
 }
@@ -82,7 +94,7 @@ bool PtyLine::clientIsThere() const {
 void PtyLine::look() {
     timer_ = scheduler_.callAfter(kLookInterval, [this] { look(); });
     if (master_ < 0) {
-        openTerminal();
+        if (isFree(link_)) openTerminal();  // else, and when it fails, at the next look
         return;
     }
     const bool there = clientIsThere();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,11 @@ class PtyLine final : public LineEnd {
     PtyLine& operator=(const PtyLine&) = delete;
     ~PtyLine() override;
 
-    // link: where the port's name goes, a symbolic link. One that leads nowhere is replaced, anything else is
-    // left alone. Empty, or why it cannot.
+    // link: where the port's name goes, a symbolic link. One that a simulator left behind is replaced,
+    // anything else is left alone. Empty, or why it cannot.
     std::string open(const std::string& link);
+    // The absolute path of the link, wherever somebody looks for it from.
+    std::string name() const { return link_.string(); }
 
     std::size_t room() const override;
     void write(std::span<const std::uint8_t> bytes) override;
@@ -33,8 +36,8 @@ class PtyLine final : public LineEnd {
 
     platform::Scheduler& scheduler_;
     TesterLine tester_;
-    std::string link_;
-    std::string name_;  // of the terminal that the link leads to
+    std::filesystem::path link_;
+    std::filesystem::path terminal_;  // that the link leads to
     int master_ = -1;
     std::vector<std::uint8_t> unsent_;
     platform::Scheduler::Timer timer_;
