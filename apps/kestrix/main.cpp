@@ -7,6 +7,7 @@
 #include <iostream>
 #include <utility>
 
+#include "apps/common/PrintableLog.h"
 #include "apps/common/SimulatorSource.h"
 #include "apps/common/TerminationSignals.h"
 #include "apps/kestrix/Options.h"
@@ -85,6 +86,7 @@ int main(int argc, char** argv) {
     }
     chooseRenderer();
     kestrix::platform::installLogFormat(options->verbose);
+    kestrix::app::installPrintableLog();
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
