@@ -1,21 +1,24 @@
-#include "apps/kestrix-cli/CaptureCommand.h"
+// Keeps a tester's raw bytes in a file, behind a header line. Each piece is in the file before the next is
+// read.
 
 #include <fmt/format.h>
-#include <QCoreApplication>
 #include <QDateTime>
 
 #include <any>
+#include <array>
+#include <memory>
 #include <string>
 #include <utility>
 
 #include "apps/common/SimulatorSource.h"
-#include "apps/common/TerminationSignals.h"
 #include "apps/kestrix-cli/CaptureTarget.h"
-#include "link/EADSessionController.h"
+#include "apps/kestrix-cli/CommandOptions.h"
+#include "apps/kestrix-cli/EventLoop.h"
 #include "platform/AccessoryManager.h"
 #include "platform/AccessorySources.h"
 #include "platform/AccessoryUri.h"
 #include "platform/CaptureFile.h"
+#include "platform/EASession.h"
 
 namespace kestrix::cli {
 namespace {
@@ -26,89 +29,115 @@ std::string startTime() {
     return QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString();
 }
 
+// What waits for a file whose reader does not read; more is not taken from the tester.
+constexpr std::size_t kMostWaiting = 1'048'576;
+
 // Opens a session whenever the tester is there, and writes what it sends.
-class Recorder {
+class Recorder final : private platform::StreamDelegate {
   public:
-    Recorder(CaptureTarget& target, std::string uri, std::function<void()> failed)
+    Recorder(CaptureTarget& target, std::string uri)
         : target_(target),
           uri_(std::move(uri)),
-          failed_(std::move(failed)),
+          pump_(*target.output(), [this] { keep(); }),
           connected_(center().addObserver(platform::kAccessoryDidConnect,
                                           [this](const Notification& event) { open(event); })),
           disconnected_(center().addObserver(platform::kAccessoryDidDisconnect,
-                                             [](const Notification&) { controller().closeSession(); })),
-          received_(center().addObserver(link::EADSessionDataReceivedNotification,
-                                         [this](const Notification&) { keep(); })) {}
+                                             [this](const Notification&) { session_.reset(); })) {}
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
-    ~Recorder() { controller().closeSession(); }
-
-    std::uint64_t bytes() const { return bytes_; }
+    ~Recorder() override = default;
 
   private:
     static platform::NotificationCenter& center() { return platform::NotificationCenter::defaultCenter(); }
-    static link::EADSessionController& controller() { return link::EADSessionController::sharedController(); }
 
     void open(const Notification& event) {
         const auto accessory =
             std::any_cast<platform::AccessoryPtr>(event.userInfo.at(platform::kAccessoryKey));
-        controller().setupControllerForAccessory(accessory, accessory->protocolStrings.front());
-        controller().openSession();
+        session_ = platform::EASession::create(accessory, accessory->protocolStrings.front());
+        if (!session_) return;
+        session_->inputStream().setDelegate(this);
+        session_->inputStream().scheduleInRunLoop();
+        session_->inputStream().open();
     }
 
+    void stream(platform::Stream&, platform::StreamEvent event) override {
+        if (event == platform::StreamEvent::HasBytesAvailable) keep();
+    }
+
+    // Takes what has come, as far as the file takes it.
     void keep() {
-        const auto bytes = controller().readData(controller().readBytesAvailable());
-        if (!bytes || bytes->empty()) return;
-        if (headerLine_.empty()) headerLine_ = platform::captureHeaderLine({uri_, startTime()});
-        if (!target_.write(headerLine_, {reinterpret_cast<const char*>(bytes->data()), bytes->size()})) {
-            failed_();
-            return;
+        std::array<std::uint8_t, 4096> buffer;
+        while (session_ && target_.output()->waiting() < kMostWaiting &&
+               session_->inputStream().hasBytesAvailable()) {
+            const std::ptrdiff_t count = session_->inputStream().read(buffer.data(), buffer.size());
+            if (count <= 0) break;
+            if (headerLine_.empty()) headerLine_ = platform::captureHeaderLine({uri_, startTime()});
+            const std::string_view bytes(reinterpret_cast<const char*>(buffer.data()),
+                                         static_cast<std::size_t>(count));
+            if (!target_.write(headerLine_, bytes)) break;
         }
-        bytes_ += bytes->size();
+        if (!target_.output()->good()) EventLoop::quit();
     }
 
     CaptureTarget& target_;
     std::string uri_;
     std::string headerLine_;  // once the first bytes have come
-    std::function<void()> failed_;
-    std::uint64_t bytes_ = 0;
+    std::unique_ptr<platform::EASession> session_;
+    OutputPump pump_;
     platform::NotificationCenter::Subscription connected_;
     platform::NotificationCenter::Subscription disconnected_;
-    platform::NotificationCenter::Subscription received_;
 };
+
+struct CaptureOptions {
+    std::string uri;
+    std::string file;
+    bool force = false;  // overwrite
+};
+
+Ending capture(Runner& runner, const CaptureOptions& options) {
+    runner.limitUnlessGiven(0);
+    EventLoop loop(runner);
+    platform::SourceOrProblem made =
+        platform::makeAccessorySource(options.uri, loop.scheduler, app::simulatorSource);
+    if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
+
+    CaptureTarget target(options.file, options.force);
+    const auto uri = platform::parseAccessoryUri(options.uri);
+    if (uri && uri->scheme == "replay" && target.isFile(uri->target))
+        return failed(options.file + ": it is the capture that is to be replayed");
+    if (std::string problem = target.open(runner); !problem.empty())
+        return failed(options.file + ": " + problem);
+    if (target.output() == nullptr) return failed(options.file + ": nobody reads it");
+
+    std::string problem;
+    {
+        platform::AccessoryManager manager;
+        const Recorder recorder(target, options.uri);
+        manager.registerForLocalNotifications();
+        manager.addSource(std::move(made.source));
+        loop.run();
+        problem = manager.sources().front()->problem();
+    }
+    runner.finish(*target.output());
+    if (const std::string why = target.output()->problem(); !why.empty())
+        return failed(fmt::format("{}: cannot be written to the end ({}); {} bytes are kept", options.file,
+                                  why, target.kept()));
+    if (target.kept() == 0)
+        return failed(options.uri + ": no bytes came" + (problem.empty() ? "" : " (" + problem + ")"));
+    return done(fmt::format("{} bytes in {}", target.kept(), options.file));
+}
+
+Action describe(CommandOptions& options) {
+    auto given = std::make_shared<CaptureOptions>();
+    options.neededWord("uri", given->uri, kUriHelp);
+    options.neededWord("file", given->file, "File to write");
+    options.flag("--force", given->force, "Overwrite the file");
+    return [given](Runner& runner) { return capture(runner, *given); };
+}
 
 }  // namespace
 
-ExitStatus capture(const CaptureOptions& options) {
-    platform::QtScheduler scheduler;
-    platform::SourceOrProblem made =
-        platform::makeAccessorySource(options.uri, scheduler, app::simulatorSource);
-    if (!made.source) return fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
-
-    CaptureTarget target(options.file, options.force);
-    if (!target.problem().empty()) return fail(options.file + ": " + target.problem());
-    const auto uri = platform::parseAccessoryUri(options.uri);
-    if (uri && uri->scheme == "replay" && target.isFile(uri->target))
-        return fail(options.file + ": it is the capture that is to be replayed");
-
-    platform::AccessoryManager manager;
-    Recorder recorder(target, options.uri, [] { QCoreApplication::quit(); });
-    manager.registerForLocalNotifications();
-    manager.addSource(std::move(made.source));
-    const app::TerminationSignals signals([] { QCoreApplication::quit(); });
-    platform::Scheduler::Timer limit;
-    if (options.seconds > 0)
-        limit = scheduler.callAfter(std::chrono::seconds(options.seconds), [] { QCoreApplication::quit(); });
-    QCoreApplication::exec();
-
-    if (!target.good())
-        return fail(options.file + ": cannot be written to the end; " +
-                    fmt::format("{} bytes are kept", recorder.bytes()));
-    if (recorder.bytes() == 0) {
-        const std::string problem = manager.sources().front()->problem();
-        return fail(options.uri + ": no bytes came" + (problem.empty() ? "" : " (" + problem + ")"));
-    }
-    return say(fmt::format("{} bytes in {}", recorder.bytes(), options.file));
-}
+extern const Command captureCommand;
+const Command captureCommand{"capture", "Keep a tester's raw bytes in a file", AtSignal::EndsIt, describe};
 
 }  // namespace kestrix::cli

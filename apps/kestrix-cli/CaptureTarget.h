@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "apps/kestrix-cli/Output.h"
+#include "apps/kestrix-cli/Runner.h"
 
 namespace kestrix::cli {
 
@@ -12,26 +14,36 @@ namespace kestrix::cli {
 // written.
 class CaptureTarget {
   public:
-    // force: an existing file may be replaced. problem() tells why it cannot be written.
-    CaptureTarget(std::string path, bool force);
+    // force: an existing file may be replaced.
+    CaptureTarget(std::string path, bool force) : path_(std::move(path)), force_(force) {}
     CaptureTarget(const CaptureTarget&) = delete;
     CaptureTarget& operator=(const CaptureTarget&) = delete;
     ~CaptureTarget();
 
-    const std::string& problem() const { return problem_; }
+    // Opens the file. A pipe is waited for until somebody reads it. Empty, or why it cannot be written; empty
+    // too when the command is to stop, and then there is no output.
+    std::string open(const Runner& runner);
     bool isFile(const std::string& path) const;
+
+    // None before open().
+    Output* output() { return output_.get(); }
 
     // The first call replaces what the file held by the header line. False once nothing can be written any
     // more.
     bool write(const std::string& headerLine, std::string_view bytes);
-    bool good() const { return output_ == nullptr || output_->good(); }
+    // The tester's bytes that are in the file.
+    std::uint64_t kept() const;
 
   private:
+    bool openOnce();
+
     std::string path_;
-    std::string problem_;
+    bool force_;
     int descriptor_ = -1;
-    bool made_ = false;               // by us, and empty so far
-    std::unique_ptr<Output> output_;  // none before the first bytes
+    bool made_ = false;   // by us
+    bool begun_ = false;  // the header line is written
+    std::size_t headerBytes_ = 0;
+    std::unique_ptr<Output> output_;
 };
 
 }  // namespace kestrix::cli

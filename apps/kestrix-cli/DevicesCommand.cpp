@@ -1,7 +1,6 @@
-#include "apps/kestrix-cli/DevicesCommand.h"
+// What each source sees; for a tester that is not found, which step fails.
 
 #include <fmt/format.h>
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QLoggingCategory>
 #include <QSerialPortInfo>
@@ -9,44 +8,47 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "apps/common/SimulatorSource.h"
-#include "apps/common/TerminationSignals.h"
-#include "apps/kestrix-cli/Output.h"
+#include "apps/kestrix-cli/CommandOptions.h"
+#include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/TesterProbe.h"
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
 namespace {
 
+constexpr int kSecondsToLook = 5;
+
 // Ports are listed and not opened: opening one may disturb what is behind it.
-ExitStatus listWhatIsThere() {
-    Output output;
-    output.write("simulator:  the built-in tester\n");
+Ending listWhatIsThere(Runner& runner) {
+    runner.output().line("simulator:  the built-in tester");
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
         const QString description =
             port.description().isEmpty() ? QStringLiteral("a serial port") : port.description();
         const QFileInfo node(port.systemLocation());
         const bool allowed = node.isReadable() && node.isWritable();
-        output.write(fmt::format("serial:{}  {}{}\n", port.systemLocation().toStdString(),
-                                 description.toStdString(), allowed ? "" : " (no right to open it)"));
+        runner.output().line(fmt::format("serial:{}  {}{}", port.systemLocation().toStdString(),
+                                         description.toStdString(), allowed ? "" : " (no right to open it)"));
     }
-    return output.status();
+    return done();
 }
 
-}  // namespace
-
-ExitStatus devices(const DevicesOptions& options) {
-    if (options.uris.empty()) return listWhatIsThere();
+Ending devices(Runner& runner, const std::vector<std::string>& uris) {
+    if (uris.empty()) return listWhatIsThere(runner);
+    runner.limitUnlessGiven(kSecondsToLook);
     QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the report says it
 
-    platform::QtScheduler scheduler;
+    EventLoop loop(runner);
     std::vector<std::unique_ptr<platform::AccessorySource>> sources;
-    sources.reserve(options.uris.size());
-    for (const std::string& uri : options.uris) {
-        platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource);
-        if (!made.source) return fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
+    sources.reserve(uris.size());
+    for (const std::string& uri : uris) {
+        platform::SourceOrProblem made =
+            platform::makeAccessorySource(uri, loop.scheduler, app::simulatorSource);
+        if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
         sources.push_back(std::move(made.source));
     }
     std::size_t missing = sources.size();
@@ -54,19 +56,27 @@ ExitStatus devices(const DevicesOptions& options) {
     probes.reserve(sources.size());
     for (auto& source : sources) {
         probes.push_back(std::make_unique<TesterProbe>(std::move(source), [&missing] {
-            if (--missing == 0) QCoreApplication::quit();
+            if (--missing == 0) EventLoop::quit();
         }));
     }
-    const app::TerminationSignals signals([] { QCoreApplication::quit(); });
-    const auto limit =
-        scheduler.callAfter(std::chrono::seconds(options.seconds), [] { QCoreApplication::quit(); });
-    QCoreApplication::exec();
+    loop.run();
 
-    Output output;
-    for (const auto& probe : probes) output.write(fmt::format("{}  {}\n", probe->uri(), probe->report()));
-    const ExitStatus status = output.status();
-    if (missing == 0 || status != kDone) return status;
-    return fail(fmt::format("{} of {} not found", missing, probes.size()));
+    for (const auto& probe : probes)
+        runner.output().line(fmt::format("{}  {}", probe->uri(), probe->report()));
+    if (missing == 0) return done();
+    return failed(fmt::format("{} of {} not found", missing, probes.size()));
 }
+
+Action describe(CommandOptions& options) {
+    auto uris = std::make_shared<std::vector<std::string>>();
+    options.words("uri", *uris, kUriHelp);
+    return [uris](Runner& runner) { return devices(runner, *uris); };
+}
+
+}  // namespace
+
+extern const Command devicesCommand;
+const Command devicesCommand{"devices", "What each source sees, or which step fails", AtSignal::CutsItShort,
+                             describe};
 
 }  // namespace kestrix::cli

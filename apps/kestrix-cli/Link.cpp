@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "apps/common/SimulatorSource.h"
+#include "apps/common/TerminationSignals.h"
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
@@ -20,13 +21,17 @@ QString settingsPath(const std::string& given) {
 
 }  // namespace
 
-Link::Link(const std::string& settings) : defaults(settingsPath(settings)), connect(manager, defaults) {}
+// The wait before a lost session is closed ends with the process.
+Link::Link(const std::string& settings, platform::Scheduler& timers)
+    : scheduler(timers),
+      defaults(settingsPath(settings)),
+      connect(manager, defaults, app::pauseUnlessEnding) {}
 
-ExitStatus Link::addSource(const std::string& uri) {
+Ending Link::addSource(const std::string& uri) {
     platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource);
-    if (!made.source) return fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
+    if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
     manager.addSource(std::move(made.source));
-    return kDone;
+    return done();
 }
 
 std::string Link::problem() const {

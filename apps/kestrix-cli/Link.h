@@ -1,9 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
-#include "apps/kestrix-cli/ExitStatus.h"
+#include "apps/kestrix-cli/Ending.h"
 #include "link/BluetoothConnect.h"
 #include "platform/AccessoryManager.h"
 #include "platform/Scheduler.h"
@@ -14,16 +13,17 @@ namespace kestrix::cli {
 // The pipeline from a tester to its records, joined as the application joins it.
 class Link {
   public:
-    // settings: the ini file for the link state; empty for the command line's own.
-    explicit Link(const std::string& settings);
+    // settings: the ini file for the link state; empty for the command line's own. The scheduler must outlive
+    // it.
+    Link(const std::string& settings, platform::Scheduler& scheduler);
 
-    // Looks for the tester at this URI. Anything but kDone was said on standard error.
-    ExitStatus addSource(const std::string& uri);
+    // Looks for the tester at this URI. Anything but kDone is how the command ends.
+    Ending addSource(const std::string& uri);
 
     // Why the tester is not found; empty when nothing is wrong.
     std::string problem() const;
 
-    platform::QtScheduler scheduler;
+    platform::Scheduler& scheduler;
     platform::UserDefaults defaults;
     platform::AccessoryManager manager;
     link::BluetoothConnect connect;

@@ -1,8 +1,7 @@
-#include "apps/kestrix-cli/MonitorCommand.h"
+// The tester's display, live: redrawn in place in a terminal, elsewhere one line for each change.
 
 #include <sys/ioctl.h>
 #include <unistd.h>
-#include <QCoreApplication>
 #include <QLoggingCategory>
 
 #include <any>
@@ -12,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "apps/common/TerminationSignals.h"
+#include "apps/kestrix-cli/CommandOptions.h"
+#include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/Link.h"
-#include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/TerminalDisplay.h"
 #include "display/Steps.h"
 
@@ -26,6 +25,9 @@ constexpr std::chrono::milliseconds kRedrawInterval{50};  // no oftener than thi
 constexpr std::chrono::milliseconds kAgeInterval{
     500};  // and at least so often, for the time since the last frame
 constexpr std::chrono::seconds kRateWindow{4};
+constexpr std::size_t kMostWaiting = 65'536;  // bytes of lines that the reader has not taken
+constexpr const char* kHideCursor = "\x1b[?25l";
+constexpr const char* kShowCursor = "\x1b[?25h";
 
 // Follows the link and keeps what the display shows.
 class Monitor : public link::BusinessCommunicationDelegate {
@@ -54,6 +56,9 @@ class Monitor : public link::BusinessCommunicationDelegate {
 
     bool sawFrames() const { return state_.frames > 0; }
 
+    // The reader has taken all that was written: what changed since then can be written.
+    virtual void outputTaken() = 0;
+
   protected:
     virtual void changed() = 0;
     // To be shown before it returns: what follows a disconnect may block for a second.
@@ -78,8 +83,9 @@ class Monitor : public link::BusinessCommunicationDelegate {
     const DisplayState& state() const { return state_; }
     bool connected() const { return state_.display.link == display::LinkState::Connected; }
     Link& link() { return link_; }
+    Output& output() { return output_; }
     void write(std::string_view text) {
-        if (!output_.write(text)) QCoreApplication::quit();
+        if (!output_.write(text)) EventLoop::quit();
     }
 
   private:
@@ -100,18 +106,21 @@ class Monitor : public link::BusinessCommunicationDelegate {
     platform::NotificationCenter::Subscription linkState_;
 };
 
+// While the reader does not read, changes are left out and not kept: when he does again, the latest one
+// follows.
 class LineMonitor final : public Monitor {
   public:
     using Monitor::Monitor;
+    void outputTaken() override { changed(); }
 
   private:
     void changed() override {
         std::string line = state().reading ? renderLine(*state().reading)
                            : connected()   ? "Connected"
                                            : "Not Connected";
-        if (line == last_) return;
+        if (line == last_ || output().waiting() > kMostWaiting) return;
         last_ = std::move(line);
-        write(last_ + "\n");
+        if (!output().line(last_)) EventLoop::quit();
     }
     std::string last_;
 };
@@ -119,12 +128,17 @@ class LineMonitor final : public Monitor {
 class ScreenMonitor final : public Monitor {
   public:
     ScreenMonitor(Link& link, Output& output, const std::string& uri) : Monitor(link, output, uri) {
-        write("\x1b[?25l");  // no cursor
+        write(kHideCursor);
+        app::TerminationSignals::setLastWords(output.descriptor(), kShowCursor);
         draw();
     }
     ScreenMonitor(const ScreenMonitor&) = delete;
     ScreenMonitor& operator=(const ScreenMonitor&) = delete;
-    ~ScreenMonitor() override { write("\x1b[?25h"); }
+    ~ScreenMonitor() override {
+        app::TerminationSignals::setLastWords(-1, nullptr);
+        write(kShowCursor);
+    }
+    void outputTaken() override { draw(); }
 
   private:
     struct Window {
@@ -145,7 +159,10 @@ class ScreenMonitor final : public Monitor {
 
     void linkHasChanged() override { draw(); }
 
+    // While the terminal does not take what was drawn, nothing is drawn: outputTaken() draws the state of
+    // then.
     void draw() {
+        if (output().waiting() > 0) return;
         drawSoon_ = false;
         const Window current = window();
         if (current != window_) {  // what stood there has been wrapped anew
@@ -172,41 +189,48 @@ bool understandsEscapes() {
     return kind != nullptr && std::string_view(kind) != "dumb";
 }
 
-}  // namespace
-
-ExitStatus monitor(const MonitorOptions& options) {
+Ending monitor(Runner& runner, const std::string& uri) {
     const bool terminal = isatty(STDOUT_FILENO) == 1;
     const bool screen = terminal && understandsEscapes();
     if (screen)
         QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the display says it
+    runner.limitUnlessGiven(terminal ? 0 : kSecondsWithoutTerminal);
 
-    Link link(options.settings);
-    Output output;
-    if (const ExitStatus status = link.addSource(options.uri); status != kDone) return status;
+    EventLoop loop(runner);
+    Link link(runner.settings, loop.scheduler);
+    if (Ending ending = link.addSource(uri); ending.status != kDone) return ending;
 
     bool sawFrames = false;
     {
         std::unique_ptr<Monitor> view;
         if (screen) {
-            view = std::make_unique<ScreenMonitor>(link, output, options.uri);
+            view = std::make_unique<ScreenMonitor>(link, runner.output(), uri);
         } else {
-            view = std::make_unique<LineMonitor>(link, output, options.uri);
+            view = std::make_unique<LineMonitor>(link, runner.output(), uri);
         }
+        loop.outputTaken = [&view] { view->outputTaken(); };
         link.connect.initBlue();
         link.connect.setDelegate(view.get());
-        const app::TerminationSignals signals([] { QCoreApplication::quit(); });
-        platform::Scheduler::Timer limit;
-        const int seconds = options.seconds.value_or(terminal ? 0 : kSecondsWithoutTerminal);
-        if (seconds > 0)
-            limit = link.scheduler.callAfter(std::chrono::seconds(seconds), [] { QCoreApplication::quit(); });
-        if (output.good()) QCoreApplication::exec();
+        loop.run();
         link.connect.setDelegate(nullptr);
+        loop.outputTaken = nullptr;
         sawFrames = view->sawFrames();
     }
     link.connect.allRelease();
-    if (!output.good() || sawFrames) return output.status();
+    if (sawFrames) return done();
     const std::string problem = link.problem();
-    return fail(options.uri + ": no tester found" + (problem.empty() ? "" : " (" + problem + ")"));
+    return failed(uri + ": no tester found" + (problem.empty() ? "" : " (" + problem + ")"));
 }
+
+Action describe(CommandOptions& options) {
+    auto uri = std::make_shared<std::string>();
+    options.neededWord("uri", *uri, kUriHelp);
+    return [uri](Runner& runner) { return monitor(runner, *uri); };
+}
+
+}  // namespace
+
+extern const Command monitorCommand;
+const Command monitorCommand{"monitor", "The tester's display, live", AtSignal::EndsIt, describe};
 
 }  // namespace kestrix::cli

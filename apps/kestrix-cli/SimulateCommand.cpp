@@ -1,32 +1,38 @@
-#include "apps/kestrix-cli/SimulateCommand.h"
+// A tester in software for other programs, until it is interrupted. Says on standard output where it is.
 
 #include <fmt/format.h>
-#include <QCoreApplication>
 
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "apps/common/SimulatorSource.h"
-#include "apps/common/TerminationSignals.h"
-#include "apps/kestrix-cli/Output.h"
+#include "apps/kestrix-cli/CommandOptions.h"
+#include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/PtyLine.h"
 #include "apps/kestrix-cli/TcpLine.h"
 #include "platform/AccessoryUri.h"
 #include "simulator/BuiltinScenarios.h"
 
 namespace kestrix::cli {
-
-ExitStatus listScenarios() {
-    Output output;
-    for (const std::string_view name : simulator::builtinScenarioNames())
-        output.write(std::string(name) + "\n");
-    return output.status();
-}
-
 namespace {
+
+struct SimulateOptions {
+    std::optional<std::string> tcp;  // HOST:PORT; port 0 takes a free one
+    std::optional<std::string> pty;  // name of the serial port to make
+    bool list = false;
+    std::string scenario;
+    std::string seed = "1";
+    std::string speed = "1";
+};
+
+Ending listScenarios(Runner& runner) {
+    for (const std::string_view name : simulator::builtinScenarioNames()) runner.output().line(name);
+    return done();
+}
 
 // A line, ready to play, and where it is; or why there is none.
 struct Place {
@@ -52,34 +58,49 @@ Place openPty(const std::string& link, platform::GeneratedDialer::MakeProducer p
     if (link.empty()) return {nullptr, {}, "expected a name for the serial port", true};
     auto pty = std::make_unique<PtyLine>(std::move(producers), scheduler);
     if (std::string problem = pty->open(link); !problem.empty()) return {nullptr, {}, problem};
-    return {std::move(pty), "serial:" + link, {}};
+    std::string uri = "serial:" + pty->name();
+    return {std::move(pty), std::move(uri), {}};
+}
+
+Ending simulate(Runner& runner, const SimulateOptions& options) {
+    const auto speed = platform::parsePlaySpeed(options.speed);
+    if (!speed) return wrongUsage("the speed is neither \"max\" nor a number from 0.001 to 100000");
+    const auto seed = platform::parseNumber(options.seed, 0, std::numeric_limits<int>::max());
+    if (!seed) return wrongUsage("the seed is not a whole number from 0 on");
+    std::string problem;
+    auto producers =
+        app::simulatorProducers(options.scenario, static_cast<std::uint64_t>(*seed), *speed, problem);
+    if (!producers) return failed(options.scenario + ": " + problem);
+
+    runner.limitUnlessGiven(0);
+    EventLoop loop(runner);
+    const Place place = options.tcp ? openTcp(*options.tcp, std::move(producers), loop.scheduler)
+                                    : openPty(*options.pty, std::move(producers), loop.scheduler);
+    if (!place.line)
+        return {place.wrongUsage ? kWrongUsage : kFailed,
+                options.tcp.value_or(options.pty.value_or("")) + ": " + place.problem};
+
+    runner.output().line("the tester is at " + place.uri);
+    loop.run();
+    return done();
+}
+
+Action describe(CommandOptions& options) {
+    auto given = std::make_shared<SimulateOptions>();
+    options.text("--tcp", "HOST:PORT", given->tcp, "Serve it at this address");
+    options.text("--pty", "LINK", given->pty, "Make a serial port of this name");
+    options.flag("--list", given->list, "Name the built-in scenarios");
+    options.exactlyOneOf({"--tcp", "--pty", "--list"});
+    options.text("--scenario", "NAME|FILE", given->scenario, "Built-in scenario or scenario file");
+    options.text("--seed", "N", given->seed, "Seed of all that happens by chance");
+    options.text("--speed", "N|max", given->speed, "Times real time, or max");
+    return [given](Runner& runner) { return given->list ? listScenarios(runner) : simulate(runner, *given); };
 }
 
 }  // namespace
 
-ExitStatus simulate(const SimulateOptions& options) {
-    const auto speed = platform::parsePlaySpeed(options.speed);
-    if (!speed) return fail("the speed is neither \"max\" nor a number from 0.001 to 100000", kWrongUsage);
-    const auto seed = platform::parseNumber(options.seed, 0, std::numeric_limits<int>::max());
-    if (!seed) return fail("the seed is not a whole number from 0 on", kWrongUsage);
-    std::string problem;
-    auto producers =
-        app::simulatorProducers(options.scenario, static_cast<std::uint64_t>(*seed), *speed, problem);
-    if (!producers) return fail(options.scenario + ": " + problem);
-
-    platform::QtScheduler scheduler;
-    const Place place = options.tcp ? openTcp(*options.tcp, std::move(producers), scheduler)
-                                    : openPty(*options.pty, std::move(producers), scheduler);
-    if (!place.line)
-        return fail(options.tcp.value_or(options.pty.value_or("")) + ": " + place.problem,
-                    place.wrongUsage ? kWrongUsage : kFailed);
-
-    // Before it says that it is there: whoever reads that may end it at once.
-    const app::TerminationSignals signals([] { QCoreApplication::quit(); });
-    Output output;
-    output.write("the tester is at " + place.uri + "\n");
-    if (output.good()) QCoreApplication::exec();
-    return output.status();
-}
+extern const Command simulateCommand;
+const Command simulateCommand{"simulate", "A tester in software for other programs", AtSignal::EndsIt,
+                              describe};
 
 }  // namespace kestrix::cli

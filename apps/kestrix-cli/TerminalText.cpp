@@ -8,21 +8,13 @@
 namespace kestrix::cli {
 namespace {
 
+using app::firstCharacterOf;
+
 struct Range {
     char32_t first;
     char32_t last;
 };
 
-constexpr std::array kUnprintable = std::to_array<Range>({{0x00, 0x1F},
-                                                          {0x7F, 0x9F},
-                                                          {0x061C, 0x061C},
-                                                          {0x200E, 0x200F},
-                                                          {0x2028, 0x202E},
-                                                          {0x2066, 0x2069},
-                                                          {0xD800, 0xDFFF},
-                                                          {0xFEFF, 0xFEFF},
-                                                          {0xFFF9, 0xFFFB},
-                                                          {0xE0000, 0xE007F}});
 constexpr std::array kNoColumn = std::to_array<Range>({{0x0300, 0x036F},
                                                        {0x0483, 0x0489},
                                                        {0x0591, 0x05BD},
@@ -49,42 +41,11 @@ constexpr std::array kTwoColumns = std::to_array<Range>({{0x1100, 0x115F},
                                                          {0x1FA70, 0x1FAFF},
                                                          {0x20000, 0x3FFFD}});
 
-constexpr std::string_view kReplacement = "\uFFFD";
 constexpr std::string_view kEllipsis = "…";
 
 bool isIn(std::span<const Range> ranges, char32_t c) {
     return std::any_of(ranges.begin(), ranges.end(),
                        [c](Range range) { return c >= range.first && c <= range.last; });
-}
-
-struct Character {
-    char32_t code = 0;
-    std::size_t bytes = 1;
-    bool valid = false;
-};
-
-// The first character of a text that is not empty; one byte, not valid, where there is none.
-Character firstOf(std::string_view text) {
-    struct Form {
-        unsigned char mask, lead;
-        char32_t lowest;  // below it the form is longer than it need be
-    };
-    constexpr std::array forms = std::to_array<Form>(
-        {{0x80, 0x00, 0}, {0xE0, 0xC0, 0x80}, {0xF0, 0xE0, 0x800}, {0xF8, 0xF0, 0x10000}});
-    const auto lead = static_cast<unsigned char>(text.front());
-    const auto form =
-        std::find_if(forms.begin(), forms.end(), [lead](const Form& f) { return (lead & f.mask) == f.lead; });
-    if (form == forms.end()) return {};
-    const auto bytes = static_cast<std::size_t>(form - forms.begin()) + 1;
-    if (text.size() < bytes) return {};
-    char32_t code = lead & static_cast<unsigned char>(~form->mask);
-    for (std::size_t i = 1; i < bytes; ++i) {
-        const auto next = static_cast<unsigned char>(text[i]);
-        if ((next & 0xC0U) != 0x80U) return {};
-        code = (code << 6U) | (next & 0x3FU);
-    }
-    if (code < form->lowest || code > 0x10FFFF) return {};
-    return {code, bytes, true};
 }
 
 int columnsOf(char32_t c) {
@@ -95,7 +56,7 @@ int columnsOf(char32_t c) {
 std::string_view beginning(std::string_view text, int columns) {
     std::size_t size = 0;
     while (size < text.size()) {
-        const auto character = firstOf(text.substr(size));
+        const auto character = firstCharacterOf(text.substr(size));
         columns -= columnsOf(character.code);
         if (columns < 0) break;
         size += character.bytes;
@@ -110,21 +71,10 @@ constexpr std::string_view codesOf(Ink ink) {
 
 }  // namespace
 
-std::string printable(std::string_view text) {
-    std::string out;
-    while (!text.empty()) {
-        const auto character = firstOf(text);
-        const bool shown = character.valid && !isIn(kUnprintable, character.code);
-        out += shown ? text.substr(0, character.bytes) : kReplacement;
-        text.remove_prefix(character.bytes);
-    }
-    return out;
-}
-
 int columnsOf(std::string_view text) {
     int columns = 0;
     while (!text.empty()) {
-        const auto character = firstOf(text);
+        const auto character = firstCharacterOf(text);
         columns += columnsOf(character.code);
         text.remove_prefix(character.bytes);
     }

@@ -4,11 +4,11 @@
 #include <string_view>
 #include <vector>
 
+#include "apps/common/PrintableText.h"
+
 namespace kestrix::cli {
 
-// `text` with everything that a terminal would obey or could not show replaced by U+FFFD: control characters,
-// line and direction marks, bytes that are not UTF-8. The result is valid UTF-8.
-std::string printable(std::string_view text);
+using app::printable;
 
 // Columns that a printable text takes: combining characters none, East Asian wide ones and emoji two.
 int columnsOf(std::string_view text);

@@ -54,6 +54,7 @@ int showWindow(const Options& options) {
     launch.documents = QString::fromStdString(options.documents);
     launch.settings = QString::fromStdString(options.settings);
     launch.simulator = kestrix::app::simulatorSource;
+    launch.wait = kestrix::app::pauseUnlessEnding;
     if (!launch.documents.isEmpty() && kestrix::tour::isTourFolder(launch.documents))
         return fail(options.documents + " is a tour's: the next tour replaces what is in it", kFailed);
     kestrix::shell::AppDelegate application(std::move(launch));

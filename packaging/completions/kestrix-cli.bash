@@ -66,11 +66,11 @@ _kestrix_cli_complete() {
 
     if [[ $cur == -?* ]]; then
         local options='--settings --help'
+        [[ -n $command ]] && options+=' --seconds'
         case $command in
             '') options+=' --version' ;;
             decode) options+=' --frame --screen' ;;
-            monitor | devices) options+=' --seconds' ;;
-            capture) options+=' --seconds --force' ;;
+            capture) options+=' --force' ;;
             simulate) options+=' --tcp --pty --scenario --seed --speed --list' ;;
         esac
         _kestrix_cli_words "$options" "$cur"

@@ -32,12 +32,13 @@ complete -c kestrix-cli -n __fish_use_subcommand -a capture -d 'Keep the raw byt
 complete -c kestrix-cli -n __fish_use_subcommand -a simulate -d 'A tester in software for other programs'
 complete -c kestrix-cli -n __fish_use_subcommand -a devices -d 'What each source sees, or which step fails'
 
+complete -c kestrix-cli -n 'not __fish_use_subcommand' -l seconds -x -d 'End after so many seconds'
+
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -F
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -l frame -x -d 'Decode one frame text'
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -l screen -d 'Add what the live screen shows'
 
 complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -a '(__kestrix_cli_uris)'
-complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -l seconds -x -d 'How long'
 
 complete -c kestrix-cli -n '__kestrix_cli_in capture' -F
 complete -c kestrix-cli -n '__kestrix_cli_in capture' -l force -d 'Overwrite the file'

@@ -170,6 +170,13 @@ TEST_F(Simulate, LeavesAnythingElseOfThatNameAlone) {
     expectOneComplaint(run({"simulate", "--pty", path("link")}), 1, path("link"));
     EXPECT_EQ(fs::read_symlink(path("link")), path("file"));
 
+    for (const std::string nowhere : {"/dev/pts/1000000", "gone", "/dev/pts/./../../gone"}) {
+        fs::create_symlink(nowhere, path("dangling"));
+        expectOneComplaint(run({"simulate", "--pty", path("dangling")}), 1, path("dangling"));
+        EXPECT_EQ(fs::read_symlink(path("dangling")), nowhere);
+        fs::remove(path("dangling"));
+    }
+
     expectOneComplaint(run({"simulate", "--pty", folder_.path().toStdString()}), 1, "left alone");
     expectOneComplaint(run({"simulate", "--pty", path("nowhere/port")}), 1, path("nowhere/port"));
 }
@@ -180,10 +187,10 @@ TEST_F(Simulate, TakesOverTheNameThatAKilledOneLeft) {
         ASSERT_TRUE(killed.waitForOutput("\n")) << killed.error();
     }
     ASSERT_TRUE(fs::is_symlink(path("port")));
-    ASSERT_EQ(fs::read_symlink(path("port")).parent_path(), "/dev/pts");
+    ASSERT_EQ(fs::read_symlink(path("port")).parent_path(), "/dev/pts/.");
     // Its number may be another program's by now, which would be left alone; this one is nobody's.
     fs::remove(path("port"));
-    fs::create_symlink("/dev/pts/1000000", path("port"));
+    fs::create_symlink("/dev/pts/./1000000", path("port"));
     Program program({"simulate", "--pty", path("port")});
     ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
     EXPECT_EQ(receive(openPort(path("port")), kFrame).size(), kFrame);
@@ -198,6 +205,16 @@ TEST_F(Simulate, TakesOnlyItsOwnPortAwayAtItsEnd) {
     first.signal(SIGTERM);
     EXPECT_EQ(first.wait(), 0);
     EXPECT_TRUE(fs::is_symlink(path("port"))) << "which is the second one's";
+}
+
+// Whoever reads the line may stand elsewhere.
+TEST_F(Simulate, SaysAnAbsoluteName) {
+    const std::string relative = fs::relative(folder_.path().toStdString()).string();
+    ASSERT_EQ(relative.front(), '.');
+    Program program({"simulate", "--pty", relative + "/./port"});
+    ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
+    EXPECT_EQ(program.output(), "the tester is at serial:" + path("port") + "\n");
+    EXPECT_TRUE(fs::is_symlink(path("port")));
 }
 
 TEST_F(Simulate, AnOccupiedPortFails) {

@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Arguments{"monitor", "simulator:", "--seconds", "x"},
                       Arguments{"monitor", "simulator:", "--seconds", "-1"}, Arguments{"capture"},
                       Arguments{"capture", "simulator:"}, Arguments{"capture", "nonsense", "/dev/null"},
-                      Arguments{"devices", "nonsense"}, Arguments{"devices", "--seconds", "0"},
+                      Arguments{"devices", "nonsense"}, Arguments{"devices", "--seconds", "-1"},
                       Arguments{"monitor", "line\nbreak"}, Arguments{"--settings"}));
 
 TEST(Usage, AnErrorNamesTheWordThatIsWrong) {
