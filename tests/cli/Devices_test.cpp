@@ -3,17 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
-#include <pty.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
 #include "tests/cli/Frames.h"
 #include "tests/cli/Program.h"
+#include "tests/cli/SerialPort.h"
 #include "tests/cli/Sockets.h"
 
 namespace kestrix::cli {
@@ -24,26 +21,6 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-// A pair of terminals: the test holds the tester's end.
-struct SerialPort {
-    SerialPort() {
-        int testers = -1;
-        int users = -1;
-        std::array<char, 128> path{};
-        termios raw{};
-        cfmakeraw(&raw);
-        EXPECT_EQ(openpty(&testers, &users, path.data(), &raw, nullptr), 0);
-        tester = Descriptor(testers);
-        user = Descriptor(users);
-        EXPECT_EQ(fcntl(testers, F_SETFD, FD_CLOEXEC), 0);
-        EXPECT_EQ(fcntl(users, F_SETFD, FD_CLOEXEC), 0);
-        name = path.data();
-    }
-    Descriptor tester;
-    Descriptor user;
-    std::string name;
-};
 
 void expectFound(const Result& result, const std::string& uri, const std::string& function) {
     EXPECT_EQ(result.status, 0);

@@ -6,10 +6,12 @@
 #include <linux/capability.h>
 #include <poll.h>
 #include <pty.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,6 +20,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -27,6 +30,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kPatience{60};
+constexpr char kFilling = '\0';  // of a pipe that is full from the start
 
 std::vector<std::string> environmentOf(const std::string& home, const Surroundings& setup) {
     std::vector<std::string> all = setup.environment;  // the first of a name is the one that counts
@@ -72,6 +76,17 @@ Ends makePipe(bool weWrite) {
     return made;
 }
 
+// Leaves no room in a pipe.
+void fill(const Ends& pipe) {
+    const int end = pipe.theirs.get();
+    EXPECT_EQ(fcntl(end, F_SETFL, O_NONBLOCK), 0);
+    const std::string filling(4096, kFilling);
+    while (write(end, filling.data(), filling.size()) > 0) {
+    }
+    EXPECT_EQ(errno, EAGAIN);
+    EXPECT_EQ(fcntl(end, F_SETFL, 0), 0);
+}
+
 Ends makeTerminal(const Surroundings& setup) {
     winsize size{setup.rows, setup.columns, 0, 0};
     int ours = -1;
@@ -98,7 +113,8 @@ void giveUpPrivileges() {
 [[noreturn]] void become(char* const* arguments, char* const* environment, const std::array<int, 3>& standard,
                          const Surroundings& setup) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    for (const int number : {SIGPIPE, SIGINT, SIGTERM}) std::signal(number, SIG_DFL);
+    for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP}) std::signal(number, SIG_DFL);
+    for (const int number : setup.ignored) std::signal(number, SIG_IGN);
     for (int i = 0; i < 3; ++i) dup2(standard.at(static_cast<std::size_t>(i)), i);
     if (setup.terminal) {
         setsid();
@@ -143,16 +159,26 @@ void Program::start(const std::vector<std::string>& arguments, const Surrounding
     Ends error;
     if (setup.terminal) {
         output = makeTerminal(setup);
+        if (setup.stalled) {
+            EXPECT_EQ(tcflow(output.theirs.get(), TCOOFF), 0);
+            stoppedTerminal_ = Descriptor(fcntl(output.theirs.get(), F_DUPFD_CLOEXEC, 0));
+        }
     } else {
         input = makePipe(true);
         error = makePipe(false);
         output = makePipe(false);
         EXPECT_EQ(fcntl(input.theirs.get(), F_SETFL, setup.waitingInput ? 0 : O_NONBLOCK), 0);
+        if (setup.stalled) {
+            fill(output);
+            fill(error);
+        }
+        if (setup.readerGone) output.ours.reset();
         if (!setup.output.empty()) {
             output = {Descriptor(), Descriptor(open(setup.output.c_str(), O_WRONLY | O_CLOEXEC))};
             EXPECT_TRUE(output.theirs.isOpen()) << setup.output;
         }
     }
+    stalled_ = setup.stalled;
     const int terminal = output.theirs.get();
     const std::array<int, 3> standard{setup.terminal ? terminal : input.theirs.get(), terminal,
                                       setup.terminal ? terminal : error.theirs.get()};
@@ -195,7 +221,10 @@ void Program::take(Descriptor& from, std::string& text) {
     while (from.isOpen()) {
         const ssize_t count = read(from.get(), piece.data(), piece.size());
         if (count > 0) {
+            const std::size_t before = text.size();
             text.append(piece.data(), static_cast<std::size_t>(count));
+            text.erase(std::remove(text.begin() + static_cast<std::ptrdiff_t>(before), text.end(), kFilling),
+                       text.end());
         } else if (count < 0 && errno == EAGAIN) {
             return;
         } else {
@@ -204,22 +233,34 @@ void Program::take(Descriptor& from, std::string& text) {
     }
 }
 
+void Program::takeAll() {
+    if (stalled_) return;
+    take(output_, outputText_);
+    take(error_, errorText_);
+}
+
+void Program::startReading() {
+    if (stoppedTerminal_.isOpen()) {
+        EXPECT_EQ(tcflow(stoppedTerminal_.get(), TCOON), 0);
+    }
+    stoppedTerminal_.reset();
+    stalled_ = false;
+}
+
 bool Program::ended() {
     if (child_ <= 0) return true;
     int status = 0;
     if (waitpid(child_, &status, WNOHANG) != child_) return false;
     child_ = -1;
     status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    take(output_, outputText_);
-    take(error_, errorText_);
+    takeAll();
     return true;
 }
 
 bool Program::takeUntil(const std::function<bool()>& done, short inputEvents) {
     const auto limit = Clock::now() + kPatience;
     while (true) {
-        take(output_, outputText_);
-        take(error_, errorText_);
+        takeAll();
         if (done()) return true;
         if (ended()) return done();
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(limit - Clock::now()).count();
@@ -228,8 +269,8 @@ bool Program::takeUntil(const std::function<bool()>& done, short inputEvents) {
             return false;
         }
         std::array<pollfd, 4> events{{{inputEvents != 0 ? input_.get() : -1, inputEvents, 0},
-                                      {output_.get(), POLLIN, 0},
-                                      {error_.get(), POLLIN, 0},
+                                      {stalled_ ? -1 : output_.get(), POLLIN, 0},
+                                      {stalled_ ? -1 : error_.get(), POLLIN, 0},
                                       {end_.get(), POLLIN, 0}}};
         poll(events.data(), events.size(), static_cast<int>(left));
         inputReady_ = events[0].revents != 0;
@@ -264,8 +305,34 @@ bool Program::waitForError(std::string_view text) {
 
 int Program::wait() {
     endInput();
+    return waitForEnd();
+}
+
+int Program::waitForEnd() {
     takeUntil([this] { return child_ <= 0; }, 0);
     return status_;
+}
+
+// A set of signals as the system shows it: a hexadecimal number, signal 1 in its lowest bit.
+bool Program::hasSignal(const char* set, int signal) const {
+    const std::string status = contentOf("/proc/" + std::to_string(child_) + "/status");
+    const auto place = status.find(set);
+    if (place == std::string::npos) return false;
+    const auto bits = std::strtoull(status.c_str() + place + std::strlen(set), nullptr, 16);
+    return (bits >> (signal - 1) & 1U) != 0;
+}
+
+bool Program::waitUntilItCatches(int signal) {
+    const auto limit = Clock::now() + kPatience;
+    while (Clock::now() < limit && !ended()) {
+        if (hasSignal("SigCgt:", signal)) return true;
+        sched_yield();
+    }
+    return false;
+}
+
+bool Program::ignores(int signal) const {
+    return hasSignal("SigIgn:", signal);
 }
 
 long Program::peakKilobytes() const {

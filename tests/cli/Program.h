@@ -32,6 +32,9 @@ struct Surroundings {
     unsigned short columns = 100;
     std::vector<std::string> environment;  // "NAME=value"
     std::string output;                    // a file that takes the output instead of output()
+    bool stalled = false;                  // nobody reads output and errors, from the start: startReading()
+    bool readerGone = false;               // the output's reader has gone before it starts
+    std::vector<int> ignored;              // signals that it starts with ignored
     std::vector<int> closed;               // descriptors of 0 to 2 that it starts without
     bool unprivileged = false;             // bound by rights and locks, even as root's program
     bool waitingInput = true;              // false: reading too early answers instead of waiting
@@ -59,6 +62,17 @@ class Program {
     bool waitForError(std::string_view text);
     // Ends its input and waits for its end: the exit status, or minus the signal that killed it.
     int wait();
+    // The same with its input left open.
+    int waitForEnd();
+
+    bool hasEnded() { return ended(); }
+
+    // From now on what a stalled program writes is read.
+    void startReading();
+
+    // Whether it has a handler for this signal, or ignores it; as the system says.
+    bool waitUntilItCatches(int signal);
+    bool ignores(int signal) const;
 
     void signal(int number) const;
     // From now on none of its files grows beyond so many bytes.
@@ -78,7 +92,9 @@ class Program {
   private:
     void start(const std::vector<std::string>& arguments, const Surroundings& setup);
     bool takeUntil(const std::function<bool()>& done, short inputEvents);
+    void takeAll();
     void take(Descriptor& from, std::string& text);
+    bool hasSignal(const char* set, int signal) const;
     bool ended();
 
     QTemporaryDir home_;
@@ -87,6 +103,8 @@ class Program {
     Descriptor input_;
     Descriptor output_;
     Descriptor error_;
+    Descriptor stoppedTerminal_;
+    bool stalled_ = false;
     std::string outputText_;
     std::string errorText_;
     bool inputReady_ = false;

@@ -10,7 +10,9 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
+#include <limits>
 #include <utility>
 
 namespace kestrix::cli {
@@ -86,6 +88,25 @@ void sendAll(const Descriptor& to, std::string_view bytes) {
         ASSERT_GT(count, 0);
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+}
+
+std::string receiveToEnd(const Descriptor& from) {
+    return receive(from, std::numeric_limits<std::size_t>::max());
+}
+
+bool writeAll(const Descriptor& to, std::string_view bytes) {
+    const int flags = fcntl(to.get(), F_GETFL);
+    fcntl(to.get(), F_SETFL, flags | O_NONBLOCK);
+    while (!bytes.empty()) {
+        const ssize_t count = write(to.get(), bytes.data(), bytes.size());
+        if (count > 0) {
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno != EAGAIN || !waitFor(to.get(), POLLOUT)) {
+            break;
+        }
+    }
+    fcntl(to.get(), F_SETFL, flags);
+    return bytes.empty();
 }
 
 SimulatedTester::SimulatedTester(std::vector<std::string> options)

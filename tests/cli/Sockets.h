@@ -31,7 +31,10 @@ Descriptor openPort(const std::string& path);
 
 // Waits for so many bytes; fewer when the other end closes before.
 std::string receive(const Descriptor& from, std::size_t size);
+std::string receiveToEnd(const Descriptor& from);
 void sendAll(const Descriptor& to, std::string_view bytes);
+// Any descriptor. False when the reader has gone, or takes nothing for longer than only a hang takes.
+bool writeAll(const Descriptor& to, std::string_view bytes);
 
 // `simulate --tcp` on a free port.
 class SimulatedTester {

@@ -1,0 +1,24 @@
+#include "tests/cli/CommandExamples.h"
+
+namespace kestrix::cli {
+
+const std::vector<CommandExample>& commandExamples() {
+    static const std::vector<CommandExample> examples{
+        {"decode", {"decode"}, {"decode", "--frame", "7e0d1e"}},
+        {"monitor", {"monitor", "simulator:flood?speed=max"}, {}},
+        {"capture", {"capture", "simulator:flood", "FOLDER/kept.kxc"}, {}},
+        {"simulate", {"simulate", "--pty", "FOLDER/port"}, {"simulate", "--list"}},
+        {"devices", {"devices", "serial:/dev/no-such-port"}, {"devices"}},
+    };
+    return examples;
+}
+
+std::vector<std::string> inFolder(std::vector<std::string> words, const std::string& folder) {
+    for (std::string& word : words) {
+        if (const auto place = word.find("FOLDER"); place != std::string::npos)
+            word.replace(place, std::string("FOLDER").size(), folder);
+    }
+    return words;
+}
+
+}  // namespace kestrix::cli
