@@ -91,19 +91,24 @@ TEST_F(Capture, OfASimulatedTesterGivesItsRecords) {
     ASSERT_EQ(sent.size(), size);
 
     SimulatedTester tester(options);
-    const Result result = run({"capture", tester.uri(), path("x.kxc"), "--seconds", "1"});
-    EXPECT_EQ(result.status, 0) << result.error;
+    Program program({"capture", tester.uri(), path("x.kxc")});
+    waitForBytes("x.kxc", size);
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0) << program.error();
     EXPECT_EQ(bytesIn("x.kxc"), sent);
     EXPECT_THAT(linesOf(run({"decode", path("x.kxc")}).output), SizeIs(300));
 }
 
 TEST_F(Capture, CanBeReplayed) {
     capture("x.kxc", manyFrames(50));
-    Program monitor({"monitor", "replay:" + path("x.kxc") + "?speed=max", "--seconds", "1"});
-    Program again({"capture", "replay:" + path("x.kxc") + "?speed=100", path("again.kxc"), "--seconds", "1"});
+    Program monitor({"monitor", "replay:" + path("x.kxc") + "?speed=max", "--seconds", "0"});
+    Program again({"capture", "replay:" + path("x.kxc") + "?speed=100", path("again.kxc")});
+    ASSERT_TRUE(monitor.waitUntil([&] { return linesOf(monitor.output()).size() >= 52; })) << monitor.error();
+    monitor.signal(SIGTERM);
     EXPECT_EQ(monitor.wait(), 0) << monitor.error();
     const std::vector<std::string> lines = linesOf(monitor.output());
-    ASSERT_GE(lines.size(), 52U);
+    waitForBytes("again.kxc", std::size_t{50} * 36);
+    again.signal(SIGTERM);
     EXPECT_EQ(lines[0] + "," + lines[1], "Not Connected,Connected");
     for (std::size_t i = 2; i < 52; ++i) EXPECT_THAT(lines[i], StartsWith("INSULATION  ")) << i;
     EXPECT_EQ(again.wait(), 0) << again.error();
@@ -149,7 +154,9 @@ TEST_F(Capture, AFullDiskFailsWithOneLine) {
 TEST_F(Capture, SaysWhyNoBytesCame) {
     const std::string port = "serial:/dev/no-such-port";
     Program silent({"capture", listener_.uri(), path("a.kxc"), "--seconds", "1"});
-    Program missing({"capture", port, path("b.kxc"), "--seconds", "1"});
+    Program missing({"capture", port, path("b.kxc")});
+    ASSERT_TRUE(missing.waitForError("no such port"));
+    missing.signal(SIGTERM);
     EXPECT_EQ(silent.wait(), 1);
     EXPECT_THAT(complaintsIn(silent.error()),
                 ElementsAre(StartsWith("kestrix-cli: " + listener_.uri() + ": no bytes came")));

@@ -6,7 +6,7 @@ const std::vector<CommandExample>& commandExamples() {
     static const std::vector<CommandExample> examples{
         {"decode", {"decode"}, {"decode", "--frame", "7e0d1e"}},
         {"monitor", {"monitor", "simulator:flood?speed=max"}, {}},
-        {"capture", {"capture", "simulator:flood", "FOLDER/kept.kxc"}, {}},
+        {"capture", {"capture", "simulator:flood", "FOLDER/kept.kxc", "--force"}, {}},
         {"simulate", {"simulate", "--pty", "FOLDER/port"}, {"simulate", "--list"}},
         {"devices", {"devices", "serial:/dev/no-such-port"}, {"devices"}},
     };

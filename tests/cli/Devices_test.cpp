@@ -22,6 +22,9 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
+// What is there is found long before, also where everything is slow.
+constexpr const char* kLongEnough = "4";
+
 void expectFound(const Result& result, const std::string& uri, const std::string& function) {
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(linesOf(result.output), ElementsAre(uri + "  a tester, at " + function));
@@ -77,7 +80,8 @@ TEST(Devices, TellsTheStepThatFails) {
 
     Surroundings setup;
     setup.unprivileged = true;
-    const Result result = run({"devices", refused, missing, busy, silent.uri(), "--seconds", "1"}, {}, setup);
+    const Result result =
+        run({"devices", refused, missing, busy, silent.uri(), "--seconds", kLongEnough}, {}, setup);
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(linesOf(result.output),
                 ElementsAre(refused + "  not found: Connection refused",
@@ -90,7 +94,7 @@ TEST(Devices, TellsTheStepThatFails) {
 TEST(Devices, BytesButNoFrame) {
     const Listener garbage;
     const Listener unknown;
-    Program program({"devices", garbage.uri(), unknown.uri(), "--seconds", "1"});
+    Program program({"devices", garbage.uri(), unknown.uri(), "--seconds", kLongEnough});
     const Descriptor first = garbage.accept();
     const Descriptor second = unknown.accept();
     sendAll(first, std::string(100, '\x7E'));
@@ -105,7 +109,7 @@ TEST(Devices, BytesButNoFrame) {
 // The report and the status say the same, even where the tester's position has no name.
 TEST(Devices, ATesterAtAPositionWithoutAName) {
     const Listener listener;
-    Program program({"devices", listener.uri(), "--seconds", "1"});
+    Program program({"devices", listener.uri(), "--seconds", "0"});
     const Descriptor client = listener.accept();
     sendAll(client, bytesOf(testing::FrameBuilder('6').setting(1, 200)));
     EXPECT_EQ(program.wait(), 0);
@@ -115,7 +119,8 @@ TEST(Devices, ATesterAtAPositionWithoutAName) {
 
 TEST(Devices, OneLineForEachInTheirOrder) {
     const Listener silent;
-    Program program({"devices", "serial:/dev/no-such-port", silent.uri(), "simulator:", "--seconds", "1"});
+    Program program(
+        {"devices", "serial:/dev/no-such-port", silent.uri(), "simulator:", "--seconds", kLongEnough});
     const Descriptor client = silent.accept();
     for (int i = 0; i < 5; ++i) sendAll(client, bytesOf(testing::FrameBuilder('6').setting(1, 200)));
     EXPECT_EQ(program.wait(), 1);

@@ -86,8 +86,8 @@ class Program {
 
     // The most memory that it ever had, in KiB; while it runs.
     long peakKilobytes() const;
-    // The time that its work took; while it runs.
-    double processorSeconds() const;
+    // Waits until it does nothing but wait, however often one looks.
+    bool waitUntilItRests();
 
   private:
     void start(const std::vector<std::string>& arguments, const Surroundings& setup);

@@ -107,10 +107,8 @@ TEST_F(Simulate, AClientThatDoesNotReadCostsNeitherMemoryNorTime) {
     const Descriptor client = connectTo(tester.port(), 4096);
     ASSERT_EQ(receive(client, kFrame).size(), kFrame);
     const long before = tester.program().peakKilobytes();
-    const double work = tester.program().processorSeconds();
-    run({"monitor", "simulator:", "--seconds", "1"});  // so long
+    EXPECT_TRUE(tester.program().waitUntilItRests());
     EXPECT_LT(tester.program().peakKilobytes() - before, 4096);
-    EXPECT_LT(tester.program().processorSeconds() - work, 0.3);
 }
 
 TEST_F(Simulate, AClientThatReadsSlowlyDoesNotMakeItGrow) {

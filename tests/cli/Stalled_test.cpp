@@ -50,7 +50,7 @@ class Stalled : public ::testing::Test {
 // Every other one differs from the one before it, so that each is a line of its own.
 std::string changingFrames(int count) {
     std::string frames;
-    for (int i = 0; i < count; ++i) frames += insulationFrame(1000 + i % 2);
+    for (int i = 0; i < count; ++i) frames += insulationFrame(i % 2 == 0 ? 1000 : 1001);
     return frames;
 }
 
@@ -60,11 +60,9 @@ TEST_F(Stalled, MonitorListensOnAndThenTellsTheLatest) {
     Program program({"monitor", "serial:" + port.name, "--seconds", "0"}, stalled());
     const std::string frames = changingFrames(20'000);
     ASSERT_TRUE(writeAll(port.tester, frames)) << "it does not listen";
-    const std::string last = linesOf(run({"decode"}, insulationFrame(4321)).output).front();
-    ASSERT_THAT(last, HasSubstr("\"strValue1\":\"43.21\""));
     ASSERT_TRUE(writeAll(port.tester, insulationFrame(4321)));
     program.startReading();
-    ASSERT_TRUE(program.waitForOutput("43.21"));
+    ASSERT_TRUE(program.waitForOutput("INSULATION  4321 "));
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait(), 0);
     EXPECT_LT(program.output().size(), frames.size() / 2) << "what nobody reads is not kept without end";
