@@ -30,7 +30,7 @@ std::string startTime() {
 }
 
 // What waits for a file whose reader does not read; more is not taken from the tester.
-constexpr std::size_t kMostWaiting = 1'048'576;
+constexpr std::size_t kMostBytesWaiting = 1'048'576;
 
 // Opens a session whenever the tester is there, and writes what it sends.
 class Recorder final : private platform::StreamDelegate {
@@ -67,7 +67,7 @@ class Recorder final : private platform::StreamDelegate {
     // Takes what has come, as far as the file takes it.
     void keep() {
         std::array<std::uint8_t, 4096> buffer;
-        while (session_ && target_.output()->waiting() < kMostWaiting &&
+        while (session_ && target_.output()->waiting() < kMostBytesWaiting &&
                session_->inputStream().hasBytesAvailable()) {
             const std::ptrdiff_t count = session_->inputStream().read(buffer.data(), buffer.size());
             if (count <= 0) break;
@@ -127,7 +127,7 @@ Ending capture(Runner& runner, const CaptureOptions& options) {
     return done(fmt::format("{} bytes in {}", target.kept(), options.file));
 }
 
-Action describe(CommandOptions& options) {
+Action describeCapture(CommandOptions& options) {
     auto given = std::make_shared<CaptureOptions>();
     options.neededWord("uri", given->uri, kUriHelp);
     options.neededWord("file", given->file, "File to write");
@@ -138,6 +138,7 @@ Action describe(CommandOptions& options) {
 }  // namespace
 
 extern const Command captureCommand;
-const Command captureCommand{"capture", "Keep a tester's raw bytes in a file", AtSignal::EndsIt, describe};
+const Command captureCommand{"capture", "Keep a tester's raw bytes in a file", AtSignal::EndsIt,
+                             describeCapture};
 
 }  // namespace kestrix::cli

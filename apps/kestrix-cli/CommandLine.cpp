@@ -26,7 +26,7 @@ struct Chosen {
 };
 
 // Only the command that is given tells its options, and when it is met: the others cost no time.
-void describe(CLI::App& program, Runner& runner, Chosen& chosen) {
+void describeProgram(CLI::App& program, Runner& runner, Chosen& chosen) {
     program.name("kestrix-cli");
     program.add_option("--settings", runner.settings, "Keep the link state in this file")->type_name("FILE");
     program.set_version_flag("--version", std::string("kestrix-cli ") + KESTRIX_VERSION);
@@ -45,7 +45,7 @@ void describe(CLI::App& program, Runner& runner, Chosen& chosen) {
 }
 
 // What to say where no command runs: help, version, wrong usage. None when one is chosen.
-std::optional<Ending> read(CLI::App& program, Runner& runner, const Chosen& chosen) {
+std::optional<Ending> readArguments(CLI::App& program, Runner& runner, const Chosen& chosen) {
     try {
         program.parse(runner.argc(), runner.argv());
     } catch (const CLI::Success& success) {  // --help, --version
@@ -70,8 +70,9 @@ int runCommandLine(int argc, char** argv) {
     Chosen chosen;
     CLI::App program{
         "Kestrix on the command line: a handheld installation tester's readings without a display"};
-    describe(program, runner, chosen);
-    if (const std::optional<Ending> ending = read(program, runner, chosen)) return runner.end(*ending);
+    describeProgram(program, runner, chosen);
+    if (const std::optional<Ending> ending = readArguments(program, runner, chosen))
+        return runner.end(*ending);
     return runner.run(*chosen.command, chosen.action);
 }
 

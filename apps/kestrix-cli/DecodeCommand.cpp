@@ -164,7 +164,7 @@ Ending decodeFrameText(Runner& runner, const std::string& hexText, bool screen) 
     return done();
 }
 
-Action describe(CommandOptions& options) {
+Action describeDecode(CommandOptions& options) {
     auto given = std::make_shared<DecodeOptions>();
     options.word("file", given->file, "Bytes to decode; - is standard input");
     options.text("--frame", "HEX", given->frame, "Decode one frame text instead");
@@ -181,6 +181,6 @@ Action describe(CommandOptions& options) {
 
 extern const Command decodeCommand;
 const Command decodeCommand{"decode", "Raw bytes to one JSON object per record", AtSignal::CutsItShort,
-                            describe};
+                            describeDecode};
 
 }  // namespace kestrix::cli

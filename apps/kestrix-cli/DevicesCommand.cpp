@@ -67,7 +67,7 @@ Ending devices(Runner& runner, const std::vector<std::string>& uris) {
     return failed(fmt::format("{} of {} not found", missing, probes.size()));
 }
 
-Action describe(CommandOptions& options) {
+Action describeDevices(CommandOptions& options) {
     auto uris = std::make_shared<std::vector<std::string>>();
     options.words("uri", *uris, kUriHelp);
     return [uris](Runner& runner) { return devices(runner, *uris); };
@@ -77,6 +77,6 @@ Action describe(CommandOptions& options) {
 
 extern const Command devicesCommand;
 const Command devicesCommand{"devices", "What each source sees, or which step fails", AtSignal::CutsItShort,
-                             describe};
+                             describeDevices};
 
 }  // namespace kestrix::cli

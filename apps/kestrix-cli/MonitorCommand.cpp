@@ -25,7 +25,7 @@ constexpr std::chrono::milliseconds kRedrawInterval{50};  // no oftener than thi
 constexpr std::chrono::milliseconds kAgeInterval{
     500};  // and at least so often, for the time since the last frame
 constexpr std::chrono::seconds kRateWindow{4};
-constexpr std::size_t kMostWaiting = 65'536;  // bytes of lines that the reader has not taken
+constexpr std::size_t kMostLinesWaiting = 65'536;  // bytes of lines that the reader has not taken
 constexpr const char* kHideCursor = "\x1b[?25l";
 constexpr const char* kShowCursor = "\x1b[?25h";
 
@@ -118,7 +118,7 @@ class LineMonitor final : public Monitor {
         std::string line = state().reading ? renderLine(*state().reading)
                            : connected()   ? "Connected"
                                            : "Not Connected";
-        if (line == last_ || output().waiting() > kMostWaiting) return;
+        if (line == last_ || output().waiting() > kMostLinesWaiting) return;
         last_ = std::move(line);
         if (!output().line(last_)) EventLoop::quit();
     }
@@ -222,7 +222,7 @@ Ending monitor(Runner& runner, const std::string& uri) {
     return failed(uri + ": no tester found" + (problem.empty() ? "" : " (" + problem + ")"));
 }
 
-Action describe(CommandOptions& options) {
+Action describeMonitor(CommandOptions& options) {
     auto uri = std::make_shared<std::string>();
     options.neededWord("uri", *uri, kUriHelp);
     return [uri](Runner& runner) { return monitor(runner, *uri); };
@@ -231,6 +231,6 @@ Action describe(CommandOptions& options) {
 }  // namespace
 
 extern const Command monitorCommand;
-const Command monitorCommand{"monitor", "The tester's display, live", AtSignal::EndsIt, describe};
+const Command monitorCommand{"monitor", "The tester's display, live", AtSignal::EndsIt, describeMonitor};
 
 }  // namespace kestrix::cli

@@ -85,7 +85,7 @@ Ending simulate(Runner& runner, const SimulateOptions& options) {
     return done();
 }
 
-Action describe(CommandOptions& options) {
+Action describeSimulate(CommandOptions& options) {
     auto given = std::make_shared<SimulateOptions>();
     options.text("--tcp", "HOST:PORT", given->tcp, "Serve it at this address");
     options.text("--pty", "LINK", given->pty, "Make a serial port of this name");
@@ -101,6 +101,6 @@ Action describe(CommandOptions& options) {
 
 extern const Command simulateCommand;
 const Command simulateCommand{"simulate", "A tester in software for other programs", AtSignal::EndsIt,
-                              describe};
+                              describeSimulate};
 
 }  // namespace kestrix::cli

@@ -71,9 +71,9 @@ Row namedCells(const std::vector<NamedText>& texts, std::size_t first, int count
 }
 
 // Draws inside a frame `columns` wide; every row has one blank to the left and to the right of its content.
-class Display {
+class Drawing {
   public:
-    Display(const DisplayState& state, int columns, bool colour)
+    Drawing(const DisplayState& state, int columns, bool colour)
         : state_(state), columns_(columns), colour_(colour) {
         if (display::showsReading(state.display) && state.reading) reading_ = &*state.reading;
     }
@@ -266,7 +266,7 @@ class Display {
 std::vector<std::string> renderDisplay(const DisplayState& state, const TerminalStyle& style) {
     std::vector<std::string> lines;
     for (const auto& row :
-         Display(state, std::clamp(style.columns, kNarrowest, kWidest), style.colour).rows()) {
+         Drawing(state, std::clamp(style.columns, kNarrowest, kWidest), style.colour).rows()) {
         lines.push_back(rendered(clipped(row, std::max(style.columns, 0)), style.colour));
     }
     return lines;

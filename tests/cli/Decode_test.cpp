@@ -208,7 +208,7 @@ TEST_F(Decode, KeepsItsHandsOffTheSettings) {
 }
 
 // The most memory that decoding so many frames and so much garbage takes, in KiB.
-long peakOfDecoding(std::size_t rounds) {
+long peakOfPlainDecoding(std::size_t rounds) {
     Surroundings setup;
     setup.output = "/dev/null";
     Program program({"decode"}, setup);
@@ -226,8 +226,8 @@ long peakOfDecoding(std::size_t rounds) {
 }
 
 TEST_F(Decode, NeedsNoMoreMemoryForMore) {
-    const long small = peakOfDecoding(3);   // 2 MB
-    const long large = peakOfDecoding(95);  // 61 MB
+    const long small = peakOfPlainDecoding(3);   // 2 MB
+    const long large = peakOfPlainDecoding(95);  // 61 MB
     EXPECT_GT(small, 1000);
     EXPECT_LT(large - small, 4096);
 }
