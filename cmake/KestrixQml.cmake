@@ -21,6 +21,56 @@ function(kestrix_qml_module target)
     SOURCES ${A_TYPES}
     DEPENDENCIES ${A_DEPENDS}
     IMPORT_PATH ${QT_QML_OUTPUT_DIRECTORY})
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
+  target_include_directories(${target}
+    PUBLIC ${PROJECT_SOURCE_DIR}/src PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC ${A_LINK} Qt6::Qml Qt6::Quick)
+endfunction()
+
+# The views of one folder: a module (arguments as above) that the window loads, and whose QML files are checked; any
+# warning fails.
+function(kestrix_views target)
+  kestrix_qml_module(${target} ${ARGN})
+  set_property(GLOBAL APPEND PROPERTY KESTRIX_VIEWS ${target})
+  if(KESTRIX_TESTS)
+    get_target_property(files ${target} QT_QML_MODULE_QML_FILES)
+    add_test(NAME Qml.${target} COMMAND Qt6::qmllint --bare
+      -I ${QT_QML_OUTPUT_DIRECTORY} -I ${QT6_INSTALL_PREFIX}/${QT6_INSTALL_QML} ${files})
+  endif()
+endfunction()
+
+# kestrix_screens(FOLDER live CONTROLLERS a.cpp... VIEWS A.qml... TYPES LiveTypes.h LINK lib...)
+# All that a folder with screens consists of: the library of its controllers, kestrix_live, which needs no display, and the
+# module of its views, Kestrix.Live. LINK: what the controllers need besides ui and platform.
+function(kestrix_screens)
+  cmake_parse_arguments(A "" "FOLDER" "CONTROLLERS;VIEWS;TYPES;LINK" ${ARGN})
+  string(SUBSTRING ${A_FOLDER} 0 1 initial)
+  string(SUBSTRING ${A_FOLDER} 1 -1 rest)
+  string(TOUPPER ${initial} initial)
+  kestrix_library(kestrix_${A_FOLDER} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
+  kestrix_qml_types(kestrix_${A_FOLDER})
+  kestrix_views(kestrix_${A_FOLDER}_views URI Kestrix.${initial}${rest}
+    QML ${A_VIEWS}
+    TYPES ${A_TYPES}
+    LINK kestrix_${A_FOLDER} kestrix_ui_views
+    DEPENDS QtQuick Kestrix.Ui)
+endfunction()
+
+# kestrix_link_views(TARGET module...): links a program or library with modules of views, and loads them at its start.
+function(kestrix_link_views target)
+  set(imports "#include <QtQml/qqmlextensionplugin.h>\n")
+  foreach(module IN LISTS ARGN)
+    get_target_property(uri ${module} QT_QML_MODULE_URI)
+    string(REPLACE "." "_" plugin ${uri}Plugin)
+    string(APPEND imports "Q_IMPORT_QML_PLUGIN(${plugin})\n")
+    target_link_libraries(${target} PUBLIC ${module} ${module}plugin)
+  endforeach()
+  file(CONFIGURE OUTPUT ${target}_views.cpp CONTENT "${imports}" @ONLY)
+  target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_views.cpp)
+  target_link_libraries(${target} PUBLIC Qt6::Quick)
+endfunction()
+
+# The same with every module of views that there is so far.
+function(kestrix_link_all_views target)
+  get_property(views GLOBAL PROPERTY KESTRIX_VIEWS)
+  kestrix_link_views(${target} ${views})
 endfunction()

@@ -13,6 +13,7 @@
 #include "apps/kestrix/TourTester.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
+#include "shell/Screens.h"
 #include "ui/DisplayUpdates.h"
 
 namespace kestrix::tour {
@@ -45,11 +46,15 @@ class Tour {
         window_.show();
         for (const Stop& stop : stops()) {
             visit(stop);
-            for (const int scale : kScales) {
-                const QString file =
-                    folder_.filePath(subfolder(scale) + u'/' + QLatin1String(stop.name) + ".png");
-                if (!picture(scale).save(file)) return fail("cannot write " + file);
-                std::cout << file.toStdString() << '\n';
+            if (!save(stop.name)) return 1;
+        }
+        for (const shell::ScreenRow& row : shell::screens()) {
+            for (const shell::ScreenStop& stop : row.stops) {
+                application_.screens().present(row.id, false);
+                if (stop.prepare != nullptr) stop.prepare(*application_.screens().topmost());
+                QCoreApplication::processEvents();
+                if (!save(stop.name)) return 1;
+                application_.screens().dismiss(false);
             }
         }
         return 0;
@@ -71,6 +76,16 @@ class Tour {
     static int fail(const QString& why) {
         std::cerr << "kestrix: " << why.toStdString() << '\n';
         return 1;
+    }
+
+    // The picture of this name at every scale. False, with the reason said, when one cannot be written.
+    bool save(const char* name) {
+        for (const int scale : kScales) {
+            const QString file = folder_.filePath(subfolder(scale) + u'/' + QLatin1String(name) + ".png");
+            if (!picture(scale).save(file)) return fail("cannot write " + file) == 0;
+            std::cout << file.toStdString() << '\n';
+        }
+        return true;
     }
 
     void visit(const Stop& stop) {

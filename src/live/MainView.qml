@@ -10,6 +10,7 @@ FocusScope {
     objectName: "mainView"
     focus: true
     Accessible.role: Accessible.Pane
+    Accessible.ignored: !visible || !enabled
     Accessible.name: "Live display"
     // Wherever the keyboard is: Space records, R reads the display aloud.
     Keys.onSpacePressed: event => {

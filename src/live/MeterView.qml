@@ -44,6 +44,7 @@ Item {
         height: 100
         activeFocusOnTab: true
         Accessible.role: Accessible.StaticText
+        Accessible.ignored: !visible || !enabled
         Accessible.name: meter.controller.spokenReading.text
         Accessible.focusable: true
         FocusFrame {}

@@ -16,6 +16,7 @@ ListView {
     activeFocusOnTab: true
     keyNavigationEnabled: false
     Accessible.role: Accessible.Table
+    Accessible.ignored: !visible || !enabled
     Accessible.name: "Measurements of this session: " + count
     Accessible.focusable: true
     Keys.onUpPressed: scrollBy(-20)

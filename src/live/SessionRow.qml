@@ -39,6 +39,7 @@ Item {
     width: 320
     height: model.height
     Accessible.role: Accessible.Row
+    Accessible.ignored: !visible || !enabled
     Accessible.name: [model.DataName, model.Function, model.Parameters, model.Result, model.DateTime].join(", ")
 
     Column {

@@ -18,6 +18,7 @@ Item {
         font.family: "Arial"
         font.pixelSize: 18
         Accessible.role: Accessible.Heading
+        Accessible.ignored: !visible || !enabled
         Accessible.name: text
     }
     ButtonView {

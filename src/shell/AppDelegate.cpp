@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/AccessoryUri.h"
+#include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
 
 namespace kestrix::shell {
@@ -48,7 +49,10 @@ AppDelegate::AppDelegate(LaunchOptions options)
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
-      mainView_(makeServices()) {
+      services_(makeServices()),
+      mainView_(services_) {
+    screens_.setRoot(&mainView_);
+    for (const ScreenRow& row : shell::screens()) registerScreen(row, screens_, services_);
     screens_.setMissing([this](ui::ScreenId) {
         notice_.show(QCoreApplication::translate("AppDelegate", "Not available in this version"));
     });

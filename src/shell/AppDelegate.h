@@ -72,6 +72,7 @@ class AppDelegate {
 
     live::MainViewController& mainView() { return mainView_; }
     ui::ScreenStack& screens() { return screens_; }
+    const ui::Services& services() const { return services_; }
     ui::Notice& notice() { return notice_; }
     ui::Alerts& alerts() { return alerts_; }
     platform::AccessoryManager& accessories() { return accessories_; }
@@ -107,6 +108,7 @@ class AppDelegate {
     ui::Notice notice_;
     ui::Alerts alerts_;
     ui::ScreenStack screens_;
+    ui::Services services_;
     live::MainViewController mainView_;
 };
 

@@ -1,6 +1,5 @@
 #include "shell/MainWindow.h"
 
-#include <QtQml/qqmlextensionplugin.h>
 #include <QCoreApplication>
 #include <QIcon>
 #include <QQmlComponent>
@@ -10,10 +9,6 @@
 #include "artwork/Pictures.h"
 #include "ui/DisplayUpdates.h"
 #include "ui/StageMetrics.h"
-
-Q_IMPORT_QML_PLUGIN(Kestrix_UiPlugin)
-Q_IMPORT_QML_PLUGIN(Kestrix_LivePlugin)
-Q_IMPORT_QML_PLUGIN(Kestrix_ShellPlugin)
 
 namespace kestrix::shell {
 namespace {
@@ -60,6 +55,7 @@ bool MainWindow::load() {
         {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
         {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},
         {QStringLiteral("notice"), QVariant::fromValue(&application_.notice())},
+        {QStringLiteral("alerts"), QVariant::fromValue(&application_.alerts())},
     });
     setSource(kViews);
     return status() == Ready;

@@ -1,30 +1,47 @@
+import QtQuick
 import Kestrix.Ui
 import Kestrix.Live
 
-// What the window shows: the live screen, and the presented screens in front of it.
+// What the window shows: the live screen, the presented screens in front of it, and in front of all an alert. A notice comes
+// over whatever is shown.
 Stage {
     id: root
     required property MainViewController mainView
     required property ScreenStack screens
     required property Notice notice
+    required property Alerts alerts
 
-    MainView {
+    FocusScope {
+        id: beneath // the alert
         width: 320
         height: parent.height
-        screen: root.mainView
-        enabled: root.screens.count === 0
+        enabled: !root.alerts.shown
         focus: enabled
+
+        MainView {
+            width: 320
+            height: parent.height
+            screen: root.mainView
+            visible: !root.mainView.covered
+            enabled: root.screens.count === 0
+            focus: enabled
+        }
+        ModalStack {
+            objectName: "modalStack"
+            width: 320
+            height: parent.height
+            stack: root.screens
+        }
+        NoticeView {
+            x: 10
+            y: parent.height - 68 - height // above the record button
+            width: 300
+            notice: root.notice
+        }
     }
-    ModalStack {
-        objectName: "modalStack"
+    AlertView {
         width: 320
         height: parent.height
-        stack: root.screens
-    }
-    NoticeView {
-        x: 10
-        y: parent.height - 68 - height // above the record button
-        width: 300
-        notice: root.notice
+        alerts: root.alerts
     }
 }

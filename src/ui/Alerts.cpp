@@ -1,7 +1,10 @@
 #include "ui/Alerts.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace kestrix::ui {
 
@@ -18,7 +21,15 @@ void Alerts::answer(int button) {
     const std::function<void(int)> answered = std::move(alerts_.front().alert.answered);
     disconnect(alerts_.front().ownerGone);
     alerts_.pop_front();
+    // Between two alerts none is shown: the second is a new one to the keyboard and to screen readers.
+    std::deque<Owned> rest = std::exchange(alerts_, {});
+    std::vector<QPointer<const QObject>> owners;
+    for (const Owned& owned : rest) owners.emplace_back(owned.owner);
     Q_EMIT shownChanged();
+    for (std::size_t i = rest.size(); i-- > 0;) {
+        if (owners[i]) alerts_.push_front(std::move(rest[i]));
+    }
+    if (!rest.empty()) Q_EMIT shownChanged();
     if (answered) answered(button);  // may show another, or destroy its owner
 }
 

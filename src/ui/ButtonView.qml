@@ -12,7 +12,7 @@ FocusScope {
     property real frameDistance: 0        // of the focus frame
     property int titleInset: 0
     property int titleSize: 14
-    readonly property bool held: touch.pressed && touch.containsMouse
+    readonly property bool held: touch.pressed && touch.containsMouse || landing.active
 
     objectName: button.objectName
     visible: !button.hidden
@@ -22,8 +22,8 @@ FocusScope {
     Accessible.role: Accessible.Button
     Accessible.name: button.accessibleName || button.title
     Accessible.focusable: true
-    Accessible.ignored: button.hidden
-    Accessible.onPressAction: button.press()
+    Accessible.ignored: !visible || !enabled // behind another screen, too
+    Accessible.onPressAction: if (visible && enabled) button.press()
     Keys.onPressed: event => {
         const presses = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
         if (!presses)
@@ -66,13 +66,12 @@ FocusScope {
             fill: parent
             margins: -view.touchMargin
         }
-        onClicked: {
-            if (!view.button.actsOnTouchDown)
-                view.button.press()
-        }
+        enabled: !view.button.actsOnTouchDown // it would keep the press from the handler
+        onClicked: view.button.press()
     }
     // Any finger, not only the first one on the screen, which alone makes mouse events.
     PointHandler {
+        id: landing
         enabled: view.button.actsOnTouchDown
         acceptedButtons: Qt.LeftButton
         margin: view.touchMargin

@@ -28,7 +28,7 @@ void Control::setAccessibleName(const QString& name) {
 }
 
 void Control::changed() {
-    if (waiting_) return;
+    if (waiting_ || static_cast<const Screen*>(parent())->isCovered()) return;
     waiting_ = true;
     DisplayUpdates::shared().add(*this);
 }

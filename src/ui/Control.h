@@ -46,6 +46,7 @@ class Control : public QObject {
 
   private:
     friend class DisplayUpdates;
+    friend class Screen;
     bool hidden_ = false;
     bool toldHidden_ = false;
     bool waiting_ = false;

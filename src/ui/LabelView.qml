@@ -12,7 +12,7 @@ Rectangle {
     visible: !label.hidden
     Accessible.role: Accessible.StaticText
     Accessible.name: label.accessibleName || label.text
-    Accessible.ignored: label.hidden || label.text.trim() === ""
+    Accessible.ignored: !visible || !enabled || label.text.trim() === ""
 
     Text {
         id: text

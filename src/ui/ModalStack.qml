@@ -25,6 +25,7 @@ Item {
             width: modals.width
             height: modals.height
             y: height * (1 - progress)
+            visible: !screen.covered
             enabled: !modals.sliding && index === modals.stack.count - 1
             focus: true
             onEnabledChanged: if (enabled) forceActiveFocus()

@@ -8,11 +8,21 @@ namespace kestrix::ui {
 using std::chrono::milliseconds;
 
 void Notice::show(const QString& text) {
-    add({text, {}, nullptr});
+    add({text, {}, nullptr, nullptr});
 }
 
-void Notice::show(const QString& text, const QString& actionTitle, std::function<void()> action) {
-    add({text, actionTitle, std::move(action)});
+void Notice::show(const QString& text, const QString& actionTitle, std::function<void()> action,
+                  const QObject& owner) {
+    disconnect(&owner, nullptr, this, nullptr);
+    connect(&owner, &QObject::destroyed, this, [this](const QObject* gone) { forget(gone); });
+    add({text, actionTitle, std::move(action), &owner});
+}
+
+void Notice::forget(const QObject* owner) {
+    for (Line& line : lines_) {
+        if (line.owner == owner) line = {line.text, {}, nullptr, nullptr};
+    }
+    if (isShown()) Q_EMIT shownChanged();
 }
 
 void Notice::add(Line line) {

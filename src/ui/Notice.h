@@ -33,8 +33,10 @@ class Notice : public QObject {
     // Shows the line at once, or when those before it have had their time. A text that is the last in line
     // already is not shown twice: it has its time anew.
     void show(const QString& text);
-    // The same with something to do about it: `action` is called when the user presses `actionTitle`.
-    void show(const QString& text, const QString& actionTitle, std::function<void()> action);
+    // The same with something to do about it: `action` is called when the user presses `actionTitle`. owner:
+    // whoever the action speaks to; when it is destroyed, the line stays and its action goes.
+    void show(const QString& text, const QString& actionTitle, std::function<void()> action,
+              const QObject& owner);
 
     // The user's press: the line goes, and its action is called. Nothing happens without an action.
     Q_INVOKABLE void pressAction();
@@ -55,7 +57,9 @@ class Notice : public QObject {
         QString text;
         QString actionTitle;
         std::function<void()> action;
+        const QObject* owner = nullptr;  // never looked into: only compared
     };
+    void forget(const QObject* owner);
     void add(Line line);
     void begin();
     void end();

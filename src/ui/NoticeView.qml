@@ -11,7 +11,7 @@ Item {
     implicitHeight: Math.max(words.implicitHeight + 16, 36)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: notice.text
-    Accessible.ignored: !notice.shown
+    Accessible.ignored: !visible || !enabled
 
     Rectangle {
         anchors.fill: parent
@@ -40,7 +40,7 @@ Item {
         font.pixelSize: 14
         Accessible.ignored: true
     }
-    Item {
+    PanelButton {
         id: action
         objectName: "noticeAction"
         anchors {
@@ -48,39 +48,8 @@ Item {
             top: parent.top
             bottom: parent.bottom
         }
-        width: title.implicitWidth + 24
         visible: view.notice.actionTitle !== ""
-        activeFocusOnTab: true
-        onVisibleChanged: if (!visible) focus = false
-        Accessible.role: Accessible.Button
-        Accessible.name: view.notice.actionTitle
-        Accessible.focusable: true
-        Accessible.ignored: !visible
-        Accessible.onPressAction: view.notice.pressAction()
-        Keys.onPressed: event => {
-            const presses = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
-            if (!presses || (event.modifiers & ~Qt.KeypadModifier) !== Qt.NoModifier)
-                return
-            event.accepted = true
-            if (!event.isAutoRepeat)
-                view.notice.pressAction()
-        }
-
-        Text {
-            id: title
-            anchors.centerIn: parent
-            text: view.notice.actionTitle
-            textFormat: Text.PlainText
-            color: "#ffd166"
-            font.family: "Arial"
-            font.pixelSize: 14
-            font.bold: true
-            Accessible.ignored: true
-        }
-        TapHandler {
-            gesturePolicy: TapHandler.WithinBounds
-            onTapped: view.notice.pressAction()
-        }
-        FocusFrame {}
+        title: view.notice.actionTitle
+        onPressed: view.notice.pressAction()
     }
 }

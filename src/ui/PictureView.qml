@@ -10,5 +10,5 @@ Picture {
     visible: !imageView.hidden
     Accessible.role: Accessible.Graphic
     Accessible.name: imageView.accessibleName
-    Accessible.ignored: imageView.hidden || imageView.accessibleName === ""
+    Accessible.ignored: !visible || !enabled || imageView.accessibleName === ""
 }

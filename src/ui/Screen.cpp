@@ -2,6 +2,10 @@
 
 #include <QLoggingCategory>
 
+#include <utility>
+
+#include "ui/DisplayUpdates.h"
+
 namespace kestrix::ui {
 namespace {
 
@@ -27,13 +31,34 @@ Button* Screen::button(const QString& name) const {
     return find<Button>(name);
 }
 
+TextField* Screen::textField(const QString& name) const {
+    return find<TextField>(name);
+}
+
+void Screen::setCovered(bool covered) {
+    if (covered == covered_) return;
+    covered_ = covered;
+    if (!covered_) {
+        for (const QPointer<Control>& control : std::as_const(controls_)) {
+            if (control) control->changed();
+        }
+        // Before anything of it is drawn: what it showed when it was covered is long out of date.
+        DisplayUpdates::shared().flush();
+    }
+    Q_EMIT coveredChanged();
+}
+
+bool Screen::pressKey(int, int, bool) {
+    return false;
+}
+
 void Screen::add(Control& control) {
     controls_.insert(control.objectName(), &control);
 }
 
 template <class Kind>
 Kind* Screen::find(const QString& name) const {
-    auto* const found = qobject_cast<Kind*>(controls_.value(name));
+    auto* const found = qobject_cast<Kind*>(controls_.value(name).data());
     if (found == nullptr)
         qCWarning(lcUi, "%s has no %s named '%s'", metaObject()->className(),
                   Kind::staticMetaObject.className(), qPrintable(name));

@@ -2,12 +2,14 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include "ui/Button.h"
 #include "ui/ImageView.h"
 #include "ui/Label.h"
 #include "ui/ScreenId.h"
+#include "ui/TextField.h"
 
 namespace kestrix::ui {
 
@@ -15,6 +17,7 @@ namespace kestrix::ui {
 // controls under their names.
 class Screen : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool covered READ isCovered NOTIFY coveredChanged FINAL)
 
   public:
     explicit Screen(ScreenId id) : id_(id) {}
@@ -30,10 +33,24 @@ class Screen : public QObject {
     Q_INVOKABLE kestrix::ui::ImageView* imageView(const QString& name) const;
     Q_INVOKABLE kestrix::ui::Button* button(const QString& name) const;
 
+    Q_INVOKABLE kestrix::ui::TextField* textField(const QString& name) const;
+
+    // Whether another screen lies in front of all of it. A covered screen goes on working, but is not drawn,
+    // and neither the keyboard nor a screen reader finds it; its controls tell the display nothing until it
+    // can be seen.
+    bool isCovered() const { return covered_; }
+    void setCovered(bool covered);
+
+    // A key went down, or repeats itself, that none of its controls has used. True when it is used up.
+    Q_INVOKABLE virtual bool pressKey(int key, int modifiers, bool repeated);
+
     virtual void viewDidLoad() {}
     virtual void viewWillAppear() {}
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear() {}
+
+  Q_SIGNALS:
+    void coveredChanged();
 
   private:
     friend class Control;
@@ -43,7 +60,8 @@ class Screen : public QObject {
 
     ScreenId id_;
     bool loaded_ = false;
-    QHash<QString, Control*> controls_;  // members of the screen's own class
+    bool covered_ = false;
+    QHash<QString, QPointer<Control>> controls_;  // not owned; one that is destroyed is forgotten
 };
 
 }  // namespace kestrix::ui

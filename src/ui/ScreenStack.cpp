@@ -23,7 +23,7 @@ void ScreenStack::present(ScreenId id, bool animated) {
         if (missing_) missing_(id);
         return;
     }
-    Presented next{found->second.makeScreen(), found->second.view, animated && slideDuration() > 0, false};
+    Presented next{found->second.makeScreen(), found->second.view, animated && slideDuration() > 0};
     Screen& screen = *next.screen;
     screen.setParent(this);  // not the script engine's to destroy
     screen.loadView();
@@ -33,19 +33,34 @@ void ScreenStack::present(ScreenId id, bool animated) {
     presented_.push_back(std::move(next));
     endInsertRows();
     Q_EMIT countChanged();
-    if (!slides) screen.viewDidAppear();
+    if (!slides) settle(screen);
+}
+
+void ScreenStack::setRoot(Screen* root) {
+    root_ = root;
+    updateCovered();
 }
 
 void ScreenStack::dismiss(bool animated) {
     const auto top = std::find_if(presented_.rbegin(), presented_.rend(),
                                   [](const Presented& presented) { return !presented.leaving; });
     if (top == presented_.rend()) return;
-    const auto row = static_cast<std::size_t>(presented_.rend() - top - 1);
-    top->screen->viewWillDisappear();  // may present another
+    Screen& screen = *top->screen;
+    top->leaving = true;
+    top->inPlace = false;
+    screen.viewWillDisappear();  // may present another, or dismiss one more
+    const auto row = rowOf(screen);
     if (!animated || slideDuration() == 0) return remove(row);
-    presented_[row].leaving = true;
+    updateCovered();
     const QModelIndex changed = index(static_cast<int>(row));
     Q_EMIT dataChanged(changed, changed, {LeavingRole});
+}
+
+std::size_t ScreenStack::rowOf(const Screen& screen) const {
+    const auto found =
+        std::find_if(presented_.begin(), presented_.end(),
+                     [&screen](const Presented& presented) { return presented.screen.get() == &screen; });
+    return static_cast<std::size_t>(found - presented_.begin());
 }
 
 void ScreenStack::slidOut(Screen* screen) {
@@ -57,11 +72,33 @@ void ScreenStack::slidOut(Screen* screen) {
 }
 
 void ScreenStack::slidIn(Screen* screen) {
-    const bool stays =
-        std::any_of(presented_.begin(), presented_.end(), [screen](const Presented& presented) {
-            return presented.screen.get() == screen && !presented.leaving;
-        });
-    if (stays) screen->viewDidAppear();
+    if (screen != nullptr) settle(*screen);
+}
+
+void ScreenStack::settle(Screen& screen) {
+    if (!stays(screen)) return;
+    presented_[rowOf(screen)].inPlace = true;
+    updateCovered();  // whoever hears of it may dismiss the screen
+    if (stays(screen)) screen.viewDidAppear();
+}
+
+bool ScreenStack::stays(const Screen& screen) const {
+    const std::size_t row = rowOf(screen);
+    return row < presented_.size() && !presented_[row].leaving;
+}
+
+void ScreenStack::updateCovered() {
+    // What is told may change the stack: the screens are found first.
+    std::vector<std::pair<QPointer<Screen>, bool>> told;
+    bool covered = false;
+    for (auto row = presented_.rbegin(); row != presented_.rend(); ++row) {
+        told.emplace_back(row->screen.get(), covered);
+        covered = covered || row->inPlace;
+    }
+    told.emplace_back(root_, covered);
+    for (const auto& [screen, isCovered] : told) {
+        if (screen) screen->setCovered(isCovered);
+    }
 }
 
 Screen* ScreenStack::topmost() const {
@@ -102,6 +139,7 @@ void ScreenStack::remove(std::size_t row) {
     presented_.erase(presented_.begin() + static_cast<std::ptrdiff_t>(row));
     endRemoveRows();
     gone->deleteLater();
+    updateCovered();
     Q_EMIT countChanged();
 }
 

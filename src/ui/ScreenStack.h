@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractListModel>
+#include <QPointer>
 #include <QUrl>
 
 #include <chrono>
@@ -45,6 +46,10 @@ class ScreenStack : public QAbstractListModel, public Navigation {
     // The view has slid a screen in; one that was dismissed meanwhile has not appeared.
     Q_INVOKABLE void slidIn(kestrix::ui::Screen* screen);
 
+    // The screen that lies behind all presented ones. Not owned; it outlives the stack or is taken away by
+    // nullptr.
+    void setRoot(Screen* root);
+
     // The topmost that is not leaving; none without one.
     Screen* topmost() const;
     int count() const { return static_cast<int>(presented_.size()); }
@@ -67,13 +72,20 @@ class ScreenStack : public QAbstractListModel, public Navigation {
         QUrl view;
         bool animated = false;
         bool leaving = false;
+        bool inPlace = false;  // it has slid in, and has not begun to leave
     };
+    std::size_t rowOf(const Screen& screen) const;  // the number of rows for one that is not there
+    bool stays(const Screen& screen) const;         // it is there, and is not leaving
+    void settle(Screen& screen);
     void remove(std::size_t row);
+    // Tells every screen whether one lies in place in front of it.
+    void updateCovered();
 
     std::chrono::milliseconds slideDuration_;
     std::map<ScreenId, Registered> registered_;
     std::function<void(ScreenId)> missing_;
     std::vector<Presented> presented_;
+    QPointer<Screen> root_;
 };
 
 }  // namespace kestrix::ui

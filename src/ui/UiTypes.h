@@ -5,13 +5,16 @@
 
 #include <QJSEngine>
 
+#include "ui/Alerts.h"
 #include "ui/Button.h"
+#include "ui/FramedScreen.h"
 #include "ui/ImageView.h"
 #include "ui/Label.h"
 #include "ui/Notice.h"
 #include "ui/Screen.h"
 #include "ui/ScreenStack.h"
 #include "ui/StageMetrics.h"
+#include "ui/TextField.h"
 
 // The types of this folder under the names that QML knows them by.
 namespace kestrix::ui::qml {
@@ -44,6 +47,20 @@ struct ButtonType {
     QML_UNCREATABLE("belongs to its screen")
 };
 
+struct TextFieldType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::TextField)
+    QML_NAMED_ELEMENT(TextField)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct AlertsType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Alerts)
+    QML_NAMED_ELEMENT(Alerts)
+    QML_UNCREATABLE("belongs to the application")
+};
+
 struct NoticeType {
     Q_GADGET
     QML_FOREIGN(kestrix::ui::Notice)
@@ -55,6 +72,13 @@ struct ScreenType {
     Q_GADGET
     QML_FOREIGN(kestrix::ui::Screen)
     QML_NAMED_ELEMENT(Screen)
+    QML_UNCREATABLE("belongs to the application")
+};
+
+struct FramedScreenType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::FramedScreen)
+    QML_NAMED_ELEMENT(FramedScreen)
     QML_UNCREATABLE("belongs to the application")
 };
 

@@ -62,6 +62,25 @@ TEST_F(AlertsTest, FurtherOnesWaitUntilTheFirstIsAnswered) {
     EXPECT_EQ(answers_, (std::vector<std::string>{"one 0", "two 1"}));
 }
 
+TEST_F(AlertsTest, BetweenTwoAlertsNoneIsShown) {
+    show("one");
+    show("two");
+    std::vector<std::string> told;
+    QObject::connect(&alerts_, &Alerts::shownChanged, &alerts_, [&] { told.push_back(title()); });
+    alerts_.answer(0);
+    EXPECT_EQ(told, (std::vector<std::string>{"", "two"}));
+}
+
+TEST_F(AlertsTest, OneWhoseOwnerGoesBetweenTwoIsForgotten) {
+    auto owner = std::make_unique<QObject>();
+    show("one");
+    show("two", *owner);
+    show("three");
+    QObject::connect(&alerts_, &Alerts::shownChanged, &alerts_, [&] { owner.reset(); });
+    alerts_.answer(0);
+    EXPECT_EQ(title(), "three");
+}
+
 TEST_F(AlertsTest, AnAnswerMayShowAnother) {
     alerts_.show({.title = QStringLiteral("one"), .answered = [this](int) { show("two"); }}, owner_);
     alerts_.answer(0);

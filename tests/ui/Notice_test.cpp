@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ class NoticeTest : public ::testing::Test {
     std::string text() const { return notice_.text().toStdString(); }
 
     testing::ManualScheduler scheduler_;
+    QObject owner_;
     Notice notice_{scheduler_};
     std::vector<std::string> told_;
 };
@@ -90,10 +92,13 @@ TEST_F(NoticeTest, OfMoreThanCanBeReadTheOldestThatWaitsIsDropped) {
 
 TEST_F(NoticeTest, AnActionIsCalledOnceAndTheLineGoes) {
     int undone = 0;
-    notice_.show(QStringLiteral("Deleted"), QStringLiteral("Undo"), [&] {
-        EXPECT_FALSE(notice_.isShown());
-        ++undone;
-    });
+    notice_.show(
+        QStringLiteral("Deleted"), QStringLiteral("Undo"),
+        [&] {
+            EXPECT_FALSE(notice_.isShown());
+            ++undone;
+        },
+        owner_);
     EXPECT_EQ(notice_.actionTitle(), QStringLiteral("Undo"));
     notice_.pressAction();
     notice_.pressAction();
@@ -102,12 +107,24 @@ TEST_F(NoticeTest, AnActionIsCalledOnceAndTheLineGoes) {
 }
 
 TEST_F(NoticeTest, AnActionMayShowTheNextLine) {
-    notice_.show(QStringLiteral("Deleted"), QStringLiteral("Undo"), [this] { show("Restored"); });
+    notice_.show(
+        QStringLiteral("Deleted"), QStringLiteral("Undo"), [this] { show("Restored"); }, owner_);
     notice_.pressAction();
     EXPECT_EQ(text(), "Restored");
     EXPECT_EQ(notice_.actionTitle(), QString());
     scheduler_.advance(Notice::kDuration);
     EXPECT_FALSE(notice_.isShown());
+}
+
+TEST_F(NoticeTest, WithItsOwnerAnActionGoesButNotItsLine) {
+    auto owner = std::make_unique<QObject>();
+    notice_.show(
+        QStringLiteral("Deleted"), QStringLiteral("Undo"), [] { FAIL() << "nobody is there"; }, *owner);
+    owner.reset();
+    EXPECT_EQ(text(), "Deleted");
+    EXPECT_EQ(notice_.actionTitle(), QString());
+    notice_.pressAction();
+    EXPECT_EQ(text(), "Deleted");
 }
 
 TEST_F(NoticeTest, ALineWithoutAnActionHasNothingToPress) {

@@ -148,6 +148,68 @@ TEST_F(ScreenStackTest, AScreenThatNobodyRegisteredIsWarnedOfAndNotPresented) {
     EXPECT_EQ(taken(), Log{});
 }
 
+TEST_F(ScreenStackTest, KnowsWhichScreensThereAre) {
+    EXPECT_TRUE(instant_.has(ScreenId::SaveData));
+    EXPECT_FALSE(instant_.has(ScreenId::BluetoothConnectionHelp));
+}
+
+TEST_F(ScreenStackTest, WhoIsAskedForAScreenThatIsNotThereHearsWhichOne) {
+    std::vector<ScreenId> missing;
+    instant_.setMissing([&](ScreenId id) { missing.push_back(id); });
+    testing::expectWarning("no screen is registered for BluetoothConnectionHelp");
+    instant_.present(ScreenId::BluetoothConnectionHelp, false);
+    EXPECT_EQ(missing, std::vector<ScreenId>{ScreenId::BluetoothConnectionHelp});
+}
+
+TEST_F(ScreenStackTest, WhatLiesBehindAScreenThatIsInPlaceIsCovered) {
+    LoggedScreen root(ScreenId::MainView, "root", log_);
+    sliding_.setRoot(&root);
+    sliding_.present(ScreenId::SaveData, true);
+    Screen* const first = sliding_.topmost();
+    EXPECT_FALSE(root.isCovered());  // it slides over it
+    sliding_.slidIn(first);
+    EXPECT_TRUE(root.isCovered());
+    Screen* const second = presented(ScreenId::BluetoothConnectionHelp);
+    EXPECT_TRUE(first->isCovered());
+    EXPECT_FALSE(second->isCovered());
+    sliding_.dismiss(true);
+    EXPECT_FALSE(first->isCovered());
+    EXPECT_TRUE(root.isCovered());
+    sliding_.slidOut(second);
+    sliding_.dismiss(true);
+    EXPECT_FALSE(root.isCovered());
+    sliding_.slidOut(first);
+    sliding_.present(ScreenId::SaveData, false);
+    EXPECT_TRUE(root.isCovered());
+    sliding_.dismiss(false);
+    EXPECT_FALSE(root.isCovered());
+}
+
+TEST_F(ScreenStackTest, ADismissalInsideADismissalTakesTheNextScreen) {
+    for (ScreenStack* stack : {&instant_, &sliding_}) {
+        stack->present(ScreenId::SaveData, false);
+        stack->present(ScreenId::SaveData, false);
+        dynamic_cast<LoggedScreen*>(stack->topmost())->whenItGoes = [stack] { stack->dismiss(true); };
+        stack->dismiss(true);
+        EXPECT_EQ(stack->topmost(), nullptr);
+        dynamic_cast<QObject*>(stack)->disconnect();
+    }
+    EXPECT_EQ(instant_.count(), 0);
+    EXPECT_EQ(sliding_.count(), 2);
+}
+
+TEST_F(ScreenStackTest, AScreenMayDismissItselfAsItAppears) {
+    LoggedScreen root(ScreenId::MainView, "root", log_);
+    instant_.setRoot(&root);
+    QObject::connect(&root, &Screen::coveredChanged, &root, [&] {
+        if (root.isCovered()) instant_.dismiss(false);
+    });
+    instant_.present(ScreenId::SaveData, false);
+    EXPECT_EQ(instant_.count(), 0);
+    EXPECT_FALSE(root.isCovered());
+    destroyLeft();
+}
+
 TEST_F(ScreenStackTest, WithoutAScreenThereIsNothingToDismiss) {
     instant_.dismiss(false);
     sliding_.dismiss(true);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "tests/support/LogExpectations.h"
 #include "tests/ui/TestScreen.h"
 
@@ -51,6 +53,38 @@ TEST(Screen, LooksAmongItsOwnControlsOnly) {
     const TestScreen other;
     EXPECT_EQ(one.label(QStringLiteral("text")), &one.text);
     EXPECT_EQ(other.label(QStringLiteral("text")), &other.text);
+}
+
+TEST(Screen, ForgetsAControlThatIsDestroyed) {
+    TestScreen screen;
+    auto gone = std::make_unique<Label>(screen, "gone");
+    EXPECT_EQ(screen.label(QStringLiteral("gone")), gone.get());
+    gone.reset();
+    testing::expectWarning("'gone'");
+    EXPECT_EQ(screen.label(QStringLiteral("gone")), nullptr);
+    screen.setCovered(true);
+    screen.setCovered(false);  // asks every control
+}
+
+TEST(Screen, ACoveredOneTellsTheDisplayNothingUntilItCanBeSeen) {
+    TestScreen screen;
+    tellDisplay();
+    const SignalCount texts(screen.text, &Label::textChanged);
+    int coveredTold = 0;
+    QObject::connect(&screen, &Screen::coveredChanged, &screen, [&] {
+        ++coveredTold;
+        EXPECT_EQ(texts(), screen.isCovered() ? 0 : 1);  // told before it can be seen
+    });
+    screen.setCovered(true);
+    screen.setCovered(true);
+    screen.text.setText(QStringLiteral("1"));
+    screen.text.setText(QStringLiteral("2"));
+    tellDisplay();
+    EXPECT_EQ(texts(), 0);
+    EXPECT_EQ(screen.text.text(), QStringLiteral("2"));
+    screen.setCovered(false);
+    EXPECT_EQ(texts(), 1);
+    EXPECT_EQ(coveredTold, 2);
 }
 
 TEST(Screen, LoadsItsViewOnce) {

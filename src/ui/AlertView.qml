@@ -1,0 +1,109 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrix.Ui
+
+// Draws the alert that is shown, in front of everything. What lies behind has to be disabled meanwhile. It comes with the
+// keyboard on the button that Enter presses, and shows that.
+FocusScope {
+    id: view
+    required property Alerts alerts
+
+    objectName: "alert"
+    visible: alerts.shown
+    onVisibleChanged: {
+        const last = buttons.itemAt(buttons.count - 1)
+        if (visible && last !== null)
+            last.forceActiveFocus(Qt.PopupFocusReason)
+    }
+    Keys.onPressed: event => {
+        const isBack = event.key === Qt.Key_Escape || event.key === Qt.Key_Back
+        if (isBack && event.modifiers === Qt.NoModifier && !event.isAutoRepeat)
+            view.alerts.cancel()
+        event.accepted = true // nothing behind hears a key
+    }
+
+    Rectangle {
+        objectName: "alertDim"
+        anchors.fill: parent
+        color: "#0e1626"
+        opacity: 0.7
+    }
+    Rectangle {
+        id: panel
+        objectName: "alertPanel"
+        anchors.centerIn: parent
+        width: 270
+        height: column.height + 24
+        color: "#10182a"
+        border {
+            width: StageMetrics.line
+            color: "#8fb4e8"
+        }
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: [view.alerts.title, view.alerts.text].filter(words => words !== "").join(". ")
+        Accessible.ignored: !visible
+
+        Column {
+            id: column
+            x: 16
+            y: 12
+            width: panel.width - 2 * x
+            spacing: 8
+
+            Text {
+                objectName: "alertTitle"
+                width: parent.width
+                visible: text !== ""
+                text: view.alerts.title
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignHCenter
+                color: "white"
+                font.family: "Arial"
+                font.pixelSize: 17
+                font.bold: true
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+                Accessible.ignored: !visible
+            }
+            Text {
+                objectName: "alertText"
+                width: parent.width
+                visible: text !== ""
+                text: view.alerts.text
+                textFormat: Text.PlainText
+                wrapMode: Text.Wrap
+                maximumLineCount: 14
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignHCenter
+                color: "white"
+                font.family: "Arial"
+                font.pixelSize: 14
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+                Accessible.ignored: !visible
+            }
+            Repeater {
+                id: buttons
+                model: view.alerts.buttons
+                delegate: PanelButton {
+                    required property int index
+                    required property string modelData
+                    objectName: "alertButton" + index
+                    width: column.width
+                    title: modelData
+                    border {
+                        width: StageMetrics.line
+                        color: "#455e95"
+                    }
+                    onPressed: view.alerts.answer(index)
+                    Component.onCompleted: {
+                        if (index === view.alerts.buttons.length - 1)
+                            forceActiveFocus(Qt.PopupFocusReason)
+                    }
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,26 @@
+#include "ui/FramedScreen.h"
+
+namespace kestrix::ui {
+
+FramedScreen::FramedScreen(ScreenId id, const Services& services) : Screen(id), services_(services) {
+    screenTitle.setFont(QStringLiteral("Arial"), 18);
+    screenTitle.setTextColor(Qt::white);
+    screenTitle.setAlignment(Qt::AlignHCenter);
+    screenTitle.setShrinksToFit(true);
+    btnBack.setImage(QStringLiteral("orvo_home_button_back.png"));
+    btnBack.setAccessibleName(tr("Back"));
+    btnBack.setAction([this] { pressBack(); });
+}
+
+void FramedScreen::pressBack() {
+    services_.navigation.dismiss(true);
+}
+
+bool FramedScreen::pressKey(int key, int modifiers, bool repeated) {
+    const bool isBack = key == Qt::Key_Escape || key == Qt::Key_Back;
+    if (!isBack || modifiers != Qt::NoModifier) return Screen::pressKey(key, modifiers, repeated);
+    if (!repeated && isClosable()) pressBack();
+    return true;
+}
+
+}  // namespace kestrix::ui

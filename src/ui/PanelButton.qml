@@ -1,0 +1,48 @@
+import QtQuick
+import Kestrix.Ui
+
+// A button that is a word on a panel: of an alert, or of a notice.
+Rectangle {
+    id: button
+    required property string title
+
+    signal pressed
+
+    implicitWidth: words.implicitWidth + 24
+    implicitHeight: 36
+    color: touch.pressed ? "#455e95" : "transparent"
+    activeFocusOnTab: true
+    onVisibleChanged: if (!visible) focus = false
+    Accessible.role: Accessible.Button
+    Accessible.name: title
+    Accessible.focusable: true
+    Accessible.ignored: !visible || !enabled
+    Accessible.onPressAction: if (enabled) pressed()
+    Keys.onPressed: event => {
+        const presses = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
+        if (!presses || (event.modifiers & ~Qt.KeypadModifier) !== 0)
+            return
+        event.accepted = true
+        if (!event.isAutoRepeat)
+            button.pressed()
+    }
+
+    Text {
+        id: words
+        anchors.centerIn: parent
+        text: button.title
+        textFormat: Text.PlainText
+        color: "#ffd166"
+        font.family: "Arial"
+        font.pixelSize: 15
+        font.bold: true
+        Accessible.ignored: true
+    }
+    TapHandler {
+        id: touch
+        gesturePolicy: TapHandler.ReleaseWithinBounds
+        longPressThreshold: 86400 // however long it was held
+        onTapped: button.pressed()
+    }
+    FocusFrame {}
+}

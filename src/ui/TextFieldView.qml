@@ -1,0 +1,72 @@
+import QtQuick
+import Kestrix.Ui
+
+// Draws a TextField, and edits it: with the keyboard, an input method, and what the clipboard holds.
+Rectangle {
+    id: view
+    required property TextField field
+
+    objectName: field.objectName + "Ground"
+    visible: !field.hidden
+    implicitHeight: 30
+    color: "white"
+    border {
+        width: StageMetrics.line
+        color: "#6c7890"
+    }
+
+    TextInput {
+        id: input
+        objectName: view.field.objectName
+        anchors {
+            fill: parent
+            leftMargin: 8
+            rightMargin: 8
+        }
+        text: view.field.text
+        color: "#10182a"
+        selectionColor: "#2a5db0"
+        selectedTextColor: "white"
+        font.family: "Arial"
+        font.pixelSize: 14
+        verticalAlignment: TextInput.AlignVCenter
+        selectByMouse: true
+        clip: true
+        activeFocusOnTab: true
+        onTextEdited: view.field.edit(text)
+        onAccepted: view.field.pressReturn()
+        onActiveFocusChanged: view.field.setEditing(activeFocus)
+        onVisibleChanged: if (!visible) focus = false
+        Accessible.role: Accessible.EditableText
+        Accessible.name: view.field.accessibleName
+        Accessible.description: view.field.placeholder
+        Accessible.focusable: true
+        Accessible.ignored: !visible || !enabled
+
+        Connections {
+            target: view.field
+            function onTextChanged() {
+                if (input.text !== view.field.text)
+                    input.text = view.field.text
+            }
+            function onEditingEnded() {
+                input.focus = false
+            }
+        }
+    }
+    Text {
+        objectName: view.field.objectName + "Placeholder"
+        anchors.fill: input
+        visible: input.text === "" && input.preeditText === ""
+        text: view.field.placeholder
+        textFormat: Text.PlainText
+        color: "#5f6b80"
+        font: input.font
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
+    }
+    FocusFrame {
+        visible: input.activeFocus
+    }
+}

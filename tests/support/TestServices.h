@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QTemporaryDir>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/ManualScheduler.h"
+#include "ui/Services.h"
+
+namespace kestrix::testing {
+
+// The services of a screen that is tested alone: time stands still, and what it asks of its surroundings is
+// written down.
+class TestServices final : private ui::Navigation, private ui::TextMeasure {
+  public:
+    ui::Services services() {
+        return {
+            .defaults = defaults,
+            .documents = documents,
+            .scheduler = scheduler,
+            .navigation = *this,
+            .notice = notice,
+            .alerts = alerts,
+            .textMeasure = *this,
+            .timeText = timeText,
+            .now = [this] { return now; },
+            .accessories = accessories,
+            .wait = [](std::chrono::milliseconds) {},
+        };
+    }
+
+    QTemporaryDir folder;
+    testing::ManualScheduler scheduler;
+    platform::UserDefaults defaults{folder.filePath(QStringLiteral("kestrix.ini"))};
+    platform::DocumentsFolder documents{folder.path()};
+    platform::AccessoryManager accessories;
+    platform::DateText timeText{ui::kTimePattern, "en_US", "UTC"};
+    std::chrono::system_clock::time_point now{std::chrono::sys_days(std::chrono::year(2024) / 6 / 3)};
+    ui::Notice notice{scheduler};
+    ui::Alerts alerts;
+    std::vector<std::string> asked;  // "present SaveData animated", "dismiss"
+    double textHeight = 20;          // of every text
+
+  private:
+    bool has(ui::ScreenId) const override { return true; }
+    void present(ui::ScreenId id, bool animated) override {
+        asked.push_back(std::string("present ") + ui::nameOf(id) + (animated ? " animated" : ""));
+    }
+    void dismiss(bool animated) override { asked.emplace_back(animated ? "dismiss animated" : "dismiss"); }
+    double wrappedHeight(const QString&, const QString&, int, double, double) const override {
+        return textHeight;
+    }
+};
+
+}  // namespace kestrix::testing

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tests/support/WindowFixture.h"
+
+class QAccessibleInterface;
+
+namespace kestrix::testing {
+
+// Walks over whatever the window shows now. Each answers what is wrong, one sentence each, as a person would
+// say it.
+class WindowWalks : public WindowFixture {
+  protected:
+    using Problems = std::vector<std::string>;
+
+    // Every text that can be used against every pixel that it really stands on: 4.5 : 1.
+    Problems contrastProblems();
+    // Everything that a screen reader finds has a name, a role and a place, and every text that is shown is
+    // found.
+    Problems accessibilityProblems();
+    // Tab reaches everything that can take the keyboard, from top to bottom, and begins anew behind the last;
+    // the frame around what has the keyboard stands out by 3 : 1.
+    Problems keyProblems();
+    // All of them, at one and at three pixels a point.
+    Problems allProblems();
+
+    // Everything below the window that a screen reader finds.
+    std::vector<QAccessibleInterface*> found();
+    // Presses as a screen reader does.
+    void pressByScreenReader(const char* name);
+
+  private:
+    std::vector<QQuickItem*> usableTexts();
+    std::vector<QQuickItem*> tabStops();
+    Problems frameProblems(const QImage& without);
+};
+
+// For EXPECT_EQ: one problem a line, nothing without any.
+std::string inLines(const std::vector<std::string>& problems);
+
+}  // namespace kestrix::testing
