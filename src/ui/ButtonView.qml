@@ -17,8 +17,8 @@ FocusScope {
     objectName: button.objectName
     visible: !button.hidden
     activeFocusOnTab: true
-    // Otherwise the keyboard would stay at something that cannot be seen.
-    onVisibleChanged: if (!visible) focus = false
+    // Otherwise the keyboard would stay at something that cannot be seen. Behind another screen it keeps its place.
+    onVisibleChanged: if (button.hidden) focus = false
     Accessible.role: Accessible.Button
     Accessible.name: button.accessibleName || button.title
     Accessible.focusable: true

@@ -47,6 +47,7 @@ Item {
             right: parent.right
             top: parent.top
             bottom: parent.bottom
+            margins: 4 // so that its frame keeps clear of the panel's line
         }
         visible: view.notice.actionTitle !== ""
         title: view.notice.actionTitle

@@ -36,7 +36,7 @@ Rectangle {
         onTextEdited: view.field.edit(text)
         onAccepted: view.field.pressReturn()
         onActiveFocusChanged: view.field.setEditing(activeFocus)
-        onVisibleChanged: if (!visible) focus = false
+        onVisibleChanged: if (view.field.hidden) focus = false
         Accessible.role: Accessible.EditableText
         Accessible.name: view.field.accessibleName
         Accessible.description: view.field.placeholder

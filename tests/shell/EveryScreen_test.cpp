@@ -1,7 +1,5 @@
 // What holds for every screen in every state that the tour shows: it can be read, heard, and reached by the
 // keyboard. A screen that has its row in the table of screens is looked at here by itself.
-#include <QRegularExpression>
-
 #include <set>
 
 #include "apps/kestrix/TourStops.h"
@@ -40,10 +38,20 @@ class EveryScreen : public testing::WindowWalks {
             settle();
             if (stop.prepare != nullptr) stop.prepare(*app().screens().topmost());
             settle();
+            keepPictures(stop.name);
             expectGood(stop.name);
             app().screens().dismiss(false);
             app().notice().clear();
             settle();
+        }
+    }
+    // For who wants to look: KESTRIX_PICTURES names the folder.
+    void keepPictures(const char* name) {
+        const QString pictures = qEnvironmentVariable("KESTRIX_PICTURES");
+        if (pictures.isEmpty()) return;
+        for (const int scale : {3, 1}) {
+            resize(kSmall * scale);
+            onDisplay().save(QStringLiteral("%1/%2-%3x.png").arg(pictures, QLatin1String(name)).arg(scale));
         }
     }
     void visit(const tour::Stop& stop) {

@@ -24,6 +24,7 @@ using Heard = std::vector<std::string>;
 class MadeUpScreen : public testing::WindowWalks {
   protected:
     void openMadeUp(bool animated = false) {
+        if (!animated) options_.slideDuration = std::chrono::milliseconds(0);
         start();
         const ScreenRow row{
             ScreenId::SaveData, "Made up", make<MadeUpViewController>, "Madeup/MadeUpView.qml", {}};
@@ -280,7 +281,7 @@ TEST_F(MadeUpScreen, ButtonsArePressedByTwoFingersAtOnceAndByAScreenReader) {
 }
 
 TEST_F(MadeUpScreen, SeveralScreensAlertsAndNoticesGoInAnyOrder) {
-    openMadeUp();
+    openMadeUp(true);
     app().screens().present(ScreenId::SaveData, true);
     made().pressAsk();
     made().pressTell();

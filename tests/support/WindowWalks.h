@@ -33,8 +33,11 @@ class WindowWalks : public WindowFixture {
     void pressByScreenReader(const char* name);
 
   private:
+    // The keyboard is at the screen as a whole, as when it came: no frame is shown.
+    void leaveTheControls();
     std::vector<QQuickItem*> usableTexts();
     std::vector<QQuickItem*> tabStops();
+    QQuickItem* stopAtKeyboard();  // a list, for its row
     Problems frameProblems(const QImage& without);
 };
 
