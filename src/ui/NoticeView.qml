@@ -8,7 +8,7 @@ Item {
 
     objectName: "notice"
     visible: notice.shown
-    implicitHeight: Math.max(words.implicitHeight + 16, 36)
+    implicitHeight: Math.max(Math.ceil(words.implicitHeight) + 16, 36)
     Accessible.role: Accessible.AlertMessage
     Accessible.name: notice.text
     Accessible.ignored: !visible || !enabled

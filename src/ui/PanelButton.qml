@@ -8,7 +8,7 @@ Rectangle {
 
     signal pressed
 
-    implicitWidth: words.implicitWidth + 24
+    implicitWidth: Math.ceil(words.implicitWidth) + 24 // on whole points, or its frame would be blurred
     implicitHeight: 36
     color: touch.pressed ? "#455e95" : "transparent"
     activeFocusOnTab: true
