@@ -121,7 +121,7 @@ TEST(DecodeScreenRules, HostileBytesGiveWhatTheRulesSay) {
 }
 
 // The most memory that decoding so many frames takes, in KiB.
-long peakOfDecoding(std::size_t rounds) {
+long peakOfDecodingWithScreen(std::size_t rounds) {
     Surroundings setup;
     setup.output = "/dev/null";
     Program program({"decode", "--screen"}, setup);
@@ -135,8 +135,8 @@ long peakOfDecoding(std::size_t rounds) {
 }
 
 TEST(DecodeScreenRules, NeedsNoMoreMemoryForMore) {
-    const long small = peakOfDecoding(3);   // 1 MB
-    const long large = peakOfDecoding(40);  // 14 MB
+    const long small = peakOfDecodingWithScreen(3);   // 1 MB
+    const long large = peakOfDecodingWithScreen(40);  // 14 MB
     EXPECT_GT(small, 1000);
     EXPECT_LT(large - small, 4096);
 }
