@@ -13,6 +13,7 @@
 
 #include "apps/common/SimulatorSource.h"
 #include "link/BluetoothConnect.h"
+#include "link/FrameListener.h"
 #include "platform/AccessorySources.h"
 
 namespace {
@@ -64,7 +65,8 @@ int main(int argc, char** argv) {
     Counter counter(frames);
     connect.initBlue();
     connect.setDelegate(&counter);
-    auto made = platform::makeAccessorySource("simulator:?speed=max", scheduler, app::simulatorSource);
+    auto made = platform::makeAccessorySource("simulator:?speed=max", scheduler, app::simulatorSource,
+                                              link::makeFrameListener);
     if (!made.source) {
         std::fprintf(stderr, "soak: %s\n", made.problem.c_str());
         return 1;

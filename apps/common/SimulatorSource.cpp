@@ -89,7 +89,7 @@ platform::GeneratedDialer::MakeProducer simulatorSource(platform::AccessoryUri& 
                                             std::numeric_limits<int>::max());
     const auto speed = platform::parsePlaySpeed(platform::takeOption(uri, "speed").value_or("1"));
     if (!seed) problem = "the seed is not a number from 1 on";
-    if (!speed) problem = "the speed is neither \"max\" nor a number from 0.001 to 100000";
+    if (!speed) problem = platform::kWrongPlaySpeed;
     if (!seed || !speed) return nullptr;
     return simulatorProducers(uri.target, static_cast<std::uint64_t>(*seed), *speed, problem);
 }

@@ -51,9 +51,9 @@ class Recorder final : private platform::StreamDelegate {
     static platform::NotificationCenter& center() { return platform::NotificationCenter::defaultCenter(); }
 
     void open(const Notification& event) {
-        const auto accessory =
-            std::any_cast<platform::AccessoryPtr>(event.userInfo.at(platform::kAccessoryKey));
-        session_ = platform::EASession::create(accessory, accessory->protocolStrings.front());
+        const auto* accessory = platform::userInfoOf<platform::AccessoryPtr>(event, platform::kAccessoryKey);
+        if (accessory == nullptr || *accessory == nullptr) return;
+        session_ = platform::EASession::create(*accessory, (*accessory)->protocolStrings.front());
         if (!session_) return;
         session_->inputStream().setDelegate(this);
         session_->inputStream().scheduleInRunLoop();
@@ -98,7 +98,7 @@ Ending capture(Runner& runner, const CaptureOptions& options) {
     runner.limitUnlessGiven(0);
     EventLoop loop(runner);
     platform::SourceOrProblem made =
-        platform::makeAccessorySource(options.uri, loop.scheduler, app::simulatorSource);
+        platform::makeAccessorySource(options.uri, loop.scheduler, app::simulatorSource, platform::makeAnyByteListener);
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
 
     CaptureTarget target(options.file, options.force);

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/AccessorySources.h"
+
 namespace CLI {
 class App;
 }
@@ -35,7 +37,7 @@ class CommandOptions {
 };
 
 // How a tester is named, for the help of a word that names one.
-inline constexpr const char* kUriHelp =
-    "tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 or simulator:";
+inline const std::string kUriForms = platform::sourceForms();
+inline const char* const kUriHelp = kUriForms.c_str();
 
 }  // namespace kestrix::cli

@@ -16,6 +16,7 @@
 #include "apps/kestrix-cli/CommandOptions.h"
 #include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/TesterProbe.h"
+#include "link/FrameListener.h"
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
@@ -47,7 +48,7 @@ Ending devices(Runner& runner, const std::vector<std::string>& uris) {
     sources.reserve(uris.size());
     for (const std::string& uri : uris) {
         platform::SourceOrProblem made =
-            platform::makeAccessorySource(uri, loop.scheduler, app::simulatorSource);
+            platform::makeAccessorySource(uri, loop.scheduler, app::simulatorSource, link::makeFrameListener);
         if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
         sources.push_back(std::move(made.source));
     }

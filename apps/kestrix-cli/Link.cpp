@@ -7,6 +7,7 @@
 
 #include "apps/common/SimulatorSource.h"
 #include "apps/common/TerminationSignals.h"
+#include "link/FrameListener.h"
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
@@ -28,7 +29,7 @@ Link::Link(const std::string& settings, platform::Scheduler& timers)
       connect(manager, defaults, app::pauseUnlessEnding) {}
 
 Ending Link::addSource(const std::string& uri) {
-    platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource);
+    platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource, link::makeFrameListener);
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
     manager.addSource(std::move(made.source));
     return done();

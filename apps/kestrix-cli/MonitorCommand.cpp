@@ -4,7 +4,6 @@
 #include <unistd.h>
 #include <QLoggingCategory>
 
-#include <any>
 #include <cstdlib>
 #include <deque>
 #include <string>
@@ -37,8 +36,8 @@ class Monitor : public link::BusinessCommunicationDelegate {
           output_(output),
           linkState_(platform::NotificationCenter::defaultCenter().addObserver(
               link::Orvoblueviewnotification, [this](const platform::Notification& event) {
-                  linkChanged(std::any_cast<std::string>(event.object) == "1" ? link::kConnected
-                                                                              : link::kNotConnected);
+                  if (const auto* state = platform::objectOf<std::string>(event))
+                      linkChanged(*state == "1" ? link::kConnected : link::kNotConnected);
               })) {
         state_.source = uri;
         display::linkStateChanged(state_.display, link::kNotConnected);

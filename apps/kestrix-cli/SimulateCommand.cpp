@@ -64,7 +64,7 @@ Place openPty(const std::string& link, platform::GeneratedDialer::MakeProducer p
 
 Ending simulate(Runner& runner, const SimulateOptions& options) {
     const auto speed = platform::parsePlaySpeed(options.speed);
-    if (!speed) return wrongUsage("the speed is neither \"max\" nor a number from 0.001 to 100000");
+    if (!speed) return wrongUsage(platform::kWrongPlaySpeed);
     const auto seed = platform::parseNumber(options.seed, 0, std::numeric_limits<int>::max());
     if (!seed) return wrongUsage("the seed is not a whole number from 0 on");
     std::string problem;

@@ -53,10 +53,8 @@ void TesterProbe::stream(platform::Stream&, platform::StreamEvent event) {
 
 std::string TesterProbe::report() const {
     if (found()) return function_.empty() ? "a tester" : "a tester, at " + function_;
-    if (bytes_ > 0) return "not found: " + std::to_string(bytes_) + " bytes came, but no valid frame";
+    if (bytes_ > 0) return "not found: bytes come, but no valid frame";
     if (!source_->problem().empty()) return "not found: " + source_->problem();
-    if (source_->state() == platform::SearchState::Listening)
-        return "not found: connected, but no bytes come";
     return "not found: no answer";
 }
 

@@ -5,6 +5,8 @@
 #include <iostream>
 #include <utility>
 
+#include "platform/AccessorySources.h"
+
 namespace kestrix {
 namespace {
 
@@ -31,10 +33,7 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitStatus) {
     CLI::App program{"Kestrix shows the display of a handheld installation tester, and records it",
                      "kestrix"};
     Options options;
-    program
-        .add_option(
-            "--connect", options.uris,
-            "Where the tester is: tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 or simulator:")
+    program.add_option("--connect", options.uris, "Where the tester is: " + platform::sourceForms())
         ->type_name("URI")
         ->allow_extra_args(false);
     program.add_option("--documents", options.documents, "Keep the database and its settings in this folder")

@@ -18,6 +18,8 @@ class TourTester final : public platform::AccessorySource {
     std::string uri() const override { return "tour:"; }
     platform::SearchState state() const override { return platform::SearchState::Present; }
     std::string problem() const override { return {}; }
+    platform::FailedStep failedStep() const override { return platform::FailedStep::None; }
+    std::string peerName() const override { return {}; }
     std::unique_ptr<platform::ByteChannel> openChannel(const platform::Accessory& accessory,
                                                        const std::string& protocol) override;
 

@@ -65,10 +65,8 @@ void BluetoothConnect::deviceDidDisconnect(const Notification& event) {
     qCInfo(lcLink, "====非连接====");
     if (bDisconnectNotified) return;
     viewState(kNotConnected);
-    platform::AccessoryPtr gone;
-    if (const auto found = event.userInfo.find(platform::kAccessoryKey); found != event.userInfo.end())
-        gone = std::any_cast<platform::AccessoryPtr>(found->second);
-    const std::uint32_t goneId = gone ? gone->connectionId : 0;
+    const auto* gone = platform::userInfoOf<platform::AccessoryPtr>(event, platform::kAccessoryKey);
+    const std::uint32_t goneId = gone != nullptr && *gone ? (*gone)->connectionId : 0;
     const std::uint32_t testerId = measuredevice_ ? measuredevice_->connectionId : 0;
     if (goneId == testerId) {
         if (measuredevice_) {
@@ -106,7 +104,9 @@ void BluetoothConnect::openSelected() {
 }
 
 void BluetoothConnect::deviceDataReceived(const Notification& event) {
-    EADSessionController& controller = *std::any_cast<EADSessionController*>(event.object);
+    const auto* poster = platform::objectOf<EADSessionController*>(event);
+    if (poster == nullptr || *poster == nullptr) return;
+    EADSessionController& controller = **poster;
     hexText_.clear();
     while (const std::uint64_t available = controller.readBytesAvailable()) {
         const auto bytes = controller.readData(available);

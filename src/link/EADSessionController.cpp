@@ -65,8 +65,9 @@ std::optional<std::vector<std::uint8_t>> EADSessionController::readData(std::uin
     const auto first = readBuffer_.begin() + static_cast<std::ptrdiff_t>(readTaken_);
     std::vector<std::uint8_t> bytes(first, first + static_cast<std::ptrdiff_t>(count));
     readTaken_ += count;
-    if (readTaken_ == readBuffer_.size()) {
-        readBuffer_.clear();
+    // Moving the rest to the front costs no more than what was taken since the last time.
+    if (readTaken_ >= readBuffer_.size() - readTaken_) {
+        readBuffer_.erase(readBuffer_.begin(), readBuffer_.begin() + static_cast<std::ptrdiff_t>(readTaken_));
         readTaken_ = 0;
     }
     return bytes;
@@ -94,6 +95,7 @@ void EADSessionController::_writeData() {
             qCWarning(lcLink, "write error");
             return;
         }
+        if (count == 0) return;  // the next space event goes on
         writeBuffer_.erase(writeBuffer_.begin(), writeBuffer_.begin() + count);
     }
 }

@@ -39,7 +39,8 @@ class EADSessionController final : public platform::StreamDelegate, public platf
     // Drops the session with all bytes not taken and not sent. Harmless without a session.
     void closeSession();
 
-    // Queues bytes and sends as many as the channel takes now.
+    // Queues bytes and sends as many as the channel takes now; the rest goes with its space events, of which
+    // an open session has its first at once.
     void writeData(std::span<const std::uint8_t> bytes);
     // Exactly `count` bytes from the front; none, and nothing is taken, when fewer have come.
     std::optional<std::vector<std::uint8_t>> readData(std::uint64_t count);

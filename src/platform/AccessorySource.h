@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Accessory.h"
+#include "platform/FailedStep.h"
 
 namespace kestrix::platform {
 
@@ -18,23 +19,28 @@ enum class SearchState {
     Stopped,
     Waiting,  // until it dials again
     Dialing,
-    Listening,  // the channel is open, no byte has come yet
+    Listening,  // the channel is open, no whole frame has come yet
     Present,
 };
 
 // Looks for one tester by one way, for as long as it is started, and reports it as it appears and goes. A
-// tester is there when its bytes come; it has gone when its channel ends or fails, or has been silent for 3
-// s.
+// tester is there with the first whole frame that its source hears. It has gone when its channel ends or
+// fails, or when 3 s have passed without another whole frame, whatever else came.
 class AccessorySource : public ChannelOpener {
   public:
     // The observer must outlive the source, or be told stop() first.
     virtual void start(AccessorySourceObserver& observer) = 0;
+    // Reports a tester that is there as gone, before it returns.
     virtual void stop() = 0;
 
     virtual std::string uri() const = 0;
     virtual SearchState state() const = 0;
-    // Why the tester was not found at the last try, as one line; empty when nothing went wrong yet.
+    // Why the tester is not found, as one printable line; empty while nothing is known to be wrong.
     virtual std::string problem() const = 0;
+    // The step that failed; None exactly when there is no problem.
+    virtual FailedStep failedStep() const = 0;
+    // What the other side called itself when it was last reached, printable; empty when it has no name.
+    virtual std::string peerName() const = 0;
 };
 
 }  // namespace kestrix::platform

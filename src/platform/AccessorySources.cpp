@@ -1,16 +1,23 @@
 #include "platform/AccessorySources.h"
 
-#include <QFileInfo>
+#include <QTcpSocket>
 
+#include <iterator>
 #include <utility>
 
 #include "platform/DialingSource.h"
+#include "platform/PrintableText.h"
 #include "platform/ReplayDialer.h"
 #include "platform/SerialDialer.h"
-#include "platform/TcpDialer.h"
+#include "platform/StreamSocketDialer.h"
 
 namespace kestrix::platform {
 namespace {
+
+struct Surroundings {
+    Scheduler& scheduler;
+    const SimulatorFactory& simulator;
+};
 
 struct DialerOrProblem {
     std::unique_ptr<Dialer> dialer;
@@ -18,16 +25,22 @@ struct DialerOrProblem {
     bool wrongUri = true;
 };
 
+// A maker takes the options that it knows out of the URI.
+using Maker = DialerOrProblem (*)(AccessoryUri& uri, const Surroundings& surroundings);
+
 constexpr int kDefaultBaud = 9600;
 constexpr int kHighestBaud = 4'000'000;
 
-DialerOrProblem makeTcp(AccessoryUri& uri) {
+DialerOrProblem makeTcp(AccessoryUri& uri, const Surroundings&) {
     const std::optional<HostAndPort> address = parseHostAndPort(uri.target);
     if (!address) return {nullptr, "expected tcp://host:port with a port from 1 to 65535"};
-    return {std::make_unique<TcpDialer>(QString::fromStdString(address->host), address->port), {}};
+    return {std::make_unique<StreamSocketDialer<QTcpSocket>>([address = *address](QTcpSocket& socket) {
+                socket.connectToHost(QString::fromStdString(address.host), address.port);
+            }),
+            {}};
 }
 
-DialerOrProblem makeSerial(AccessoryUri& uri) {
+DialerOrProblem makeSerial(AccessoryUri& uri, const Surroundings&) {
     if (uri.target.empty()) return {nullptr, "expected serial:PORT, as in serial:/dev/rfcomm0?baud=9600"};
     const std::optional<std::string> text = takeOption(uri, "baud");
     const std::optional<int> baud = text ? parseNumber(*text, 1, kHighestBaud) : kDefaultBaud;
@@ -35,46 +48,83 @@ DialerOrProblem makeSerial(AccessoryUri& uri) {
     return {std::make_unique<SerialDialer>(QString::fromStdString(uri.target), *baud), {}};
 }
 
-DialerOrProblem makeReplay(AccessoryUri& uri, Scheduler& scheduler) {
+DialerOrProblem makeReplay(AccessoryUri& uri, const Surroundings& surroundings) {
     if (uri.target.empty()) return {nullptr, "expected replay:FILE, as in replay:house.kxc?speed=max"};
     const std::optional<double> speed = parsePlaySpeed(takeOption(uri, "speed").value_or("1"));
-    if (!speed) return {nullptr, "the speed is neither \"max\" nor a number from 0.001 to 100000"};
+    if (!speed) return {nullptr, kWrongPlaySpeed};
     const QString path = QString::fromStdString(uri.target);
     std::string problem;
     if (!makeReplayProducer(path, *speed, problem)) return {nullptr, problem, false};
     auto make = [path, speed = *speed](std::string& why) { return makeReplayProducer(path, speed, why); };
-    return {std::make_unique<GeneratedDialer>(std::move(make), scheduler), {}};
+    return {std::make_unique<GeneratedDialer>(std::move(make), surroundings.scheduler), {}};
 }
 
-DialerOrProblem makeSimulator(AccessoryUri& uri, Scheduler& scheduler, const SimulatorFactory& simulator) {
+DialerOrProblem makeSimulator(AccessoryUri& uri, const Surroundings& surroundings) {
     std::string problem;
-    GeneratedDialer::MakeProducer make = simulator ? simulator(uri, problem) : nullptr;
-    if (!make) return {nullptr, simulator ? problem : "there is no simulator in this program", false};
-    return {std::make_unique<GeneratedDialer>(std::move(make), scheduler), {}};
+    GeneratedDialer::MakeProducer make =
+        surroundings.simulator ? surroundings.simulator(uri, problem) : nullptr;
+    if (!make)
+        return {nullptr, surroundings.simulator ? problem : "there is no simulator in this program", false};
+    return {std::make_unique<GeneratedDialer>(std::move(make), surroundings.scheduler), {}};
 }
 
-DialerOrProblem makeDialer(AccessoryUri& uri, Scheduler& scheduler, const SimulatorFactory& simulator) {
-    if (uri.scheme == "tcp") return makeTcp(uri);
-    if (uri.scheme == "serial") return makeSerial(uri);
-    if (uri.scheme == "replay") return makeReplay(uri, scheduler);
-    if (uri.scheme == "simulator") return makeSimulator(uri, scheduler, simulator);
-    return {nullptr, "unknown kind of source; known are tcp, serial, replay and simulator"};
+struct Row {
+    SourceKind kind;
+    Maker make;
+};
+
+// The one list of kinds: help texts, errors and tests read it.
+constexpr Row kRows[] = {
+    {{"tcp", "tcp://host:port", "tcp://192.168.1.20:4000"}, makeTcp},
+    {{"serial", "serial:PORT?baud=9600", "serial:/dev/rfcomm0"}, makeSerial},
+    {{"replay", "replay:FILE?speed=1", "replay:site.kxc"}, makeReplay},
+    {{"simulator", "simulator:SCENARIO", "simulator:"}, makeSimulator},
+};
+
+// "a, b and c"
+std::string listed(std::string_view SourceKind::*text, const char* lastJoint) {
+    std::string list;
+    for (std::size_t i = 0; i < std::size(kRows); ++i) {
+        if (i > 0) list += i + 1 < std::size(kRows) ? ", " : lastJoint;
+        list += kRows[i].kind.*text;
+    }
+    return list;
+}
+
+DialerOrProblem makeDialer(AccessoryUri& uri, const Surroundings& surroundings) {
+    for (const Row& row : kRows) {
+        if (row.kind.scheme != uri.scheme) continue;
+        DialerOrProblem made = row.make(uri, surroundings);
+        if (made.dialer && !uri.options.empty())
+            return {nullptr, "unknown option '" + uri.options.begin()->first + "'"};
+        return made;
+    }
+    return {nullptr, "unknown kind of source; known are " + listed(&SourceKind::scheme, " and ")};
 }
 
 }  // namespace
 
+std::vector<SourceKind> sourceKinds() {
+    std::vector<SourceKind> kinds;
+    for (const Row& row : kRows) kinds.push_back(row.kind);
+    return kinds;
+}
+
+std::string sourceForms() {
+    return listed(&SourceKind::form, " or ");
+}
+
 SourceOrProblem makeAccessorySource(const std::string& text, Scheduler& scheduler,
-                                    const SimulatorFactory& simulator) {
+                                    const SimulatorFactory& simulator, ListenerFactory listeners) {
     std::optional<AccessoryUri> uri = parseAccessoryUri(text);
     if (!uri)
-        return {
-            nullptr,
-            "'" + text + "' is not a source; expected something like tcp://host:port or simulator:", true};
-    DialerOrProblem made = makeDialer(*uri, scheduler, simulator);
-    if (made.dialer && !uri->options.empty())
-        made = {nullptr, "unknown option '" + uri->options.begin()->first + "'"};
-    if (!made.dialer) return {nullptr, text + ": " + made.problem, made.wrongUri};
-    return {std::make_unique<DialingSource>(text, text, std::move(made.dialer), scheduler), {}, false};
+        return {nullptr, "'" + printableText(text) + "' is not a source; expected " + sourceForms(), true};
+    DialerOrProblem made = makeDialer(*uri, {scheduler, simulator});
+    if (!made.dialer)
+        return {nullptr, printableText(text) + ": " + printableText(made.problem), made.wrongUri};
+    return {std::make_unique<DialingSource>(text, std::move(made.dialer), std::move(listeners), scheduler),
+            {},
+            false};
 }
 
 }  // namespace kestrix::platform

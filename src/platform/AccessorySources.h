@@ -2,10 +2,13 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/AccessorySource.h"
 #include "platform/AccessoryUri.h"
 #include "platform/GeneratedChannel.h"
+#include "platform/Listener.h"
 #include "platform/Scheduler.h"
 
 namespace kestrix::platform {
@@ -22,9 +25,21 @@ struct SourceOrProblem {
 using SimulatorFactory =
     std::function<GeneratedDialer::MakeProducer(AccessoryUri& uri, std::string& problem)>;
 
-// Turns a URI into its source: tcp://host:port, serial:/dev/rfcomm0?baud=9600, replay:FILE?speed=1 (or max),
-// simulator:, simulator:SCENARIO. The scheduler must outlive the source.
+// One kind of source, as help texts and errors tell it.
+struct SourceKind {
+    std::string_view scheme;
+    std::string_view form;     // how its URI is written
+    std::string_view example;  // a URI of it
+};
+std::vector<SourceKind> sourceKinds();
+
+// The forms of all kinds, for a help text: "tcp://host:port, serial:PORT?baud=9600, ... or
+// simulator:SCENARIO".
+std::string sourceForms();
+
+// Turns a URI of one of these kinds into its source. listeners: what a whole frame is. The scheduler must
+// outlive the source.
 SourceOrProblem makeAccessorySource(const std::string& uri, Scheduler& scheduler,
-                                    const SimulatorFactory& simulator);
+                                    const SimulatorFactory& simulator, ListenerFactory listeners);
 
 }  // namespace kestrix::platform

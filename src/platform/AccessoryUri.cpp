@@ -40,10 +40,9 @@ std::optional<AccessoryUri> parseAccessoryUri(std::string_view text) {
     const std::size_t colon = text.find(':');
     if (colon == std::string_view::npos || !isSchemeText(text.substr(0, colon))) return std::nullopt;
     AccessoryUri uri;
-    uri.text = text;
     uri.scheme = lowered(text.substr(0, colon));
     std::string_view rest = text.substr(colon + 1);
-    if (uri.scheme == "tcp" && rest.substr(0, 2) == "//") rest.remove_prefix(2);
+    if (rest.substr(0, 2) == "//") rest.remove_prefix(2);
     const std::size_t question = rest.rfind('?');
     if (question != std::string_view::npos) {
         if (auto options = parseOptions(rest.substr(question + 1))) {
@@ -91,7 +90,7 @@ std::optional<double> parsePlaySpeed(std::string_view text) {
     double speed = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), speed);
     if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-    return speed >= 0.001 && speed <= 100000 ? std::optional(speed) : std::nullopt;
+    return speed >= 0.1 && speed <= 100000 ? std::optional(speed) : std::nullopt;
 }
 
 }  // namespace kestrix::platform

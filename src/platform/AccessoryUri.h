@@ -8,9 +8,8 @@
 
 namespace kestrix::platform {
 
-// "scheme:target?key=value&key=value", with "//" before the target of a network address.
+// "scheme:target?key=value&key=value". "scheme://target" is the same.
 struct AccessoryUri {
-    std::string text;    // as given
     std::string scheme;  // lower case
     std::string target;  // file, port, host:port or scenario; as given
     std::map<std::string, std::string> options;
@@ -34,7 +33,11 @@ std::optional<HostAndPort> parseHostAndPort(std::string_view text, int lowestPor
 // The whole text as a decimal number.
 std::optional<int> parseNumber(std::string_view text, int least, int most);
 
-// How many times as fast as the tester: a number from 0.001 to 100000, or "max", which is 0: flat out.
+// How many times as fast as the tester: a number from 0.1 to 100000, or "max", which is 0: flat out. Played
+// slower than that, the frames of a tester, four a second, would come so rarely that it counts as gone
+// between them.
 std::optional<double> parsePlaySpeed(std::string_view text);
+// What to say of a text that is none.
+inline constexpr const char* kWrongPlaySpeed = "the speed is neither \"max\" nor a number from 0.1 to 100000";
 
 }  // namespace kestrix::platform

@@ -21,11 +21,15 @@ class DeviceChannel final : public ByteChannel {
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override;
     void close() override;
 
-    // The device has ended or failed: reports it once, after the bytes that are still there.
+    // The device has ended or failed. Reports it once, however often it is called, and from the event loop.
+    // What the device had read by then can still be read; what the kernel still held went with the line.
     void fail(const std::string& why);
 
   private:
+    void tellBytes();
+
     std::unique_ptr<QIODevice> device_;
+    bool failed_ = false;
     bool closed_ = false;
 };
 

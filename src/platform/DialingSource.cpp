@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "platform/Log.h"
+#include "platform/PrintableText.h"
 
 namespace kestrix::platform {
 namespace {
@@ -17,40 +19,74 @@ std::uint32_t nextConnectionId() {
     return last;
 }
 
+std::size_t copyFrom(std::vector<std::uint8_t>& bytes, std::size_t& taken, std::uint8_t* buffer,
+                     std::size_t max) {
+    const std::size_t count = std::min(max, bytes.size() - taken);
+    if (count > 0) std::memcpy(buffer, bytes.data() + taken, count);
+    taken += count;
+    if (taken == bytes.size()) {
+        bytes.clear();
+        taken = 0;
+    }
+    return count;
+}
+
 }  // namespace
 
-// What a session holds: the source keeps the channel itself, to see its silence and its end.
+// What a session holds: the source keeps the channel itself, to hear it and to see its end.
 class DialingSource::Tap final : public ByteChannel {
   public:
     explicit Tap(DialingSource& source) : source_(&source) {}
-    ~Tap() override { detach(); }
+    ~Tap() override { close(); }
 
     std::size_t bytesAvailable() const override {
-        return channel() != nullptr ? channel()->bytesAvailable() : 0;
+        return source_ != nullptr ? source_->inbox_.size() - source_->inboxTaken_ : rest_.size() - restTaken_;
     }
     std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) override {
-        return channel() != nullptr ? channel()->read(buffer, max) : -1;
+        if (source_ == nullptr) {
+            const std::size_t count = copyFrom(rest_, restTaken_, buffer, max);
+            return count > 0 ? static_cast<std::ptrdiff_t>(count) : -1;
+        }
+        const bool wasFull = source_->inbox_.size() >= kBufferLimit;
+        const std::size_t count = copyFrom(source_->inbox_, source_->inboxTaken_, buffer, max);
+        if (wasFull && source_->inbox_.empty())
+            source_->moreTimer_ = source_->scheduler_.callAfter(Scheduler::Duration{0},
+                                                                [source = source_] { source->takeIn(); });
+        return static_cast<std::ptrdiff_t>(count);
     }
     bool hasSpaceAvailable() const override { return channel() != nullptr && channel()->hasSpaceAvailable(); }
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override {
         return channel() != nullptr ? channel()->write(bytes) : -1;
     }
-    void close() override { detach(); }
-
-    void detach() {
+    void close() override {
+        rest_.clear();
+        restTaken_ = 0;
         if (source_ != nullptr && source_->tap_ == this) source_->tap_ = nullptr;
+        source_ = nullptr;
+    }
+
+    // The channel has gone. What had come by then stays to be read.
+    void leave(std::vector<std::uint8_t> rest, std::size_t taken) {
+        rest_ = std::move(rest);
+        restTaken_ = taken;
         source_ = nullptr;
     }
 
   private:
     ByteChannel* channel() const { return source_ != nullptr ? source_->channel_.get() : nullptr; }
     DialingSource* source_;
+    std::vector<std::uint8_t> rest_;
+    std::size_t restTaken_ = 0;
 };
 
-DialingSource::DialingSource(std::string uri, std::string name, std::unique_ptr<Dialer> dialer,
+DialingSource::DialingSource(std::string uri, std::unique_ptr<Dialer> dialer, ListenerFactory listeners,
                              Scheduler& scheduler)
-    : uri_(std::move(uri)), name_(std::move(name)), dialer_(std::move(dialer)), scheduler_(scheduler) {
+    : uri_(std::move(uri)),
+      dialer_(std::move(dialer)),
+      listeners_(std::move(listeners)),
+      scheduler_(scheduler) {
     dialer_->peerMayBeBack = [this] {
+        retryDelay_ = kFirstRetry;
         if (state_ == SearchState::Waiting) dial();
     };
 }
@@ -70,6 +106,7 @@ void DialingSource::start(AccessorySourceObserver& observer) {
 
 void DialingSource::stop() {
     if (state_ == SearchState::Stopped) return;
+    ++attempt_;
     dialer_->cancel();
     timer_.cancel();
     state_ = SearchState::Stopped;
@@ -78,74 +115,155 @@ void DialingSource::stop() {
 
 void DialingSource::dial() {
     state_ = SearchState::Dialing;
-    timer_ = scheduler_.callAfter(kDialLimit, [this] {
+    const std::uint32_t attempt = ++attempt_;
+    timer_ = scheduler_.callAfter(dialer_->timeLimit(), [this] {
+        ++attempt_;
         dialer_->cancel();
-        dialed({nullptr, "no answer"});
+        dialed({nullptr, FailedStep::NoAnswer, "no answer"});
     });
-    dialer_->dial([this](Dialer::Outcome outcome) { dialed(std::move(outcome)); });
+    dialer_->dial([this, attempt](Dialer::Outcome outcome) {
+        if (attempt == attempt_) dialed(std::move(outcome));
+    });
 }
 
 void DialingSource::dialed(Dialer::Outcome outcome) {
-    if (state_ != SearchState::Dialing) return;
+    ++attempt_;
     if (!outcome.channel) {
-        setProblem(outcome.problem);
+        setProblem({outcome.step, printableText(outcome.problem)});
         retryLater();
         return;
     }
     state_ = SearchState::Listening;
+    peerName_ = printableText(outcome.peerName);
     channel_ = std::move(outcome.channel);
-    channel_->events.bytesAvailable = [this] { bytesCame(); };
-    channel_->events.spaceAvailable = [this] {
-        if (tap_ != nullptr) tap_->events.spaceAvailable();
-    };
-    channel_->events.closed = [this](const std::string& why) { lost(why); };
-    lastBytes_ = scheduler_.now();
+    listener_ = listeners_();
+    channel_->events.bytesAvailable = [this] { takeIn(); };
+    channel_->events.spaceAvailable = [this] { tellSpace(); };
+    channel_->events.closed = [this](const std::string& why) { ended(why); };
+    lastFrame_ = scheduler_.now();
+    bytesSinceFrame_ = false;
     watchSilence();
     if (channel_->bytesAvailable() > 0)
-        deliverTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { bytesCame(); });
+        moreTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { takeIn(); });
 }
 
-void DialingSource::bytesCame() {
+// Everything that comes goes this way: it is heard, it may make the tester appear, and it is handed on.
+void DialingSource::takeIn() {
     if (!channel_) return;
-    lastBytes_ = scheduler_.now();
-    if (state_ == SearchState::Listening) {
-        state_ = SearchState::Present;
-        retryDelay_ = kFirstRetry;
-        problem_.clear();
-        accessory_ =
-            std::make_shared<Accessory>(Accessory{nextConnectionId(), name_, {kProtocol}, nullptr, this});
-        if (observer_ != nullptr) observer_->appeared(accessory_);
+    if (hearWhatWaits() > 0) {
+        lastFrame_ = scheduler_.now();
+        if (state_ == SearchState::Listening) appear();
     }
-    if (tap_ != nullptr) {
-        const auto tell = tap_->events.bytesAvailable;  // a copy: the session may close inside
-        tell();
-    } else {
-        discardUnread();
+    handOn();
+    if (channel_ && channel_->bytesAvailable() > 0 && inbox_.size() < ByteChannel::kBufferLimit)
+        moreTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { takeIn(); });
+}
+
+// Reads and hears as much as one turn of the event loop may take. Returns how many whole frames were heard.
+std::size_t DialingSource::hearWhatWaits() {
+    std::array<std::uint8_t, 4096> piece;
+    std::size_t frames = 0;
+    for (std::size_t taken = 0;
+         taken < ByteChannel::kBufferLimit && inbox_.size() < ByteChannel::kBufferLimit;) {
+        const std::size_t room = ByteChannel::kBufferLimit - inbox_.size();
+        const std::ptrdiff_t count = channel_->read(piece.data(), std::min(piece.size(), room));
+        if (count <= 0) break;
+        const auto bytes = std::span(piece).first(static_cast<std::size_t>(count));
+        taken += bytes.size();
+        inbox_.insert(inbox_.end(), bytes.begin(), bytes.end());
+        const std::size_t heard = listener_->hear(bytes);
+        frames += heard;
+        bytesSinceFrame_ = heard == 0 || listener_->undecided() > 0;
+        if (state_ == SearchState::Listening && frames == 0 && inbox_.size() > listener_->undecided())
+            inbox_.erase(inbox_.begin(), inbox_.end() - static_cast<std::ptrdiff_t>(listener_->undecided()));
     }
+    return frames;
+}
+
+void DialingSource::appear() {
+    state_ = SearchState::Present;
+    retryDelay_ = kFirstRetry;
+    problem_ = {};
+    accessory_ = std::make_shared<Accessory>(Accessory{
+        nextConnectionId(), peerName_.empty() ? printableText(uri_) : peerName_, {kProtocol}, nullptr, this});
+    const std::vector<std::uint8_t> judged = std::exchange(inbox_, {});
+    if (observer_ != nullptr) observer_->appeared(accessory_);
+    if (tap_ != nullptr) inbox_.insert(inbox_.begin(), judged.begin(), judged.end());
 }
 
 // Without a session nobody takes the bytes; kept, they would be stale when one opens, and block the channel.
-void DialingSource::discardUnread() {
-    std::array<std::uint8_t, 4096> waste;
-    while (channel_ && channel_->read(waste.data(), waste.size()) > 0) {
+void DialingSource::handOn() {
+    if (state_ != SearchState::Present) return;
+    if (tap_ == nullptr) {
+        inbox_.clear();
+        inboxTaken_ = 0;
+    } else if (tap_->bytesAvailable() > 0 && tap_->events.bytesAvailable) {
+        const auto tell = tap_->events.bytesAvailable;  // a copy: the session may close inside
+        tell();
     }
 }
 
-// One timer for all bytes: it looks again at the earliest moment at which the silence could have lasted long
+void DialingSource::tellSpace() {
+    if (tap_ == nullptr || !tap_->events.spaceAvailable || !tap_->hasSpaceAvailable()) return;
+    const auto tell = tap_->events.spaceAvailable;
+    tell();
+}
+
+// What came before the end is heard and handed on first.
+void DialingSource::ended(const std::string& why) {
+    std::size_t before = 0;
+    while (channel_ && channel_->bytesAvailable() > 0 && channel_->bytesAvailable() != before) {
+        before = channel_->bytesAvailable();
+        takeIn();
+    }
+    if (channel_) lost({FailedStep::Ended, printableText(why)});
+}
+
+// One timer for all frames: it looks again at the earliest moment at which the silence could have lasted long
 // enough.
 void DialingSource::watchSilence() {
-    const auto quiet = std::chrono::duration_cast<Scheduler::Duration>(scheduler_.now() - lastBytes_);
-    if (quiet >= kSilenceLimit) {
-        lost(state_ == SearchState::Present ? "silent for 3 s" : "connected, but no bytes come");
+    const auto quiet = std::chrono::duration_cast<Scheduler::Duration>(scheduler_.now() - lastFrame_);
+    if (quiet < kSilenceLimit) {
+        timer_ = scheduler_.callAfter(kSilenceLimit - quiet, [this] { watchSilence(); });
         return;
     }
-    timer_ = scheduler_.callAfter(kSilenceLimit - quiet, [this] { watchSilence(); });
+    // The main thread may have been busy while frames came. They are read in this turn of the event loop,
+    // whichever comes first in it, so the verdict waits for the next one.
+    timer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { judgeSilence(); });
 }
 
-void DialingSource::lost(const std::string& why) {
-    if (channel_ && channel_->bytesAvailable() > 0) bytesCame();
+void DialingSource::judgeSilence() {
+    takeIn();
     if (!channel_) return;
-    setProblem(why);
+    // A session that leaves a full inbox unread keeps the tester waiting, which therefore cannot be heard.
+    if (inbox_.size() >= ByteChannel::kBufferLimit) lastFrame_ = scheduler_.now();
+    if (scheduler_.now() - lastFrame_ < kSilenceLimit) {
+        watchSilence();
+    } else {
+        lost(silence());
+    }
+}
+
+DialingSource::Problem DialingSource::silence() const {
+    const std::string limit =
+        std::to_string(std::chrono::duration_cast<std::chrono::seconds>(kSilenceLimit).count()) + " s";
+    if (state_ != SearchState::Present)
+        return bytesSinceFrame_ ? Problem{FailedStep::NoFrames, "bytes come, but no valid frame"}
+                                : Problem{FailedStep::NoBytes, "connected, but no bytes come"};
+    return bytesSinceFrame_ ? Problem{FailedStep::NoFrames, "no valid frame for " + limit}
+                            : Problem{FailedStep::NoBytes, "silent for " + limit};
+}
+
+std::string DialingSource::problem() const {
+    return state_ == SearchState::Listening ? silence().text : problem_.text;
+}
+
+FailedStep DialingSource::failedStep() const {
+    return state_ == SearchState::Listening ? silence().step : problem_.step;
+}
+
+void DialingSource::lost(Problem problem) {
+    setProblem(std::move(problem));
     retryLater();
     dropChannel();
 }
@@ -156,21 +274,27 @@ void DialingSource::retryLater() {
     retryDelay_ = std::min(2 * retryDelay_, kLastRetry);
 }
 
+// Everything of the channel is put away before anybody is told, for who is told may stop or start this
+// source.
 void DialingSource::dropChannel() {
-    deliverTimer_.cancel();
+    moreTimer_.cancel();
+    greetingTimer_.cancel();
     if (channel_) {
         channel_->close();
-        buried_ = std::move(channel_);
-        burialTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { buried_.reset(); });
+        buried_.push_back(std::move(channel_));
+        burialTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { buried_.clear(); });
     }
-    if (Tap* tap = tap_) {
-        tap->detach();
-        if (tap->events.closed) tap->events.closed(problem_);
+    listener_.reset();
+    std::vector<std::uint8_t> rest = std::exchange(inbox_, {});
+    const std::size_t restTaken = std::exchange(inboxTaken_, 0);
+    const AccessoryPtr gone = std::exchange(accessory_, nullptr);
+    if (gone) gone->opener = nullptr;
+    if (Tap* tap = std::exchange(tap_, nullptr)) {
+        tap->leave(std::move(rest), restTaken);
+        const auto closed = tap->events.closed;  // a copy: the session may end inside
+        if (closed) closed(problem_.text);
     }
-    if (const AccessoryPtr gone = std::exchange(accessory_, nullptr)) {
-        gone->opener = nullptr;
-        if (observer_ != nullptr) observer_->disappeared(gone);
-    }
+    if (gone && observer_ != nullptr) observer_->disappeared(gone);
 }
 
 std::unique_ptr<ByteChannel> DialingSource::openChannel(const Accessory& accessory,
@@ -178,19 +302,20 @@ std::unique_ptr<ByteChannel> DialingSource::openChannel(const Accessory& accesso
     if (!channel_ || !accessory_ || accessory.connectionId != accessory_->connectionId ||
         protocol != kProtocol)
         return nullptr;
-    if (tap_ != nullptr) tap_->detach();
+    if (tap_ != nullptr) tap_->close();
+    inbox_.clear();
+    inboxTaken_ = 0;
     auto tap = std::make_unique<Tap>(*this);
     tap_ = tap.get();
-    deliverTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] {
-        if (channel_ && channel_->bytesAvailable() > 0) bytesCame();
-    });
+    greetingTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { tellSpace(); });
     return tap;
 }
 
-void DialingSource::setProblem(const std::string& problem) {
-    if (problem == problem_) return;
-    problem_ = problem;
-    qCInfo(lcAccessory).noquote() << QString::fromStdString(uri_ + ": " + problem);
+void DialingSource::setProblem(Problem problem) {
+    const bool same = problem.text == problem_.text;
+    problem_ = std::move(problem);
+    if (same) return;
+    qCInfo(lcAccessory).noquote() << QString::fromStdString(printableText(uri_) + ": " + problem_.text);
 }
 
 }  // namespace kestrix::platform

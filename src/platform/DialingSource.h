@@ -1,64 +1,89 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/AccessorySource.h"
 #include "platform/Dialer.h"
+#include "platform/Listener.h"
 #include "platform/Scheduler.h"
 
 namespace kestrix::platform {
 
-// The search that every kind of source shares: dial, wait for the first bytes, watch for silence, dial again.
+// The search that every kind of source shares: dial, listen for a whole frame, watch for silence, dial again.
+// The bytes by which it judged are the first that the session receives. While nobody has a session open,
+// bytes are heard and then discarded.
 class DialingSource final : public AccessorySource {
   public:
     static constexpr Scheduler::Duration kFirstRetry{500};  // doubles with each failure ...
     static constexpr Scheduler::Duration kLastRetry{5000};  // ... up to this
-    static constexpr Scheduler::Duration kDialLimit{5000};
     static constexpr Scheduler::Duration kSilenceLimit{3000};
 
-    // uri and name say which tester; the scheduler must outlive the source.
-    DialingSource(std::string uri, std::string name, std::unique_ptr<Dialer> dialer, Scheduler& scheduler);
+    // uri says which tester; the scheduler must outlive the source.
+    DialingSource(std::string uri, std::unique_ptr<Dialer> dialer, ListenerFactory listeners,
+                  Scheduler& scheduler);
     ~DialingSource() override;
 
     void start(AccessorySourceObserver& observer) override;
     void stop() override;
     std::string uri() const override { return uri_; }
     SearchState state() const override { return state_; }
-    std::string problem() const override { return problem_; }
+    std::string problem() const override;
+    FailedStep failedStep() const override;
+    std::string peerName() const override { return peerName_; }
     std::unique_ptr<ByteChannel> openChannel(const Accessory& accessory,
                                              const std::string& protocol) override;
 
   private:
     class Tap;
+    struct Problem {
+        FailedStep step = FailedStep::None;
+        std::string text = {};
+    };
 
     void dial();
     void dialed(Dialer::Outcome outcome);
-    void bytesCame();
+    void takeIn();
+    std::size_t hearWhatWaits();
+    void appear();
+    void handOn();
+    void tellSpace();
+    void ended(const std::string& why);
     void watchSilence();
-    void lost(const std::string& why);
+    void judgeSilence();
+    Problem silence() const;
+    void lost(Problem problem);
     void retryLater();
     void dropChannel();
-    void discardUnread();
-    void setProblem(const std::string& problem);
+    void setProblem(Problem problem);
 
     std::string uri_;
-    std::string name_;
     std::unique_ptr<Dialer> dialer_;
+    ListenerFactory listeners_;
     Scheduler& scheduler_;
     AccessorySourceObserver* observer_ = nullptr;
 
     SearchState state_ = SearchState::Stopped;
-    std::string problem_;
+    Problem problem_;
+    std::string peerName_;
+    std::uint32_t attempt_ = 0;  // tells the answer to this dial from one that comes too late
     Scheduler::Duration retryDelay_ = kFirstRetry;
-    Scheduler::TimePoint lastBytes_{};
-    Scheduler::Timer timer_;         // retry, dial limit or silence: what the state waits for
-    Scheduler::Timer deliverTimer_;  // bytes that were there before the session opened
+    Scheduler::TimePoint lastFrame_{};  // or when the channel was opened
+    bool bytesSinceFrame_ = false;
+    Scheduler::Timer timer_;          // retry, dial limit or silence: what the state waits for
+    Scheduler::Timer moreTimer_;      // the channel held more than one turn may take
+    Scheduler::Timer greetingTimer_;  // the first space event of a session
     Scheduler::Timer burialTimer_;
 
     std::unique_ptr<ByteChannel> channel_;
-    std::unique_ptr<ByteChannel> buried_;  // a channel must not be destroyed inside its own event
+    std::unique_ptr<Listener> listener_;
+    std::vector<std::uint8_t>
+        inbox_;                   // heard, and waiting for the session (or for the rest of the first frame)
+    std::size_t inboxTaken_ = 0;  // bytes at its front that the session has read
+    std::vector<std::unique_ptr<ByteChannel>>
+        buried_;  // a channel must not be destroyed inside its own event
     AccessoryPtr accessory_;
     Tap* tap_ = nullptr;  // the open session's view of the channel; owned by the session
 };

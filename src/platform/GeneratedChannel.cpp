@@ -5,6 +5,12 @@
 #include <utility>
 
 namespace kestrix::platform {
+namespace {
+
+// A producer may make pieces without bytes and without a wait, without end.
+constexpr int kMostPiecesInATurn = 4096;
+
+}  // namespace
 
 // What outlives a channel: the producer and the piece that is due next.
 struct GeneratedDialer::Feed {
@@ -36,9 +42,9 @@ class GeneratedDialer::Channel final : public ByteChannel {
         arm();
     }
 
-    std::size_t bytesAvailable() const override { return bytes_.size() - taken_; }
+    std::size_t bytesAvailable() const override { return closed_ ? 0 : bytes_.size() - taken_; }
     std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) override {
-        if (closed_) return -1;
+        if (closed_ || (ended_ && bytesAvailable() == 0)) return -1;
         const std::size_t count = std::min(max, bytesAvailable());
         if (count > 0) std::memcpy(buffer, bytes_.data() + taken_, count);
         taken_ += count;
@@ -49,9 +55,11 @@ class GeneratedDialer::Channel final : public ByteChannel {
         if (full_ && bytesAvailable() < kBufferLimit) arm();
         return static_cast<std::ptrdiff_t>(count);
     }
-    bool hasSpaceAvailable() const override { return !closed_; }
+    bool hasSpaceAvailable() const override { return !closed_ && !ended_; }
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override {
-        return closed_ ? -1 : static_cast<std::ptrdiff_t>(bytes.size());  // the tester listens to nothing
+        return closed_ || ended_
+                   ? -1
+                   : static_cast<std::ptrdiff_t>(bytes.size());  // the tester listens to nothing
     }
     void close() override {
         closed_ = true;
@@ -72,10 +80,14 @@ class GeneratedDialer::Channel final : public ByteChannel {
         timer_ = scheduler_.callAfter(std::max(wait, Scheduler::Duration{0}), [this] { play(); });
     }
 
-    // Plays what is due, but no more in one turn of the event loop than the buffer holds.
+    // Plays what is due, but no more in one turn of the event loop than the buffer holds, and no more pieces
+    // than a turn may take.
     void play() {
         const Scheduler::TimePoint now = scheduler_.now();
-        while (bytesAvailable() < kBufferLimit && feed_->fetch() && feed_->due <= now) {
+        const std::size_t before = bytesAvailable();
+        for (int pieces = 0; pieces < kMostPiecesInATurn && bytesAvailable() < kBufferLimit &&
+                             feed_->fetch() && feed_->due <= now;
+             ++pieces) {
             const ByteProducer::Piece& piece = feed_->piece;
             bytes_.insert(bytes_.end(), piece.bytes.begin(), piece.bytes.end());
             feed_->pending = false;
@@ -85,12 +97,19 @@ class GeneratedDialer::Channel final : public ByteChannel {
             return;
         }
         arm();
-        if (bytesAvailable() > 0 && events.bytesAvailable) events.bytesAvailable();
+        if (bytesAvailable() > before) tellBytes();
     }
 
     void end(const std::string& why) {
-        if (bytesAvailable() > 0 && events.bytesAvailable) events.bytesAvailable();
-        if (!closed_ && events.closed) events.closed(why);
+        if (bytesAvailable() > 0) tellBytes();
+        ended_ = true;
+        const auto tell = events.closed;  // copies: an event may replace the functions
+        if (!closed_ && tell) tell(why);
+    }
+
+    void tellBytes() {
+        const auto tell = events.bytesAvailable;
+        if (!closed_ && tell) tell();
     }
 
     std::shared_ptr<Feed> feed_;
@@ -99,6 +118,7 @@ class GeneratedDialer::Channel final : public ByteChannel {
     std::vector<std::uint8_t> bytes_;
     std::size_t taken_ = 0;
     bool closed_ = false;
+    bool ended_ = false;
     bool full_ = false;
 };
 
@@ -113,17 +133,17 @@ void GeneratedDialer::dial(Done done) {
         std::string problem;
         feed->producer = makeProducer_(problem);
         if (!feed->producer) {
-            done({nullptr, problem});
+            done({nullptr, FailedStep::Missing, problem});
             return;
         }
         feed_ = std::move(feed);
     }
     if (feed_->off && feed_->fetch() && feed_->due > scheduler_.now()) {
-        done({nullptr, "the tester is switched off"});
+        done({nullptr, FailedStep::NoAnswer, "the tester is switched off"});
         return;
     }
     feed_->off = false;
-    done({std::make_unique<Channel>(feed_, scheduler_), {}});
+    done({std::make_unique<Channel>(feed_, scheduler_)});
 }
 
 }  // namespace kestrix::platform

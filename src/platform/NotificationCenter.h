@@ -16,6 +16,18 @@ struct Notification {
     std::map<std::string, std::any> userInfo{};
 };
 
+// What a notification carries, when it is of this type; none otherwise. Anybody may post under any name, so
+// no observer may rely on the type.
+template <typename T>
+const T* objectOf(const Notification& notification) {
+    return std::any_cast<T>(&notification.object);
+}
+template <typename T>
+const T* userInfoOf(const Notification& notification, const std::string& key) {
+    const auto found = notification.userInfo.find(key);
+    return found == notification.userInfo.end() ? nullptr : std::any_cast<T>(&found->second);
+}
+
 // Delivers notifications by name: at once, on the posting thread, in the order of subscription.
 // A handler may post, subscribe and unsubscribe (itself too): one that is unsubscribed is not called any
 // more, one that is added is called from the next post on. Main thread only.

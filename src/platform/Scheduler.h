@@ -35,11 +35,17 @@ class Scheduler {
     virtual Timer callAfter(Duration delay, std::function<void()> call) = 0;
 };
 
-// On Qt's event loop of the calling thread.
+// On Qt's event loop of the calling thread. Qt's own timers end at 24.8 days: a longer wait is made of legs.
 class QtScheduler final : public Scheduler {
   public:
+    static constexpr Duration kLongestLeg = std::chrono::hours(24);
+
+    explicit QtScheduler(Duration longestLeg = kLongestLeg) : longestLeg_(longestLeg) {}
     TimePoint now() const override { return std::chrono::steady_clock::now(); }
     Timer callAfter(Duration delay, std::function<void()> call) override;
+
+  private:
+    Duration longestLeg_;
 };
 
 }  // namespace kestrix::platform

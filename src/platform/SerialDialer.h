@@ -1,16 +1,18 @@
 #pragma once
 
-#include <QFileSystemWatcher>
 #include <QString>
 
 #include "platform/Dialer.h"
+#include "platform/PathWatcher.h"
 
 namespace kestrix::platform {
 
-// Reaches a tester at a serial port's device node; a node that appears is dialled at once.
+// Reaches a tester at a serial port's device node. A node that appears is dialled at once, and again when its
+// rights come.
 class SerialDialer final : public Dialer {
   public:
-    SerialDialer(QString path, int baud);
+    // path: a relative one is made absolute here, once.
+    SerialDialer(const QString& path, int baud);
 
     void dial(Done done) override;
     void cancel() override {}
@@ -18,7 +20,7 @@ class SerialDialer final : public Dialer {
   private:
     QString path_;
     int baud_;
-    QFileSystemWatcher folder_;
+    PathWatcher watcher_;
 };
 
 }  // namespace kestrix::platform

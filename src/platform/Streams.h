@@ -8,13 +8,11 @@ namespace kestrix::platform {
 
 class Stream;
 
+// What a stream tells its delegate, with the codes that it always had.
 enum class StreamEvent : std::uint64_t {
-    None = 0,
-    OpenCompleted = 1,
-    HasBytesAvailable = 2,
-    HasSpaceAvailable = 4,
-    ErrorOccurred = 8,
-    EndEncountered = 16,
+    HasBytesAvailable = 2,  // input: more bytes have come
+    HasSpaceAvailable = 4,  // output: it has just been opened, or there is room again
+    EndEncountered = 16,    // input: the accessory's channel has ended or failed
 };
 
 class StreamDelegate {
@@ -51,14 +49,15 @@ class Stream {
 class InputStream : public Stream {
   public:
     virtual bool hasBytesAvailable() const = 0;
-    // Reads at most `max` bytes; returns their count, negative on an error.
+    // Reads at most `max` bytes; returns their count: 0 when there are none now, negative on an error or
+    // behind the end.
     virtual std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) = 0;
 };
 
 class OutputStream : public Stream {
   public:
     virtual bool hasSpaceAvailable() const = 0;
-    // Returns the count of bytes taken, -1 on an error.
+    // Returns the count of bytes taken from the front: 0 when there is no room now, -1 on an error.
     virtual std::ptrdiff_t write(std::span<const std::uint8_t> bytes) = 0;
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "link/FrameListener.h"
 #include "platform/AccessoryUri.h"
 #include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
@@ -139,7 +140,8 @@ platform::Scheduler& AppDelegate::scheduler() {
 std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
     Sources sources;
     for (const std::string& uri : options_.uris) {
-        platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler(), options_.simulator);
+        platform::SourceOrProblem made =
+            platform::makeAccessorySource(uri, scheduler(), options_.simulator, link::makeFrameListener);
         if (!made.source) {
             fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
             return std::nullopt;

@@ -9,6 +9,7 @@
 
 #include "apps/common/SimulatorSource.h"
 #include "link/BluetoothConnect.h"
+#include "link/FrameListener.h"
 #include "platform/AccessorySources.h"
 #include "tests/support/ManualScheduler.h"
 
@@ -31,7 +32,8 @@ class LinkFixture : public ::testing::Test, public link::BusinessCommunicationDe
             });
         connect_.initBlue();
         connect_.setDelegate(this);
-        auto made = platform::makeAccessorySource(uri, scheduler_, app::simulatorSource);
+        auto made =
+            platform::makeAccessorySource(uri, scheduler_, app::simulatorSource, link::makeFrameListener);
         ASSERT_NE(made.source, nullptr) << made.problem;
         manager_.addSource(std::move(made.source));
         scheduler_.runOne();  // the first dial

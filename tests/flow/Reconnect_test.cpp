@@ -187,23 +187,29 @@ TEST_F(Reconnect, HalfAFrameThenTheEndIsContinuedByWhatComesNext) {
     QTcpServer server;
     ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
     start("tcp://127.0.0.1:" + std::to_string(server.serverPort()));
-    const auto frame = frameOf(0);
-    int sent = 0;
-    for (const int length : {20, 16}) {
+    const auto bytes = [](int round, std::size_t from, std::size_t to) {
+        const auto frame = frameOf(round);
+        return QByteArray(reinterpret_cast<const char*>(frame.data()) + from,
+                          static_cast<qsizetype>(to - from));
+    };
+    const QByteArray first = bytes(0, 0, 36) + bytes(1, 0, 20);
+    const QByteArray second = bytes(1, 20, 36) + bytes(2, 0, 36);
+    std::uint32_t received = 0;
+    for (const QByteArray& sent : {first, second}) {
         scheduler_.advance(milliseconds(500));
         ASSERT_TRUE(spinUntil([&] { return server.hasPendingConnections(); }));
         const std::unique_ptr<QTcpSocket> tester(server.nextPendingConnection());
-        tester->write(reinterpret_cast<const char*>(frame.data()) + sent, length);
-        sent += length;
+        tester->write(sent);
+        received += static_cast<std::uint32_t>(sent.size());
         ASSERT_TRUE(spinUntil([&] {
             scheduler_.runDue();
-            return connected();
+            return connect_.totalBytesRead() == received;
         }));
-        ASSERT_TRUE(spinUntil([&] { return connect_.totalBytesRead() == static_cast<std::uint32_t>(sent); }));
         tester->abort();
         ASSERT_NO_FATAL_FAILURE(expectGone());
     }
-    EXPECT_EQ(records_, 1U);
+    EXPECT_EQ(records_, 3U);
+    EXPECT_EQ(last_.strValue1, "3");
 }
 
 }  // namespace

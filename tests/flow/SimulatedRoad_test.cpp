@@ -94,8 +94,9 @@ TEST_F(SimulatedRoad, TheSameSeedGivesTheSameRecords) {
     records_ = 0;
     connect.initBlue();
     connect.setDelegate(this);
-    manager.addSource(
-        platform::makeAccessorySource("simulator:house?seed=7", other, app::simulatorSource).source);
+    manager.addSource(platform::makeAccessorySource("simulator:house?seed=7", other, app::simulatorSource,
+                                                    link::makeFrameListener)
+                          .source);
     other.advance(milliseconds(30'000));
     EXPECT_EQ(records_, count);
     EXPECT_EQ(last_, first);

@@ -132,22 +132,26 @@ TEST_F(BluetoothConnectTest, StartLeavesTheLatchesUntouched) {
     EXPECT_FALSE(BluetoothConnect::bDisconnectNotified);
 }
 
-TEST_F(BluetoothConnectTest, StartLogsTheConnectedAccessories) {
+TEST_F(BluetoothConnectTest, StartLogsTheConnectedAccessory) {
     source_->appear(accessory(3));
-    source_->appear(accessory(4));
+    source_->appear(accessory(4));  // held back
     start();
     const auto& lines = testing::logLines();
-    EXPECT_NE(std::find(lines.begin(), lines.end(), "info kestrix.link: devicename:(Tester 3, Tester 4)"),
-              lines.end());
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "info kestrix.link: devicename:(Tester 3)"), lines.end());
 }
 
-TEST_F(BluetoothConnectTest, TheFirstAccessoryThatAnnouncesAProtocolIsTheTester) {
-    source_->appear(accessory(1, {}));
-    source_->appear(accessory(2, {"a"}));
-    source_->appear(accessory(3, {"b"}));
+TEST_F(BluetoothConnectTest, AnAccessoryThatAnnouncesAProtocolIsTheTester) {
+    source_->appear(accessory(1, {"a", "b"}));
     start();
-    EXPECT_EQ(connect_.measuredevice()->connectionId, 2U);
+    EXPECT_EQ(connect_.measuredevice()->connectionId, 1U);
     EXPECT_EQ(connect_.strprotocol(), "a");
+}
+
+TEST_F(BluetoothConnectTest, AnAccessoryThatAnnouncesNoProtocolIsNoTester) {
+    source_->appear(accessory(1, {}));
+    start();
+    EXPECT_EQ(connect_.measuredevice(), nullptr);
+    EXPECT_EQ(log_, Log{"state 0"});
 }
 
 TEST_F(BluetoothConnectTest, AccessoriesWithoutAProtocolAreNoTester) {
@@ -171,7 +175,7 @@ TEST_F(BluetoothConnectTest, AConnectEventWhileConnectNotifiedIsIgnored) {
     start();
     source_->appear(accessory(1));
     log_.clear();
-    source_->appear(accessory(2));
+    NotificationCenter::defaultCenter().post({platform::kAccessoryDidConnect});
     EXPECT_EQ(log_, Log{});
     EXPECT_EQ(connect_.measuredevice()->connectionId, 1U);
 }
@@ -180,9 +184,21 @@ TEST_F(BluetoothConnectTest, AConnectEventOfAForeignAccessoryClosesTheLatchToo) 
     start();
     source_->appear(accessory(1, {}));
     log_.clear();
-    source_->appear(accessory(2));
+    NotificationCenter::defaultCenter().post({platform::kAccessoryDidConnect});
     EXPECT_EQ(log_, Log{});
     EXPECT_EQ(connect_.measuredevice(), nullptr);
+}
+
+TEST_F(BluetoothConnectTest, AnEventWithAnObjectOfAnotherTypeDoesNoHarm) {
+    startConnected();
+    NotificationCenter& center = NotificationCenter::defaultCenter();
+    center.post({EADSessionDataReceivedNotification, std::string("no controller")});
+    center.post({EADSessionDataReceivedNotification});
+    EXPECT_TRUE(keeper_.records.empty());
+    center.post(
+        {platform::kAccessoryDidDisconnect, {}, {{platform::kAccessoryKey, std::string("no accessory")}}});
+    EXPECT_EQ(log_, Log{"state 0"});
+    EXPECT_EQ(connect_.measuredevice(), tester_);
 }
 
 TEST_F(BluetoothConnectTest, TheTestersDisconnectPublishesZeroWaitsASecondAndClosesTheSession) {
@@ -212,7 +228,8 @@ TEST_F(BluetoothConnectTest, TheSessionIsStillOpenDuringTheWait) {
 TEST_F(BluetoothConnectTest, AForeignDisconnectPublishesZeroAndKeepsTheSessionOpen) {
     const AccessoryPtr foreign = accessory(2);
     startConnected();
-    source_->disappear(foreign);
+    NotificationCenter::defaultCenter().post(
+        {platform::kAccessoryDidDisconnect, {}, {{platform::kAccessoryKey, foreign}}});
     EXPECT_EQ(log_, Log{"state 0"});
     EXPECT_NE(source_->line.channel, nullptr);
     EXPECT_EQ(connect_.measuredevice(), tester_);
@@ -222,7 +239,8 @@ TEST_F(BluetoothConnectTest, AForeignDisconnectPublishesZeroAndKeepsTheSessionOp
 TEST_F(BluetoothConnectTest, AfterAForeignDisconnectTheTestersOwnIsIgnoredUntilAConnectWasHandled) {
     const AccessoryPtr foreign = accessory(2);
     startConnected();
-    source_->disappear(foreign);
+    NotificationCenter::defaultCenter().post(
+        {platform::kAccessoryDidDisconnect, {}, {{platform::kAccessoryKey, foreign}}});
     log_.clear();
     source_->disappear(tester_);
     EXPECT_EQ(log_, Log{});
@@ -258,10 +276,10 @@ TEST_F(BluetoothConnectTest, ADisconnectWithoutATesterClearsTheMirrorWithoutWait
 TEST_F(BluetoothConnectTest, EventsAreLoggedEvenWhenTheyAreIgnored) {
     start();
     source_->appear(accessory(1));
-    source_->appear(accessory(2));
+    NotificationCenter::defaultCenter().post({platform::kAccessoryDidConnect});
     const auto& lines = testing::logLines();
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "info kestrix.link: ====连接===="), 2);
-    source_->disappear(accessory(9));
+    NotificationCenter::defaultCenter().post({platform::kAccessoryDidDisconnect});
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "info kestrix.link: ====非连接===="), 1);
 }
 

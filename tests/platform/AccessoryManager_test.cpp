@@ -47,25 +47,100 @@ class AccessoryManagerTest : public ::testing::Test {
     std::vector<std::string> log_;
 };
 
-TEST_F(AccessoryManagerTest, ListsTheAccessoriesInOrderOfAppearance) {
+using Log = std::vector<std::string>;
+
+TEST_F(AccessoryManagerTest, AnnouncesOneAndHoldsTheOthersBackUntilItGoes) {
+    manager_.registerForLocalNotifications();
     const AccessoryPtr first = accessory(1);
     const AccessoryPtr second = accessory(2);
     source_->appear(first);
     source_->appear(second);
-    EXPECT_EQ(manager_.connectedAccessories(), (std::vector<AccessoryPtr>{first, second}));
+    EXPECT_EQ(manager_.connectedAccessories(), std::vector<AccessoryPtr>{first});
+    EXPECT_EQ(log_, Log{"AccessoryDidConnect 1 of 1"});
     source_->disappear(first);
     EXPECT_EQ(manager_.connectedAccessories(), std::vector<AccessoryPtr>{second});
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0",
+                         "AccessoryDidConnect 2 of 1"}));
+}
+
+TEST_F(AccessoryManagerTest, OneThatGoesWhileItIsHeldBackIsNeverHeardOf) {
+    manager_.registerForLocalNotifications();
+    const AccessoryPtr first = accessory(1);
+    const AccessoryPtr second = accessory(2);
+    source_->appear(first);
+    source_->appear(second);
+    source_->disappear(second);
+    source_->disappear(first);
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0"}));
+}
+
+TEST_F(AccessoryManagerTest, TheOneThatHasBeenThereLongestIsNext) {
+    manager_.registerForLocalNotifications();
+    std::vector<AccessoryPtr> all;
+    for (std::uint32_t id = 1; id <= 3; ++id) all.push_back(accessory(id));
+    for (const AccessoryPtr& one : all) source_->appear(one);
+    for (const AccessoryPtr& one : all) source_->disappear(one);
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0",
+                         "AccessoryDidConnect 2 of 1", "AccessoryDidDisconnect 2 of 0",
+                         "AccessoryDidConnect 3 of 1", "AccessoryDidDisconnect 3 of 0"}));
 }
 
 TEST_F(AccessoryManagerTest, PostsOnlyOnceItWasAskedTo) {
-    source_->appear(accessory(1));
+    const AccessoryPtr first = accessory(1);
+    source_->appear(first);
     EXPECT_TRUE(log_.empty());
+    EXPECT_EQ(manager_.connectedAccessories(), std::vector<AccessoryPtr>{first});
     manager_.registerForLocalNotifications();
+    EXPECT_TRUE(log_.empty());
+    source_->disappear(first);
+    EXPECT_EQ(log_, Log{"AccessoryDidDisconnect 1 of 0"});
+}
+
+// An event inside an event: the two kinds alternate all the same.
+TEST_F(AccessoryManagerTest, AHandlerMayMakeAccessoriesComeAndGo) {
+    manager_.registerForLocalNotifications();
+    const AccessoryPtr first = accessory(1);
     const AccessoryPtr second = accessory(2);
-    source_->appear(second);
-    source_->disappear(second);
-    EXPECT_EQ(log_,
-              (std::vector<std::string>{"AccessoryDidConnect 2 of 2", "AccessoryDidDisconnect 2 of 1"}));
+    const AccessoryPtr third = accessory(3);
+    const auto onConnect = center_.addObserver(kAccessoryDidConnect, [&](const Notification& event) {
+        if (*userInfoOf<AccessoryPtr>(event, kAccessoryKey) != first) return;
+        source_->appear(second);
+        source_->disappear(first);
+        EXPECT_TRUE(manager_.connectedAccessories().empty());
+    });
+    const auto onDisconnect = center_.addObserver(kAccessoryDidDisconnect, [&](const Notification& event) {
+        if (*userInfoOf<AccessoryPtr>(event, kAccessoryKey) != first) return;
+        source_->disappear(second);
+        source_->appear(third);
+    });
+    source_->appear(first);
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0",
+                         "AccessoryDidConnect 3 of 1"}));
+}
+
+TEST_F(AccessoryManagerTest, ASourceThatIsTakenAwayTakesItsAccessoryAlong) {
+    manager_.registerForLocalNotifications();
+    source_->appear(accessory(1));
+    const auto taken = manager_.takeSource(*source_);
+    EXPECT_EQ(taken.get(), source_);
+    EXPECT_TRUE(manager_.sources().empty());
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0"}));
+    EXPECT_EQ(manager_.takeSource(*source_), nullptr);
+}
+
+TEST_F(AccessoryManagerTest, ASourceMayBeTakenAwayInsideItsOwnEvent) {
+    manager_.registerForLocalNotifications();
+    auto other = std::make_unique<FakeSource>();
+    FakeSource* otherSource = other.get();
+    manager_.addSource(std::move(other));
+    std::unique_ptr<AccessorySource> taken;
+    const auto onConnect = center_.addObserver(kAccessoryDidConnect, [&](const Notification&) {
+        if (!taken) taken = manager_.takeSource(*source_);
+    });
+    source_->appear(accessory(1));
+    otherSource->appear(accessory(2));
+    EXPECT_EQ(log_, (Log{"AccessoryDidConnect 1 of 1", "AccessoryDidDisconnect 1 of 0",
+                         "AccessoryDidConnect 2 of 1"}));
 }
 
 TEST_F(AccessoryManagerTest, TellsTheDelegateOfAnAccessoryThatHasGone) {

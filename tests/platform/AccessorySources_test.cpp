@@ -15,7 +15,7 @@ namespace {
 class AccessorySourcesTest : public ::testing::Test {
   protected:
     SourceOrProblem make(const std::string& uri, const SimulatorFactory& simulator = {}) {
-        return makeAccessorySource(uri, scheduler_, simulator);
+        return makeAccessorySource(uri, scheduler_, simulator, makeAnyByteListener);
     }
     testing::ManualScheduler scheduler_;
 };
@@ -52,9 +52,14 @@ struct BadUri {
 
 TEST_F(AccessorySourcesTest, ABadUriIsRefusedWithOneClearLine) {
     const BadUri rows[] = {
-        {"", "'' is not a source; expected something like tcp://host:port or simulator:", true},
+        {"",
+         "'' is not a source; expected tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 or "
+         "simulator:SCENARIO",
+         true},
         {"nonsense",
-         "'nonsense' is not a source; expected something like tcp://host:port or simulator:", true},
+         "'nonsense' is not a source; expected tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 "
+         "or simulator:SCENARIO",
+         true},
         {"ftp://a:1", "ftp://a:1: unknown kind of source; known are tcp, serial, replay and simulator", true},
         {"tcp://a", "tcp://a: expected tcp://host:port with a port from 1 to 65535", true},
         {"tcp://a:0", "tcp://a:0: expected tcp://host:port with a port from 1 to 65535", true},
@@ -64,7 +69,7 @@ TEST_F(AccessorySourcesTest, ABadUriIsRefusedWithOneClearLine) {
          "serial:/dev/x?baud=fast: the baud rate is not a number from 1 to 4000000", true},
         {"replay:", "replay:: expected replay:FILE, as in replay:house.kxc?speed=max", true},
         {"replay:/none.kxc?speed=0",
-         "replay:/none.kxc?speed=0: the speed is neither \"max\" nor a number from 0.001 to 100000", true},
+         "replay:/none.kxc?speed=0: the speed is neither \"max\" nor a number from 0.1 to 100000", true},
         {"replay:/none.kxc", "replay:/none.kxc: No such file or directory", false},
         {"simulator:", "simulator:: there is no simulator in this program", false},
     };

@@ -2,52 +2,25 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "tests/support/FakeChannel.h"
+#include "tests/support/FakeDialer.h"
+#include "tests/support/LogExpectations.h"
 #include "tests/support/ManualScheduler.h"
 
 namespace kestrix::platform {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::FakeChannel;
+using testing::FakeDialer;
 using testing::FakeLine;
 using Bytes = std::vector<std::uint8_t>;
 using Log = std::vector<std::string>;
-
-class FakeDialer final : public Dialer {
-  public:
-    void dial(Done done) override {
-        ++dials;
-        done_ = std::move(done);
-        if (answersAtOnce) answer();
-    }
-    void cancel() override {
-        ++cancels;
-        done_ = nullptr;
-    }
-    void answer() {
-        if (line != nullptr) {
-            std::exchange(done_, nullptr)({std::make_unique<FakeChannel>(*line), {}});
-        } else {
-            std::exchange(done_, nullptr)({nullptr, problem});
-        }
-    }
-    bool dialing() const { return static_cast<bool>(done_); }
-
-    FakeLine* line = nullptr;  // none: the dial fails
-    std::string problem = "nobody there";
-    bool answersAtOnce = true;
-    int dials = 0;
-    int cancels = 0;
-
-  private:
-    Done done_;
-};
 
 class DialingSourceTest : public ::testing::Test, public AccessorySourceObserver {
   protected:
@@ -57,7 +30,7 @@ class DialingSourceTest : public ::testing::Test, public AccessorySourceObserver
         if (opensSession_)
             session_ = accessory->opener->openChannel(*accessory, accessory->protocolStrings.front());
         if (session_)
-            session_->events = {[this] { readSession(); }, [this] { log_.push_back("space"); },
+            session_->events = {[this] { readSession(); }, [this] { ++spaces_; },
                                 [this](const std::string& why) { log_.push_back("closed: " + why); }};
     }
     void disappeared(const AccessoryPtr& accessory) override {
@@ -78,12 +51,13 @@ class DialingSourceTest : public ::testing::Test, public AccessorySourceObserver
     testing::ManualScheduler scheduler_;
     FakeLine line_;
     FakeDialer* dialer_ = new FakeDialer;
-    DialingSource source_{"fake:tester", "Tester", std::unique_ptr<Dialer>(dialer_), scheduler_};
+    DialingSource source_{"fake:tester", std::unique_ptr<Dialer>(dialer_), makeAnyByteListener, scheduler_};
     Log log_;
     AccessoryPtr accessory_;
     bool opensSession_ = true;
     std::unique_ptr<ByteChannel> session_;
     Bytes received_;
+    int spaces_ = 0;
 };
 
 TEST_F(DialingSourceTest, DialsFromTheEventLoopOnceItIsStarted) {
@@ -136,7 +110,7 @@ TEST_F(DialingSourceTest, TheTesterAppearsWithItsFirstByteWhichTheSessionReceive
     EXPECT_EQ(log_, Log{"appeared"});
     EXPECT_EQ(received_, (Bytes{1, 2, 3}));
     EXPECT_NE(accessory_->connectionId, 0U);
-    EXPECT_EQ(accessory_->name, "Tester");
+    EXPECT_EQ(accessory_->name, "fake:tester");
     EXPECT_FALSE(accessory_->protocolStrings.empty());
     EXPECT_EQ(source_.state(), SearchState::Present);
     EXPECT_EQ(source_.problem(), "");
@@ -192,7 +166,7 @@ TEST_F(DialingSourceTest, AClosedChannelIsADisconnectAndIsDialledAgain) {
     start();
     line_.receive(Bytes{1});
     const std::uint32_t firstId = accessory_->connectionId;
-    line_.channel->events.closed("broken pipe");
+    line_.end("broken pipe");
     EXPECT_EQ(log_, (Log{"appeared", "closed: broken pipe", "disappeared"}));
     EXPECT_EQ(source_.problem(), "broken pipe");
     scheduler_.advance(milliseconds(500));
@@ -207,7 +181,7 @@ TEST_F(DialingSourceTest, BytesBeforeTheEndOfTheChannelStillArrive) {
     start();
     line_.receive(Bytes{1});
     line_.incoming = {2, 3};
-    line_.channel->events.closed("end");
+    line_.end("end");
     EXPECT_EQ(received_, (Bytes{1, 2, 3}));
     EXPECT_EQ(log_.back(), "disappeared");
 }
@@ -220,7 +194,7 @@ TEST_F(DialingSourceTest, AfterATesterWasThereTheRetriesStartSmallAgain) {
     line_.receive(Bytes{1});
     dialer_->line = nullptr;
     const int before = dialer_->dials;
-    line_.channel->events.closed("end");
+    line_.end("end");
     scheduler_.advance(milliseconds(500));
     EXPECT_EQ(dialer_->dials, before + 1);
 }
@@ -258,8 +232,9 @@ TEST_F(DialingSourceTest, TheSessionWritesToTheChannelAndHearsOfItsSpace) {
     EXPECT_EQ(line_.written, (Bytes{7, 8}));
     line_.room = 0;
     EXPECT_FALSE(session_->hasSpaceAvailable());
+    const int before = spaces_;
     line_.makeRoom(5);
-    EXPECT_EQ(log_.back(), "space");
+    EXPECT_EQ(spaces_, before + 1);
 }
 
 TEST_F(DialingSourceTest, AClosedSessionReadsAndWritesNothingAndTheTesterStays) {
@@ -281,7 +256,7 @@ TEST_F(DialingSourceTest, AnAccessoryThatHasGoneIsRefused) {
     start();
     line_.receive(Bytes{1});
     const AccessoryPtr old = accessory_;
-    line_.channel->events.closed("end");
+    line_.end("end");
     EXPECT_EQ(old->opener, nullptr);
     EXPECT_EQ(source_.openChannel(*old, old->protocolStrings.front()), nullptr);
 }
@@ -307,12 +282,244 @@ TEST_F(DialingSourceTest, StoppingReportsTheTesterGoneAndDialsNoMore) {
     EXPECT_EQ(dialer_->dials, 2);
 }
 
+// A frame, in these tests: a byte above 0x80. The bytes since the last one are undecided, four at most.
+class HighByteListener final : public Listener {
+  public:
+    std::size_t hear(std::span<const std::uint8_t> bytes) override {
+        std::size_t frames = 0;
+        for (const std::uint8_t byte : bytes) {
+            since_ = byte > 0x80 ? 0 : std::min<std::size_t>(since_ + 1, 4);
+            if (byte > 0x80) ++frames;
+        }
+        return frames;
+    }
+    std::size_t undecided() const override { return since_; }
+
+  private:
+    std::size_t since_ = 0;
+};
+
+class FrameHearingSource : public DialingSourceTest {
+  protected:
+    FrameHearingSource() { made_->line = &line_; }
+    void start() {
+        hearing_.start(*this);
+        scheduler_.runDue();
+    }
+    FakeDialer* made_ = new FakeDialer;
+    DialingSource hearing_{"fake:hearing", std::unique_ptr<Dialer>(made_),
+                           [] { return std::make_unique<HighByteListener>(); }, scheduler_};
+};
+
+TEST_F(FrameHearingSource, NoiseIsNoTesterAndItsStepIsNoFrames) {
+    start();
+    for (int i = 0; i < 29; ++i) {
+        line_.receive(Bytes(100, 7));
+        scheduler_.advance(milliseconds(100));
+    }
+    EXPECT_EQ(hearing_.state(), SearchState::Listening);
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
+    scheduler_.advance(milliseconds(100));
+    EXPECT_EQ(hearing_.state(), SearchState::Waiting);
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
+    EXPECT_EQ(hearing_.problem(), "bytes come, but no valid frame");
+    EXPECT_EQ(log_, Log{});
+}
+
+TEST_F(FrameHearingSource, TheBytesByWhichItJudgedAreTheSessionsFirst) {
+    start();
+    line_.receive(Bytes(1000, 1));
+    line_.receive(Bytes{2, 3});
+    line_.receive(Bytes{4, 0x90, 5});
+    EXPECT_EQ(received_, (Bytes{1, 1, 2, 3, 4, 0x90, 5}));
+}
+
+TEST_F(FrameHearingSource, ATesterWhoseLineTurnsToNoiseHasGoneThreeSecondsAfterItsLastFrame) {
+    start();
+    line_.receive(Bytes{0x90});
+    for (int i = 0; i < 29; ++i) {
+        scheduler_.advance(milliseconds(100));
+        line_.receive(Bytes{1, 2, 3});
+    }
+    EXPECT_EQ(log_, Log{"appeared"});
+    scheduler_.advance(milliseconds(100));
+    EXPECT_EQ(log_, (Log{"appeared", "closed: no valid frame for 3 s", "disappeared"}));
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
+}
+
+TEST_F(FrameHearingSource, OneThatIsHeldBackIsStillHeardAndGoesWhenItFallsSilent) {
+    opensSession_ = false;
+    start();
+    for (int i = 0; i < 10; ++i) {
+        line_.receive(Bytes{0x90, 1, 2});
+        scheduler_.advance(milliseconds(2000));
+    }
+    EXPECT_EQ(log_, Log{"appeared"});
+    scheduler_.advance(milliseconds(1000));
+    EXPECT_EQ(log_, (Log{"appeared", "disappeared"}));
+}
+
+// The event loop was held up; the bytes wait in the line, and their event comes behind the timer.
+TEST_F(FrameHearingSource, AMainThreadThatWasBusyForFourSecondsLosesNobody) {
+    start();
+    line_.receive(Bytes{0x90});
+    line_.incoming = {1, 2, 0x91};
+    scheduler_.stall(milliseconds(4000));
+    scheduler_.runDue();
+    EXPECT_EQ(log_, Log{"appeared"});
+    EXPECT_EQ(received_, (Bytes{0x90, 1, 2, 0x91}));
+    scheduler_.stall(milliseconds(4000));  // and this time nothing came
+    scheduler_.runDue();
+    EXPECT_EQ(log_.back(), "disappeared");
+}
+
+TEST_F(FrameHearingSource, WhatCameIsHeardInTheTurnBehindTheTimer) {
+    start();
+    line_.receive(Bytes{0x90});
+    scheduler_.stall(milliseconds(4000));
+    scheduler_.runOne();  // the silence timer, first in its turn
+    line_.receive(Bytes{0x91});
+    scheduler_.runDue();
+    EXPECT_EQ(log_, Log{"appeared"});
+}
+
+TEST_F(FrameHearingSource, AFloodWithoutAReaderIsTakenInTurns) {
+    opensSession_ = false;
+    start();
+    line_.receive(Bytes{0x90});
+    line_.receive(Bytes(1'000'000, 0x90));
+    EXPECT_GE(line_.incoming.size(), 1'000'000 - ByteChannel::kBufferLimit);
+    scheduler_.runDue();
+    EXPECT_TRUE(line_.incoming.empty());
+    EXPECT_EQ(log_, Log{"appeared"});
+}
+
+TEST_F(FrameHearingSource, AReaderThatTakesNothingIsNotTakenForASilentTester) {
+    start();
+    line_.receive(Bytes{0x90});
+    session_->events.bytesAvailable = [] {};
+    line_.receive(Bytes(1'000'000, 0x90));
+    scheduler_.advance(milliseconds(10'000));
+    EXPECT_EQ(session_->bytesAvailable(), ByteChannel::kBufferLimit);
+    EXPECT_EQ(log_, Log{"appeared"});
+    session_->events.bytesAvailable = [this] { readSession(); };
+    readSession();
+    scheduler_.runDue();
+    EXPECT_EQ(received_.size(), 1'000'001U);
+}
+
+TEST_F(FrameHearingSource, WhatASessionHasNotReadAtTheEndCanStillBeRead) {
+    start();
+    line_.receive(Bytes{0x90});
+    session_->events.bytesAvailable = [] {};
+    line_.receive(Bytes{0x91, 0x92});
+    line_.end("broken pipe");
+    EXPECT_EQ(log_.back(), "disappeared");
+    readSession();
+    EXPECT_EQ(received_, (Bytes{0x90, 0x91, 0x92}));
+    std::uint8_t byte = 0;
+    EXPECT_EQ(session_->read(&byte, 1), -1);
+}
+
+TEST_F(FrameHearingSource, ASessionHearsAtOnceThatThereIsSpace) {
+    start();
+    line_.receive(Bytes{0x90});
+    EXPECT_EQ(spaces_, 0);
+    scheduler_.runDue();
+    EXPECT_EQ(spaces_, 1);
+}
+
+TEST_F(FrameHearingSource, AnEndOfTheSessionMayDestroyIt) {
+    start();
+    line_.receive(Bytes{0x90});
+    session_->events.closed = [this, text = std::string(100, 'x')](const std::string&) {
+        session_.reset();
+        log_.push_back(text);
+    };
+    line_.end("broken pipe");
+    EXPECT_EQ(log_, (Log{"appeared", std::string(100, 'x'), "disappeared"}));
+}
+
+TEST_F(FrameHearingSource, AnObserverMayStopTheSourceInsideItsEvents) {
+    start();
+    line_.receive(Bytes{0x90});
+    session_->events.bytesAvailable = [this] { hearing_.stop(); };
+    line_.receive(Bytes{0x91});
+    EXPECT_EQ(hearing_.state(), SearchState::Stopped);
+    EXPECT_EQ(log_.back(), "disappeared");
+    scheduler_.advance(milliseconds(10'000));
+    EXPECT_EQ(made_->dials, 1);
+}
+
+TEST_F(FrameHearingSource, TheReasonOfAnOlderFailureIsNotShownWhileTheChannelIsOpen) {
+    made_->line = nullptr;
+    start();
+    EXPECT_EQ(hearing_.problem(), "nobody there");
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::Refused);
+    made_->line = &line_;
+    scheduler_.advance(milliseconds(500));
+    EXPECT_EQ(hearing_.problem(), "connected, but no bytes come");
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoBytes);
+    line_.receive(Bytes{0x90});
+    EXPECT_EQ(hearing_.problem(), "");
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::None);
+}
+
+TEST_F(FrameHearingSource, APortThatIsBackStartsTheRetriesSmallAgain) {
+    made_->line = nullptr;
+    start();
+    scheduler_.advance(milliseconds(60'000));
+    made_->peerMayBeBack();
+    const int dials = made_->dials;
+    scheduler_.advance(milliseconds(500));
+    EXPECT_EQ(made_->dials, dials + 1);
+}
+
+TEST_F(FrameHearingSource, ADialThatAnswersAfterItsCancelIsClosedAndForgotten) {
+    made_->answersAtOnce = false;
+    made_->answersAfterCancel = true;
+    start();
+    scheduler_.advance(milliseconds(5000));
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoAnswer);
+    made_->answer();
+    EXPECT_EQ(hearing_.state(), SearchState::Waiting);
+    EXPECT_EQ(line_.channel, nullptr);
+    scheduler_.advance(milliseconds(500));  // dials again
+    EXPECT_EQ(hearing_.state(), SearchState::Dialing);
+    made_->answer();
+    EXPECT_EQ(hearing_.state(), SearchState::Listening);
+}
+
+TEST_F(FrameHearingSource, ADialerBringsItsOwnTimeLimit) {
+    made_->answersAtOnce = false;
+    made_->limit = milliseconds(20'000);
+    start();
+    scheduler_.advance(milliseconds(19'999));
+    EXPECT_TRUE(made_->dialing());
+    scheduler_.advance(milliseconds(1));
+    EXPECT_FALSE(made_->dialing());
+}
+
+// A name or a reason comes from outside, and could drive a terminal.
+TEST_F(FrameHearingSource, NamesAndProblemsArePrintable) {
+    made_->name = "Tester\x1b[2J\n\xff";
+    start();
+    line_.receive(Bytes{0x90});
+    EXPECT_EQ(accessory_->name, "Tester\xEF\xBF\xBD[2J\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(hearing_.peerName(), accessory_->name);
+    line_.end("gone\r\nfor ever");
+    EXPECT_EQ(hearing_.problem(),
+              "gone\xEF\xBF\xBD\xEF\xBF\xBD"
+              "for ever");
+    EXPECT_EQ(testing::logLines().back(), "info kestrix.accessory: fake:hearing: " + hearing_.problem());
+}
+
 TEST_F(DialingSourceTest, ASessionMayOutliveItsSource) {
     auto* dialer = new FakeDialer;
     FakeLine line;
     dialer->line = &line;
-    auto source =
-        std::make_unique<DialingSource>("fake:", "Tester", std::unique_ptr<Dialer>(dialer), scheduler_);
+    auto source = std::make_unique<DialingSource>("fake:", std::unique_ptr<Dialer>(dialer),
+                                                  makeAnyByteListener, scheduler_);
     source->start(*this);
     scheduler_.runDue();
     line.receive(Bytes{1});

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "platform/Accessory.h"
@@ -17,28 +18,34 @@ struct FakeLine {
     std::vector<std::size_t> reads;  // the size of each read that gave bytes
     std::size_t room = 1 << 20;      // bytes that the channel takes
     std::size_t most = 1 << 20;      // bytes that one write takes
+    bool ended = false;              // what is in `incoming` can still be read
     bool readFails = false;
     bool writeFails = false;
     int closeCalls = 0;
-    platform::ByteChannel* channel = nullptr;  // none once it is destroyed
+    platform::ByteChannel* channel = nullptr;  // none once it is closed or destroyed
 
     void receive(std::span<const std::uint8_t> bytes);  // arrives, with its event
+    void tellBytes();                                   // the event alone
     void makeRoom(std::size_t bytes);                   // with its event
+    void end(const std::string& why);                   // with its event
 };
 
 class FakeChannel final : public platform::ByteChannel {
   public:
     explicit FakeChannel(FakeLine& line) : line_(line) { line_.channel = this; }
-    ~FakeChannel() override { line_.channel = nullptr; }
+    ~FakeChannel() override {
+        if (line_.channel == this) line_.channel = nullptr;  // a newer one may have the line
+    }
 
-    std::size_t bytesAvailable() const override { return line_.readFails ? 1 : line_.incoming.size(); }
+    std::size_t bytesAvailable() const override;
     std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) override;
-    bool hasSpaceAvailable() const override { return line_.room > 0; }
+    bool hasSpaceAvailable() const override { return !closed_ && !line_.ended && line_.room > 0; }
     std::ptrdiff_t write(std::span<const std::uint8_t> bytes) override;
-    void close() override { ++line_.closeCalls; }
+    void close() override;
 
   private:
     FakeLine& line_;
+    bool closed_ = false;
 };
 
 // Opens FakeChannels on lines that the test owns, in order; refuses when there is none left.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,28 +12,45 @@
 
 namespace kestrix::testing {
 
-// A source whose accessories come and go as the test says. Its channels are FakeChannels on one line.
+// A source whose accessories come and go as the test says. Its channels are FakeChannels: on the line that
+// the test has asked for by lineOf(), or else on the one that all others share.
 class FakeSource final : public platform::AccessorySource {
   public:
     void start(platform::AccessorySourceObserver& observer) override { observer_ = &observer; }
-    void stop() override {}
+    void stop() override {
+        while (!present_.empty()) disappear(present_.back());
+    }
     std::string uri() const override { return "fake:"; }
     platform::SearchState state() const override { return platform::SearchState::Waiting; }
     std::string problem() const override { return {}; }
-    std::unique_ptr<platform::ByteChannel> openChannel(const platform::Accessory&,
+    platform::FailedStep failedStep() const override { return platform::FailedStep::None; }
+    std::string peerName() const override { return {}; }
+    std::unique_ptr<platform::ByteChannel> openChannel(const platform::Accessory& accessory,
                                                        const std::string& protocol) override {
         openedProtocols.push_back(protocol);
-        return std::make_unique<FakeChannel>(line);
+        const auto own = lines_.find(accessory.connectionId);
+        return std::make_unique<FakeChannel>(own == lines_.end() ? line : own->second);
     }
 
-    void appear(const platform::AccessoryPtr& accessory) { observer_->appeared(accessory); }
-    void disappear(const platform::AccessoryPtr& accessory) { observer_->disappeared(accessory); }
+    void appear(const platform::AccessoryPtr& accessory) {
+        present_.push_back(accessory);
+        observer_->appeared(accessory);
+    }
+    void disappear(const platform::AccessoryPtr& gone) {
+        const platform::AccessoryPtr accessory = gone;  // it may be the list's own
+        std::erase(present_, accessory);
+        observer_->disappeared(accessory);
+    }
+    // The line of this accessory alone.
+    FakeLine& lineOf(std::uint32_t connectionId) { return lines_[connectionId]; }
 
     FakeLine line;
     std::vector<std::string> openedProtocols;
 
   private:
     platform::AccessorySourceObserver* observer_ = nullptr;
+    std::vector<platform::AccessoryPtr> present_;
+    std::map<std::uint32_t, FakeLine> lines_;
 };
 
 }  // namespace kestrix::testing

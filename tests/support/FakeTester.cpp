@@ -9,6 +9,14 @@
 #include "simulator/Player.h"
 
 namespace kestrix::testing {
+namespace {
+
+std::uint32_t nextConnectionId() {
+    static std::uint32_t last = 0;
+    return ++last;
+}
+
+}  // namespace
 
 FakeTester::FakeTester(platform::AccessoryManager& accessories) {
     auto source = std::make_unique<FakeSource>();
@@ -18,7 +26,7 @@ FakeTester::FakeTester(platform::AccessoryManager& accessories) {
 
 void FakeTester::appear() {
     accessory_ = std::make_shared<platform::Accessory>(
-        platform::Accessory{++appearances_, "Tester", {"tester"}, nullptr, source_});
+        platform::Accessory{nextConnectionId(), "Tester", {"tester"}, nullptr, source_});
     source_->appear(accessory_);
 }
 

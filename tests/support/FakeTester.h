@@ -9,7 +9,7 @@
 
 namespace kestrix::testing {
 
-// A tester in the test's hand. It comes, sends and goes at once, inside the call.
+// A tester in the test's hand, one of any number. It comes, sends and goes at once, inside the call.
 class FakeTester {
   public:
     explicit FakeTester(platform::AccessoryManager& accessories);
@@ -23,7 +23,6 @@ class FakeTester {
   private:
     FakeSource* source_;
     platform::AccessoryPtr accessory_;
-    std::uint32_t appearances_ = 0;
 };
 
 }  // namespace kestrix::testing

@@ -17,6 +17,8 @@ class ManualScheduler final : public platform::Scheduler {
     void runDue();
     // Moves the time, call by call.
     void advance(Duration by);
+    // Moves the time while nothing is called, as if the main thread were busy.
+    void stall(Duration by) { now_ += by; }
     // Makes the next call, moving the time to it. False when there is none.
     bool runOne() { return runNext(TimePoint::max()); }
     std::size_t pending() const;

@@ -1,8 +1,9 @@
-#include "platform/TcpDialer.h"
+#include "platform/StreamSocketDialer.h"
 
 #include <gtest/gtest.h>
 
 #include <QTcpServer>
+#include <QTcpSocket>
 
 #include <memory>
 #include <string>
@@ -13,6 +14,12 @@ namespace kestrix::platform {
 namespace {
 
 using testing::spinUntil;
+
+class TcpDialer : public StreamSocketDialer<QTcpSocket> {
+  public:
+    TcpDialer(const QString& host, quint16 port)
+        : StreamSocketDialer([host, port](QTcpSocket& socket) { socket.connectToHost(host, port); }) {}
+};
 
 class TcpDialerTest : public ::testing::Test {
   protected:
