@@ -10,6 +10,7 @@
 #include "platform/NotificationCenter.h"
 #include "tests/support/FakeChannel.h"
 #include "tests/support/LogExpectations.h"
+#include "tests/support/ProcessState.h"
 
 namespace kestrix::link {
 namespace {
@@ -140,6 +141,36 @@ TEST_F(EADSessionControllerTest, SeveralPartialWritesSendEverythingOnce) {
     EXPECT_EQ(line_.written, countingBytes(25));
     controller_.writeData(Bytes{9});
     EXPECT_EQ(line_.written.size(), 26U);
+}
+
+TEST_F(EADSessionControllerTest, SpaceWithoutProgressWaitsForTheNextSpaceEvent) {
+    open();
+    line_.most = 0;  // there is room, but nothing is taken
+    controller_.writeData(countingBytes(5));
+    EXPECT_EQ(line_.written, Bytes{});
+    line_.most = 100;
+    line_.makeRoom(0);
+    EXPECT_EQ(line_.written, countingBytes(5));
+}
+
+TEST_F(EADSessionControllerTest, BytesQueuedBeforeTheSessionGoOutWithItsFirstSpaceEvent) {
+    controller_.writeData(countingBytes(5));
+    open();
+    line_.makeRoom(0);
+    EXPECT_EQ(line_.written, countingBytes(5));
+}
+
+TEST_F(EADSessionControllerTest, AReaderThatAlwaysLeavesAByteDoesNotLetTheBufferGrow) {
+    open();
+    line_.receive(Bytes(1000, 7));
+    const std::size_t before = testing::allocatedBytes();
+    for (int i = 0; i < 10'000; ++i) {
+        line_.receive(Bytes(1000, 7));
+        line_.reads.clear();
+        controller_.readData(controller_.readBytesAvailable() - 1);
+    }
+    EXPECT_EQ(controller_.readBytesAvailable(), 1U);
+    EXPECT_LE(testing::allocatedBytes(), before + 65'536);
 }
 
 TEST_F(EADSessionControllerTest, AFailedWriteIsLoggedAndTheBytesStayQueued) {

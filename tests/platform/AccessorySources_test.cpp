@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QTcpServer>
 #include <QTemporaryDir>
 
 #include <string>
 
+#include "tests/support/EventLoop.h"
 #include "tests/support/ManualScheduler.h"
 
 namespace kestrix::platform {
@@ -20,18 +22,54 @@ class AccessorySourcesTest : public ::testing::Test {
     testing::ManualScheduler scheduler_;
 };
 
+struct NoObserver final : AccessorySourceObserver {
+    void appeared(const AccessoryPtr&) override {}
+    void disappeared(const AccessoryPtr&) override {}
+};
+
+// Each is known by what only its own way to a tester does.
 TEST_F(AccessorySourcesTest, EachKindIsMade) {
     const QTemporaryDir folder;
+    const std::string missing = folder.filePath(QStringLiteral("missing")).toStdString();
     const QString capture = folder.filePath(QStringLiteral("a.kxc"));
     ASSERT_TRUE(QFile(capture).open(QIODevice::WriteOnly));
-    for (const std::string& uri :
-         {std::string("tcp://localhost:4000"), std::string("serial:/dev/rfcomm0?baud=115200"),
-          "replay:" + capture.toStdString() + "?speed=max"}) {
-        const SourceOrProblem made = make(uri);
-        ASSERT_NE(made.source, nullptr) << uri << ": " << made.problem;
-        EXPECT_EQ(made.source->uri(), uri);
-        EXPECT_EQ(made.source->state(), SearchState::Stopped);
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    NoObserver observer;
+
+    const auto tcp = make("tcp://127.0.0.1:" + std::to_string(server.serverPort())).source;
+    ASSERT_NE(tcp, nullptr);
+    EXPECT_EQ(tcp->state(), SearchState::Stopped);
+    const auto serial = make("serial:" + missing + "?baud=115200").source;
+    ASSERT_NE(serial, nullptr);
+    EXPECT_EQ(serial->uri(), "serial:" + missing + "?baud=115200");
+    const auto replay = make("replay:" + capture.toStdString() + "?speed=max").source;
+    ASSERT_NE(replay, nullptr);
+
+    serial->start(observer);
+    scheduler_.runDue();
+    EXPECT_EQ(serial->problem(), "no such port");
+    EXPECT_EQ(serial->failedStep(), FailedStep::Missing);
+    replay->start(observer);
+    scheduler_.runOne();
+    EXPECT_EQ(replay->state(), SearchState::Listening);
+    scheduler_.runDue();
+    EXPECT_EQ(replay->problem(), "the end of what there is to play");
+    EXPECT_FALSE(server.hasPendingConnections());
+    tcp->start(observer);
+    scheduler_.runDue();
+    EXPECT_TRUE(testing::spinUntil([&] { return server.hasPendingConnections(); }));
+}
+
+TEST_F(AccessorySourcesTest, EveryKindHasItsRow) {
+    std::string schemes;
+    for (const SourceKind& kind : sourceKinds()) {
+        schemes += std::string(kind.scheme) + " ";
+        EXPECT_TRUE(kind.form.starts_with(std::string(kind.scheme) + ":")) << kind.form;
+        EXPECT_TRUE(parseAccessoryUri(kind.example)) << kind.example;
+        EXPECT_NE(sourceForms().find(kind.form), std::string::npos) << kind.form;
     }
+    EXPECT_NE(schemes.find("serial "), std::string::npos) << schemes;
 }
 
 TEST_F(AccessorySourcesTest, TheSimulatorComesFromTheApplication) {

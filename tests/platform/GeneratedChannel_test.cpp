@@ -165,6 +165,31 @@ TEST_F(GeneratedChannelTest, OneTurnGivesNoMoreThanTheBufferHolds) {
     EXPECT_LT(channel_->bytesAvailable(), ByteChannel::kBufferLimit + 36);
 }
 
+struct EmptyProducer final : ByteProducer {
+    bool next(Piece& piece) override {
+        piece = {};
+        ++pieces;
+        return true;
+    }
+    int pieces = 0;
+};
+
+// Each turn ends, so the event loop goes on and everything else gets its turn.
+TEST_F(GeneratedChannelTest, PiecesWithoutBytesAndWithoutAWaitHoldNothingUp) {
+    auto producer = std::make_unique<EmptyProducer>();
+    const EmptyProducer& made = *producer;
+    GeneratedDialer dialer([&](std::string&) { return std::move(producer); }, scheduler_);
+    std::unique_ptr<ByteChannel> channel;
+    dialer.dial([&](Dialer::Outcome outcome) { channel = std::move(outcome.channel); });
+    for (int turn = 0; turn < 10; ++turn) {
+        const int before = made.pieces;
+        ASSERT_TRUE(scheduler_.runOne());
+        EXPECT_LT(made.pieces - before, 10'000);
+    }
+    channel->close();
+    EXPECT_FALSE(scheduler_.runOne());
+}
+
 TEST_F(GeneratedChannelTest, AFullBufferWaitsForItsReaderWithoutATimer) {
     endless_ = true;
     reads_ = false;

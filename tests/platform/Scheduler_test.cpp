@@ -81,5 +81,26 @@ TEST(ManualScheduler, MovesCallByCallInOrderOfTime) {
     EXPECT_EQ(at.size(), 2U);
 }
 
+// Qt's own timers end at 24.8 days.
+TEST(QtScheduler, AWaitOfAMonthIsNotOverAtOnce) {
+    QtScheduler scheduler;
+    bool month = false;
+    bool soon = false;
+    const auto far = scheduler.callAfter(std::chrono::hours(24 * 30), [&] { month = true; });
+    const auto near = scheduler.callAfter(std::chrono::milliseconds(1), [&] { soon = true; });
+    ASSERT_TRUE(testing::spinUntil([&] { return soon; }));
+    EXPECT_FALSE(month);
+}
+
+TEST(QtScheduler, ALongWaitIsMadeOfLegsAndIsNoShorter) {
+    QtScheduler scheduler(std::chrono::milliseconds(1));
+    const auto start = scheduler.now();
+    bool over = false;
+    const auto timer = scheduler.callAfter(std::chrono::milliseconds(5), [&] { over = true; });
+    ASSERT_TRUE(testing::spinUntil([&] { return over; }));
+    EXPECT_GE(scheduler.now() - start,
+              std::chrono::milliseconds(4));  // precise timers may be a millisecond early
+}
+
 }  // namespace
 }  // namespace kestrix::platform

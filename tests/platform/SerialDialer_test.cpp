@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <unistd.h>
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <cerrno>
 #include <memory>
 #include <string>
 
@@ -24,6 +27,7 @@ class SerialDialerTest : public ::testing::Test {
         dialer.dial([this](Dialer::Outcome outcome) {
             channel_ = std::move(outcome.channel);
             problem_ = outcome.problem;
+            step_ = outcome.step;
         });
         if (!channel_) return false;
         channel_->events.bytesAvailable = [this] { readAll(); };
@@ -41,6 +45,7 @@ class SerialDialerTest : public ::testing::Test {
     }
     std::unique_ptr<ByteChannel> channel_;
     std::string problem_;
+    FailedStep step_ = FailedStep::None;
     std::string closed_;
     int closes_ = 0;
     std::string received_;
@@ -67,14 +72,63 @@ TEST_F(SerialDialerTest, AHangUpIsAClosedChannelOnce) {
     ASSERT_TRUE(dial(dialer)) << problem_;
     pty.hangUp();
     EXPECT_TRUE(spinUntil([this] { return closes_ > 0; }));
-    channel_->close();
-    EXPECT_FALSE(closed_.empty());
+    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    EXPECT_EQ(closes_, 1);
+    EXPECT_TRUE(closed_ == "the port has hung up" || closed_ == "the port has gone") << closed_;
+}
+
+// The port's own reason for a hang-up is the system's message of whatever failed before it.
+TEST_F(SerialDialerTest, TheReasonOfAHangUpIsNotThatOfAnOlderFailure) {
+    Pty pty;
+    SerialDialer dialer(QString::fromStdString(pty.name()), 9600);
+    ASSERT_TRUE(dial(dialer)) << problem_;
+    pty.hangUp();
+    errno = ENOSPC;
+    EXPECT_TRUE(spinUntil([this] { return closes_ > 0; }));
+    EXPECT_EQ(closed_.find("No "), std::string::npos) << closed_;
+}
+
+TEST_F(SerialDialerTest, TheBytesBeforeAHangUpAreNotLost) {
+    Pty pty;
+    SerialDialer dialer(QString::fromStdString(pty.name()), 9600);
+    ASSERT_TRUE(dial(dialer)) << problem_;
+    channel_->events.bytesAvailable = [] {};  // nobody reads yet
+    ASSERT_EQ(write(pty.master(), "hello", 5), 5);
+    ASSERT_TRUE(spinUntil([this] { return channel_->bytesAvailable() == 5; }));
+    pty.hangUp();
+    EXPECT_TRUE(spinUntil([this] { return closes_ > 0; }));
+    readAll();
+    EXPECT_EQ(received_, "hello");
+}
+
+TEST_F(SerialDialerTest, ARelativeNameIsMadeAbsoluteOnce) {
+    const QTemporaryDir folder;
+    const Pty pty;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QFile::link(QString::fromStdString(pty.name()), folder.filePath(QStringLiteral("tester"))));
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    SerialDialer dialer(QStringLiteral("tester"), 9600);
+    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_TRUE(dial(dialer)) << problem_;
+}
+
+TEST_F(SerialDialerTest, ANodeWhoseRightsComeLaterIsReportedAgain) {
+    const QTemporaryDir folder;
+    const QString node = folder.filePath(QStringLiteral("node"));
+    SerialDialer dialer(node, 9600);
+    int back = 0;
+    dialer.peerMayBeBack = [&] { ++back; };
+    ASSERT_TRUE(QFile(node).open(QIODevice::WriteOnly));
+    EXPECT_TRUE(spinUntil([&] { return back == 1; }));
+    ASSERT_TRUE(QFile::setPermissions(node, QFile::ReadOwner | QFile::ExeOwner));
+    EXPECT_TRUE(spinUntil([&] { return back == 2; }));
 }
 
 TEST_F(SerialDialerTest, AMissingNodeIsAFailedDial) {
     SerialDialer dialer(QStringLiteral("/dev/kestrix-no-such-port"), 9600);
     EXPECT_FALSE(dial(dialer));
     EXPECT_EQ(problem_, "no such port");
+    EXPECT_EQ(step_, FailedStep::Missing);
 }
 
 TEST_F(SerialDialerTest, ABusyPortIsAFailedDial) {
@@ -85,6 +139,7 @@ TEST_F(SerialDialerTest, ABusyPortIsAFailedDial) {
     SerialDialer second(QString::fromStdString(pty.name()), 9600);
     EXPECT_FALSE(dial(second));
     EXPECT_EQ(problem_, "the port is busy");
+    EXPECT_EQ(step_, FailedStep::Busy);
 }
 
 TEST_F(SerialDialerTest, WhatIsNoSerialPortIsAFailedDial) {
