@@ -15,15 +15,15 @@ namespace kestrix {
 namespace {
 
 namespace fs = std::filesystem;
-const fs::path kRoot = KESTRIX_SOURCE_DIR;
+const fs::path kProject = KESTRIX_SOURCE_DIR;
 
-std::string contentOf(const fs::path& path) {
+std::string pageText(const fs::path& path) {
     std::ifstream file(path);
     EXPECT_TRUE(file.is_open()) << path;
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::set<std::string> found(const std::string& text, const char* expression) {
+std::set<std::string> schemesIn(const std::string& text, const char* expression) {
     const std::regex regex(expression);
     std::set<std::string> all;
     for (std::sregex_iterator hit(text.begin(), text.end(), regex), none; hit != none; ++hit)
@@ -31,7 +31,7 @@ std::set<std::string> found(const std::string& text, const char* expression) {
     return all;
 }
 
-struct Page {
+struct ToldIn {
     const char* path;
     const char* schemes;  // where one stands in it
 };
@@ -39,23 +39,23 @@ struct Page {
 TEST(SourceKinds, EveryPageTellsOfExactlyTheKindsThereAre) {
     std::set<std::string> kinds;
     for (const platform::SourceKind& kind : platform::sourceKinds()) kinds.emplace(kind.scheme);
-    const Page pages[] = {
+    const ToldIn pages[] = {
         {"docs/command-line.md", "\n\\| `([a-z]+):"},
         {"packaging/kestrix-cli.1", "\n\\.It Li ([a-z]+):"},
         {"packaging/completions/kestrix-cli.bash", "_kestrix_cli_words '([a-z]+):"},
         {"packaging/completions/_kestrix-cli", "schemes=\\(([a-z]+):"},
         {"packaging/completions/kestrix-cli.fish", "printf '%s\\\\n' ([a-z]+):"},
     };
-    for (const Page& page : pages) {
-        const std::string text = contentOf(kRoot / page.path);
-        std::set<std::string> told = found(text, page.schemes);
+    for (const ToldIn& page : pages) {
+        const std::string text = pageText(kProject / page.path);
+        std::set<std::string> told = schemesIn(text, page.schemes);
         // Where they stand in one line, the first was found: the rest of that line follows.
         if (told.size() == 1 && std::string(page.path).find("completions") != std::string::npos) {
             const std::string first = *told.begin() + ":";
             const std::size_t at = text.find(first + " ");
             ASSERT_NE(at, std::string::npos) << page.path;
             const std::string line = text.substr(at, text.find_first_of("')\n(", at) - at);
-            told = found(line, "([a-z]+):");
+            told = schemesIn(line, "([a-z]+):");
         }
         EXPECT_EQ(told, kinds) << page.path;
     }
@@ -63,11 +63,11 @@ TEST(SourceKinds, EveryPageTellsOfExactlyTheKindsThereAre) {
 
 TEST(TestFiles, EachIsNamedByItsBuildFile) {
     int files = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(kRoot / "tests")) {
+    for (const auto& entry : fs::recursive_directory_iterator(kProject / "tests")) {
         const std::string name = entry.path().filename().string();
         if (!name.ends_with("_test.cpp")) continue;
         ++files;
-        const std::string list = contentOf(entry.path().parent_path() / "CMakeLists.txt");
+        const std::string list = pageText(entry.path().parent_path() / "CMakeLists.txt");
         EXPECT_NE(list.find(name), std::string::npos) << entry.path() << " is not built";
     }
     EXPECT_GT(files, 100);

@@ -71,7 +71,8 @@ class StreamSocketRig final : public OwningRig {
 
   private:
     std::unique_ptr<Dialer> makeDialer() override {
-        return std::make_unique<StreamSocketDialer<Socket>>([this](Socket& socket) { connect_(socket, server_); });
+        return std::make_unique<StreamSocketDialer<Socket>>(
+            [this](Socket& socket) { connect_(socket, server_); });
     }
     void farEnd() override {
         if (!peer_ && server_.hasPendingConnections()) {
@@ -122,7 +123,8 @@ class PlanProducer final : public ByteProducer {
         const std::size_t count = std::min<std::size_t>(1000, bytes_.size() - sent_);
         if (count == 0 && ends_) return false;
         const auto first = bytes_.begin() + static_cast<std::ptrdiff_t>(sent_);
-        piece = {milliseconds(count > 0 ? 1 : 1000), {first, first + static_cast<std::ptrdiff_t>(count)}, false};
+        piece = {
+            milliseconds(count > 0 ? 1 : 1000), {first, first + static_cast<std::ptrdiff_t>(count)}, false};
         sent_ += count;
         return true;
     }
@@ -175,8 +177,8 @@ class SimulatorRig final : public OwningRig {
     Bytes plan(std::size_t count, bool ends) override {
         QFile file(path());
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("rate max\nfunction earth\nreading 1 14.3 ohm\nshow " + QByteArray::number(count / 36 + 1) +
-                   " frames\n" + (ends ? "" : "rate 1\nshow 1 day\n"));
+        file.write("rate max\nfunction earth\nreading 1 14.3 ohm\nshow " +
+                   QByteArray::number(count / 36 + 1) + " frames\n" + (ends ? "" : "rate 1\nshow 3600s\n"));
         file.close();
         std::string problem;
         const auto producer = makeProducers()(problem);
@@ -216,7 +218,9 @@ class FakeRig final : public OwningRig {
     }
     void farEnd() override {
         if (line_.channel == nullptr) return;
-        const std::size_t count = std::min(plan_.size() - sent_, ByteChannel::kBufferLimit - std::min(ByteChannel::kBufferLimit, line_.incoming.size()));
+        const std::size_t count =
+            std::min(plan_.size() - sent_,
+                     ByteChannel::kBufferLimit - std::min(ByteChannel::kBufferLimit, line_.incoming.size()));
         if (count > 0) line_.receive(std::span(plan_).subspan(std::exchange(sent_, sent_ + count), count));
         if (draining_ && line_.room == 0) line_.makeRoom(ByteChannel::kBufferLimit);
     }
@@ -229,7 +233,9 @@ class FakeRig final : public OwningRig {
 // The source's view of a channel, which a session holds: opened with the tester's first bytes.
 class TapRig final : public ChannelRig, private AccessorySourceObserver {
   public:
-    Bytes plan(std::size_t count, bool ends) override { return line_.plan(std::max<std::size_t>(count, 1), ends); }
+    Bytes plan(std::size_t count, bool ends) override {
+        return line_.plan(std::max<std::size_t>(count, 1), ends);
+    }
     Dialer& dialer() override { return dialer_; }
     void forgetDialer() override {}
     void turn() override {
@@ -269,7 +275,8 @@ class TapRig final : public ChannelRig, private AccessorySourceObserver {
     void disappeared(const AccessoryPtr&) override {}
 
     FakeRig line_;
-    DialingSource source_{"fake:", std::make_unique<SharedDialer>(line_.dialer()), makeAnyByteListener, scheduler};
+    DialingSource source_{"fake:", std::make_unique<SharedDialer>(line_.dialer()), makeAnyByteListener,
+                          scheduler};
     TapDialer dialer_{*this};
 };
 
