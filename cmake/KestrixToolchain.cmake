@@ -9,7 +9,10 @@ if(KESTRIX_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${KESTRIX_CCACHE})
 endif()
 
-set(KESTRIX_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+set(KESTRIX_WARNINGS -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(KESTRIX_WERROR)
+  list(APPEND KESTRIX_WARNINGS -Werror)
+endif()
 
 if(KESTRIX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
