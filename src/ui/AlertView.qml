@@ -11,6 +11,7 @@ FocusScope {
 
     objectName: "alert"
     visible: alerts.shown
+    focus: visible // so that keys end here even while none of its buttons has them
     onVisibleChanged: {
         const last = buttons.itemAt(buttons.count - 1)
         if (visible && last !== null)
@@ -20,7 +21,8 @@ FocusScope {
         const isBack = event.key === Qt.Key_Escape || event.key === Qt.Key_Back
         if (isBack && event.modifiers === Qt.NoModifier && !event.isAutoRepeat)
             view.alerts.cancel()
-        event.accepted = true // nothing behind hears a key
+        // Nothing behind hears a key; Tab goes on to the buttons.
+        event.accepted = event.key !== Qt.Key_Tab && event.key !== Qt.Key_Backtab
     }
 
     Rectangle {

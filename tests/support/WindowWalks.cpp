@@ -83,7 +83,8 @@ std::vector<QQuickItem*> WindowWalks::usableTexts() {
 }
 
 void WindowWalks::leaveTheControls() {
-    if (QQuickItem* const at = stopAtKeyboard(); at->activeFocusOnTab()) at->setFocus(false);
+    QQuickItem* const at = stopAtKeyboard();
+    if (at != nullptr && at->activeFocusOnTab()) at->setFocus(false);
     settle();
 }
 
@@ -235,13 +236,17 @@ WindowWalks::Problems WindowWalks::keyProblems() {
     for (std::size_t press = 0; press < stops.size(); ++press) {
         pressKey(Qt::Key_Tab);
         QQuickItem* const at = stopAtKeyboard();
+        if (at == nullptr) {
+            problems.emplace_back("Tab leads to nothing");
+            break;
+        }
         if (std::find(reached.begin(), reached.end(), at) != reached.end()) break;
         const QRectF place = placeOf(*at);
         if (!reached.empty() && place.bottom() <= placeOf(*reached.back()).top() + 1)
             problems.push_back("Tab goes up from " + called(*reached.back()) + " to " + called(*at));
         reached.push_back(at);
-        const QAccessible::State state = QAccessible::queryAccessibleInterface(at)->state();
-        if (!state.focused || !state.focusable)
+        QAccessibleInterface* const known = QAccessible::queryAccessibleInterface(at);
+        if (known == nullptr || !known->state().focused || !known->state().focusable)
             problems.push_back(called(*at) + " has the keyboard, but a screen reader is not told so");
         const Problems frames = frameProblems(without);
         problems.insert(problems.end(), frames.begin(), frames.end());
