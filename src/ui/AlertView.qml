@@ -43,7 +43,8 @@ FocusScope {
             color: "#8fb4e8"
         }
         Accessible.role: Accessible.AlertMessage
-        Accessible.name: [view.alerts.title, view.alerts.text].filter(words => words !== "").join(". ")
+        Accessible.name: view.alerts.title
+            + (view.alerts.title !== "" && view.alerts.text !== "" ? ". " : "") + view.alerts.text
         Accessible.ignored: !visible
 
         Column {
