@@ -97,8 +97,8 @@ struct CaptureOptions {
 Ending capture(Runner& runner, const CaptureOptions& options) {
     runner.limitUnlessGiven(0);
     EventLoop loop(runner);
-    platform::SourceOrProblem made =
-        platform::makeAccessorySource(options.uri, loop.scheduler, app::simulatorSource, platform::makeAnyByteListener);
+    platform::SourceOrProblem made = platform::makeAccessorySource(
+        options.uri, loop.scheduler, app::simulatorSource, platform::makeAnyByteListener);
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
 
     CaptureTarget target(options.file, options.force);

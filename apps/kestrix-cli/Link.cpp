@@ -29,7 +29,8 @@ Link::Link(const std::string& settings, platform::Scheduler& timers)
       connect(manager, defaults, app::pauseUnlessEnding) {}
 
 Ending Link::addSource(const std::string& uri) {
-    platform::SourceOrProblem made = platform::makeAccessorySource(uri, scheduler, app::simulatorSource, link::makeFrameListener);
+    platform::SourceOrProblem made =
+        platform::makeAccessorySource(uri, scheduler, app::simulatorSource, link::makeFrameListener);
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
     manager.addSource(std::move(made.source));
     return done();

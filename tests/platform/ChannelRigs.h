@@ -17,8 +17,8 @@ class ChannelRig {
 
     virtual ~ChannelRig() = default;
 
-    // What the far end will send once a channel is open: about `count` bytes, which are returned. ends: it ends behind them, at the
-    // latest when the test says end().
+    // What the far end will send once a channel is open: about `count` bytes, which are returned. ends: it
+    // ends behind them, at the latest when the test says end().
     virtual Bytes plan(std::size_t count, bool ends) = 0;
     // To this far end. Valid until the rig is destroyed or forgetDialer() is called.
     virtual Dialer& dialer() = 0;
