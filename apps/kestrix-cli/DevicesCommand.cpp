@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QSerialPortInfo>
 
 #include <algorithm>
@@ -41,7 +40,6 @@ Ending listWhatIsThere(Runner& runner) {
 Ending devices(Runner& runner, const std::vector<std::string>& uris) {
     if (uris.empty()) return listWhatIsThere(runner);
     runner.limitUnlessGiven(kSecondsToLook);
-    QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the report says it
 
     EventLoop loop(runner);
     std::vector<std::unique_ptr<platform::AccessorySource>> sources;

@@ -2,7 +2,6 @@
 
 #include <sys/ioctl.h>
 #include <unistd.h>
-#include <QLoggingCategory>
 
 #include <cstdlib>
 #include <deque>
@@ -191,8 +190,6 @@ bool understandsEscapes() {
 Ending monitor(Runner& runner, const std::string& uri) {
     const bool terminal = isatty(STDOUT_FILENO) == 1;
     const bool screen = terminal && understandsEscapes();
-    if (screen)
-        QLoggingCategory::setFilterRules(QStringLiteral("kestrix.*.info=false"));  // the display says it
     runner.limitUnlessGiven(terminal ? 0 : kSecondsWithoutTerminal);
 
     EventLoop loop(runner);
