@@ -254,12 +254,11 @@ DialingSource::Problem DialingSource::silence() const {
                             : Problem{FailedStep::NoBytes, "silent for " + limit};
 }
 
-std::string DialingSource::problem() const {
-    return state_ == SearchState::Listening ? silence().text : problem_.text;
-}
-
-FailedStep DialingSource::failedStep() const {
-    return state_ == SearchState::Listening ? silence().step : problem_.step;
+// An open channel has outlived the reason of a failed dial. That bytes came without a frame says more than
+// that none have come yet this time.
+DialingSource::Problem DialingSource::currentProblem() const {
+    if (state_ != SearchState::Listening) return problem_;
+    return problem_.step == FailedStep::NoFrames && !bytesSinceFrame_ ? problem_ : silence();
 }
 
 void DialingSource::lost(Problem problem) {

@@ -30,8 +30,8 @@ class DialingSource final : public AccessorySource {
     void stop() override;
     std::string uri() const override { return uri_; }
     SearchState state() const override { return state_; }
-    std::string problem() const override;
-    FailedStep failedStep() const override;
+    std::string problem() const override { return currentProblem().text; }
+    FailedStep failedStep() const override { return currentProblem().step; }
     std::string peerName() const override { return peerName_; }
     std::unique_ptr<ByteChannel> openChannel(const Accessory& accessory,
                                              const std::string& protocol) override;
@@ -54,6 +54,7 @@ class DialingSource final : public AccessorySource {
     void watchSilence();
     void judgeSilence();
     Problem silence() const;
+    Problem currentProblem() const;
     void lost(Problem problem);
     void retryLater();
     void dropChannel();

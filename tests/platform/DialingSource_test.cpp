@@ -324,6 +324,11 @@ TEST_F(FrameHearingSource, NoiseIsNoTesterAndItsStepIsNoFrames) {
     EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
     EXPECT_EQ(hearing_.problem(), "bytes come, but no valid frame");
     EXPECT_EQ(log_, Log{});
+    scheduler_.advance(milliseconds(500));
+    EXPECT_EQ(hearing_.state(), SearchState::Listening);
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames) << "until it is known that none come any more";
+    scheduler_.advance(DialingSource::kSilenceLimit);
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoBytes);
 }
 
 TEST_F(FrameHearingSource, TheBytesByWhichItJudgedAreTheSessionsFirst) {
