@@ -22,6 +22,8 @@ using namespace kestrix;
 using std::chrono::milliseconds;
 
 constexpr int kTurns = 2000;
+constexpr int kMostPieces = 50'000;
+constexpr int kMostPiecesInATurn = 20'000;
 constexpr std::size_t kMostInATurn = 2 * platform::ByteChannel::kBufferLimit;
 
 void require(bool holds) {
@@ -30,10 +32,11 @@ void require(bool holds) {
 
 class Producer final : public platform::ByteProducer {
   public:
-    Producer(simulator::Scenario scenario, bool flatOut)
-        : player_(std::move(scenario), 1), flatOut_(flatOut) {}
+    Producer(simulator::Scenario scenario, bool flatOut, int& pieces)
+        : player_(std::move(scenario), 1), flatOut_(flatOut), pieces_(pieces) {}
     bool next(Piece& piece) override {
         if (player_.finished()) return false;
+        ++pieces_;
         simulator::Emission emission = player_.next();
         piece = {flatOut_ ? milliseconds(0) : emission.wait, std::move(emission.bytes), emission.closes};
         return true;
@@ -42,6 +45,7 @@ class Producer final : public platform::ByteProducer {
   private:
     simulator::Player player_;
     bool flatOut_;
+    int& pieces_;
 };
 
 class Session final : public platform::AccessorySourceObserver {
@@ -79,16 +83,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto* scenario = std::get_if<simulator::Scenario>(&parsed);
     if (scenario == nullptr) return 0;
 
+    int pieces = 0;
     testing::ManualScheduler scheduler;
     Session session;
     platform::DialingSource source(
         "fuzz:",
         std::make_unique<platform::GeneratedDialer>(
-            [&](std::string&) { return std::make_unique<Producer>(*scenario, flatOut); }, scheduler),
+            [&](std::string&) { return std::make_unique<Producer>(*scenario, flatOut, pieces); }, scheduler),
         link::makeFrameListener, scheduler);
     source.start(session);
     std::size_t total = 0;
-    for (int turn = 0; turn < kTurns && total < 2'000'000 && scheduler.runOne(); ++turn) {
+    for (int turn = 0; turn < kTurns && total < 2'000'000 && pieces < kMostPieces; ++turn) {
+        const int before = pieces;
+        if (!scheduler.runOne()) break;
+        require(pieces - before <= kMostPiecesInATurn);
         const std::size_t read = session.takeRead();
         require(read <= kMostInATurn);
         total += read;

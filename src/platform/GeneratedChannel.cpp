@@ -8,7 +8,7 @@ namespace kestrix::platform {
 namespace {
 
 // A producer may make pieces without bytes and without a wait, without end.
-constexpr int kMostPiecesInATurn = 4096;
+constexpr int kMostEmptyPiecesInATurn = 256;
 
 }  // namespace
 
@@ -80,15 +80,16 @@ class GeneratedDialer::Channel final : public ByteChannel {
         timer_ = scheduler_.callAfter(std::max(wait, Scheduler::Duration{0}), [this] { play(); });
     }
 
-    // Plays what is due, but no more in one turn of the event loop than the buffer holds, and no more pieces
-    // than a turn may take.
+    // Plays what is due, but no more in one turn of the event loop than the buffer holds, and not without end
+    // where nothing comes of it.
     void play() {
         const Scheduler::TimePoint now = scheduler_.now();
         const std::size_t before = bytesAvailable();
-        for (int pieces = 0; pieces < kMostPiecesInATurn && bytesAvailable() < kBufferLimit &&
-                             feed_->fetch() && feed_->due <= now;
-             ++pieces) {
+        int empty = 0;
+        while (empty < kMostEmptyPiecesInATurn && bytesAvailable() < kBufferLimit && feed_->fetch() &&
+               feed_->due <= now) {
             const ByteProducer::Piece& piece = feed_->piece;
+            if (piece.bytes.empty()) ++empty;
             bytes_.insert(bytes_.end(), piece.bytes.begin(), piece.bytes.end());
             feed_->pending = false;
             if (!piece.closes) continue;
