@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/AccessorySources.h"
+
 namespace kestrix::cli {
 namespace {
 
@@ -146,7 +148,12 @@ TEST(BashCompletion, Scenarios) {
 }
 
 TEST(BashCompletion, UrisAndFiles) {
-    EXPECT_EQ(offeredByBash("kestrix-cli monitor "), (Words{"serial:", "tcp://", "replay:", "simulator:"}));
+    Words kinds;  // "tcp://", "serial:"
+    for (const platform::SourceKind& kind : platform::sourceKinds()) {
+        const std::string form(kind.form);
+        kinds.insert(form.substr(0, form.find(':') + (form.find("://") == std::string::npos ? 1 : 3)));
+    }
+    EXPECT_EQ(offeredByBash("kestrix-cli monitor "), kinds);
     EXPECT_EQ(offeredByBash("kestrix-cli devices serial:x s"), (Words{"serial:", "simulator:"}));
     EXPECT_EQ(offeredByBash("kestrix-cli monitor replay:kestrix-cli."), (Words{"kestrix-cli.1"}));
     EXPECT_EQ(offeredByBash("kestrix-cli decode CMake"), (Words{"CMakeLists.txt"}));

@@ -83,22 +83,23 @@ TEST_F(AccessorySourcesTest, TheSimulatorComesFromTheApplication) {
 }
 
 struct BadUri {
-    const char* uri;
-    const char* line;
+    std::string uri;
+    std::string line;
     bool wrongUri;
 };
 
 TEST_F(AccessorySourcesTest, ABadUriIsRefusedWithOneClearLine) {
+    std::string schemes;  // "a, b and c"
+    const auto kinds = sourceKinds();
+    for (const SourceKind& kind : kinds)
+        schemes += (&kind == &kinds.front()  ? ""
+                    : &kind == &kinds.back() ? " and "
+                                             : ", ") +
+                   std::string(kind.scheme);
     const BadUri rows[] = {
-        {"",
-         "'' is not a source; expected tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 or "
-         "simulator:SCENARIO",
-         true},
-        {"nonsense",
-         "'nonsense' is not a source; expected tcp://host:port, serial:PORT?baud=9600, replay:FILE?speed=1 "
-         "or simulator:SCENARIO",
-         true},
-        {"ftp://a:1", "ftp://a:1: unknown kind of source; known are tcp, serial, replay and simulator", true},
+        {"", "'' is not a source; expected " + sourceForms(), true},
+        {"nonsense", "'nonsense' is not a source; expected " + sourceForms(), true},
+        {"ftp://a:1", "ftp://a:1: unknown kind of source; known are " + schemes, true},
         {"tcp://a", "tcp://a: expected tcp://host:port with a port from 1 to 65535", true},
         {"tcp://a:0", "tcp://a:0: expected tcp://host:port with a port from 1 to 65535", true},
         {"tcp://a:1?b=c", "tcp://a:1?b=c: unknown option 'b'", true},
