@@ -1,5 +1,7 @@
 #include "apps/kestrix-cli/ScreenJson.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <charconv>
 #include <cstring>
@@ -38,13 +40,13 @@ RowTable makeRowTable() {
         const display::RcdRowTexts& texts = display::kRcdRowTexts[row];
         for (const bool hidden : {false, true}) {
             RowParts& parts = table[row][hidden ? 1 : 0];
-            parts.beforeValue = "," + constantLabel(stem + "Row", texts.multiplier, hidden) + "," +
-                                constantLabel(stem + "Angle", texts.angle, hidden) + ",\"" + stem +
-                                "Value\":{\"text\":";
+            parts.beforeValue = fmt::format(R"(,{},{},"{}Value":{{"text":)",
+                                            constantLabel(stem + "Row", texts.multiplier, hidden),
+                                            constantLabel(stem + "Angle", texts.angle, hidden), stem);
             for (const bool valueHidden : {false, true})
                 parts.afterValue[valueHidden ? 1 : 0] =
-                    "," + hiddenText(valueHidden) + "," +
-                    constantLabel(stem + "Unit", display::kRcdUnit, hidden);
+                    fmt::format(",{},{}", hiddenText(valueHidden),
+                                constantLabel(stem + "Unit", display::kRcdUnit, hidden));
         }
     }
     return table;

@@ -3,6 +3,7 @@
 // Shows a control of a screen to QML as a property under the control's own name, so that the tools know its
 // type and find a name that is mistyped. KESTRIX_CONTROL is for a member of that name, KESTRIX_CONTROL_AT for
 // any other.
+// NOLINTBEGIN(bugprone-macro-parentheses): what stands for a type or begins a declaration
 #define KESTRIX_CONTROL(Type, name) KESTRIX_CONTROL_AT(Type, name, name)
 #define KESTRIX_CONTROL_AT(Type, name, member)                            \
   private:                                                                \
@@ -12,3 +13,4 @@
     kestrix::ui::Type* name##Control() {                                  \
         return &(member);                                                 \
     }
+// NOLINTEND(bugprone-macro-parentheses)

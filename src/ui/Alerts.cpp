@@ -24,6 +24,7 @@ void Alerts::answer(int button) {
     // Between two alerts none is shown: the second is a new one to the keyboard and to screen readers.
     std::deque<Owned> rest = std::exchange(alerts_, {});
     std::vector<QPointer<const QObject>> owners;
+    owners.reserve(rest.size());
     for (const Owned& owned : rest) owners.emplace_back(owned.owner);
     Q_EMIT shownChanged();
     for (std::size_t i = rest.size(); i-- > 0;) {
