@@ -1,6 +1,16 @@
 #include "ui/Button.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "ui/KeyTable.h"
+
 namespace kestrix::ui {
+namespace {
+
+constexpr Qt::Key kPressingKeys[] = {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter};
+
+}  // namespace
 
 void Button::setTitle(const QString& title) {
     title_ = title;
@@ -19,6 +29,14 @@ void Button::setBackgroundImage(const QString& name) {
 
 void Button::press() {
     if (action_ && !hidden()) action_();
+}
+
+bool Button::pressKey(int key, int modifiers, bool repeated) {
+    const bool presses =
+        std::find(std::begin(kPressingKeys), std::end(kPressingKeys), key) != std::end(kPressingKeys);
+    if (!presses || !KeyTable::arePlain(modifiers)) return false;
+    if (!repeated) press();
+    return true;
 }
 
 bool Button::tell() {

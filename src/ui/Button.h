@@ -35,6 +35,9 @@ class Button : public kestrix::ui::Control {
 
     // The press: by finger, mouse, key or screen reader. Nothing happens while it is hidden.
     Q_INVOKABLE void press();
+    // A key went down, or repeats itself, while the button has the keyboard. True when it is one that presses
+    // buttons, and without modifiers: then it is used up. Held down, it presses once.
+    Q_INVOKABLE bool pressKey(int key, int modifiers, bool repeated);
 
   Q_SIGNALS:
     void titleChanged();

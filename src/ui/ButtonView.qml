@@ -12,7 +12,9 @@ FocusScope {
     property real frameDistance: 0        // of the focus frame
     property int titleInset: 0
     property int titleSize: 14
-    readonly property bool held: touch.pressed && touch.containsMouse || landing.active
+    // What the mouse is told where the button shows no words.
+    property string hint: button.title === "" ? button.accessibleName : ""
+    readonly property bool held: touch.held
 
     objectName: button.objectName
     visible: !button.hidden
@@ -24,14 +26,7 @@ FocusScope {
     Accessible.focusable: true
     Accessible.ignored: !visible || !enabled // behind another screen, too
     Accessible.onPressAction: if (visible && enabled) button.press()
-    Keys.onPressed: event => {
-        const presses = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
-        if (!presses)
-            return
-        event.accepted = true
-        if (!event.isAutoRepeat)
-            view.button.press()
-    }
+    Keys.onPressed: event => event.accepted = button.pressKey(event.key, event.modifiers, event.isAutoRepeat)
 
     Picture {
         anchors.fill: parent
@@ -54,28 +49,32 @@ FocusScope {
         visible: view.button.title !== ""
         text: view.button.title
         textFormat: Text.PlainText
-        color: "white"
+        color: Colors.textOnDark
         font.family: "helvetica"
         font.pixelSize: view.titleSize
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
     }
-    MouseArea {
-        id: touch
-        anchors {
-            fill: parent
-            margins: -view.touchMargin
-        }
-        enabled: !view.button.actsOnTouchDown // it would keep the press from the handler
-        onClicked: view.button.press()
+    Rectangle {
+        objectName: "hoverShade"
+        anchors.fill: parent
+        visible: touch.hovered && !view.held
+        color: Colors.hover
     }
-    // Any finger, not only the first one on the screen, which alone makes mouse events.
-    PointHandler {
-        id: landing
-        enabled: view.button.actsOnTouchDown
-        acceptedButtons: Qt.LeftButton
+    TouchArea {
+        id: touch
+        anchors.fill: parent
         margin: view.touchMargin
-        onActiveChanged: if (active) view.button.press()
+        onLanded: if (view.button.actsOnTouchDown) view.button.press()
+        onLifted: if (!view.button.actsOnTouchDown) view.button.press()
+    }
+    Loader { // only for who uses a mouse
+        active: touch.hovered
+        sourceComponent: ToolTip {
+            target: view
+            text: view.hint
+            wanted: touch.hovered && !view.held
+        }
     }
     FocusFrame {
         anchors.margins: -view.frameDistance

@@ -33,6 +33,10 @@ void Control::changed() {
     DisplayUpdates::shared().add(*this);
 }
 
+void Control::note(Signal signal) {
+    DisplayUpdates::shared().differing_.push_back(signal);
+}
+
 bool Control::tell() {
     bool told = tellChange(*this, toldHidden_, hidden_, &Control::hiddenChanged);
     told |= tellChange(*this, toldAccessibleName_, accessibleName_, &Control::accessibleNameChanged);

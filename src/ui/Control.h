@@ -33,20 +33,24 @@ class Control : public QObject {
   protected:
     // Something that the display shows differs now.
     void changed();
-    // Emits the signals of what differs from the last time. False when nothing does.
+    // Notes the signals of what differs from the last time; they are emitted when this has returned, for as
+    // long as the control lives. False when nothing differs.
     virtual bool tell();
-    // Emits `signal`, and makes `told` the same as `now`, when they differ. False when they do not.
+    // Notes `signal`, and makes `told` the same as `now`, when they differ. False when they do not.
     template <class Self, class Value>
-    static bool tellChange(Self& self, Value& told, const Value& now, void (Self::*signal)()) {
+    static bool tellChange(Self&, Value& told, const Value& now, void (Self::*signal)()) {
         if (told == now) return false;
         told = now;
-        (self.*signal)();
+        note(static_cast<Signal>(signal));
         return true;
     }
 
   private:
     friend class DisplayUpdates;
     friend class Screen;
+    using Signal = void (Control::*)();
+    static void note(Signal signal);
+
     bool hidden_ = false;
     bool toldHidden_ = false;
     bool waiting_ = false;

@@ -1,8 +1,8 @@
 #include "ui/DisplayUpdates.h"
 
-#include <utility>
+#include <QPointer>
 
-#include "ui/Control.h"
+#include <utility>
 
 namespace kestrix::ui {
 
@@ -31,9 +31,25 @@ void DisplayUpdates::flush() {
         Control* const control = telling_.back();
         telling_.pop_back();
         control->waiting_ = false;
-        told |= control->tell();
+        told |= tell(*control);
     }
     if (told && requestFrame_) frameOutstanding_ = requestFrame_();
+}
+
+bool DisplayUpdates::tell(Control& control) {
+    if (!control.tell()) return false;
+    // Only now: a signal may destroy the control, and `Control::tell` still works with it.
+    std::vector<Control::Signal> signals;
+    signals.swap(differing_);
+    QPointer<Control> alive(&control);
+    for (const Control::Signal signal : signals) {
+        if (alive) (alive->*signal)();
+    }
+    if (differing_.empty()) {  // the room is used again
+        signals.clear();
+        signals.swap(differing_);
+    }
+    return true;
 }
 
 void DisplayUpdates::add(Control& control) {

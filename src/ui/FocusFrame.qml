@@ -1,14 +1,15 @@
 import QtQuick
+import Kestrix.Ui
 
 // Shows where the keyboard is: a light line and a dark one, of which one stands out on any ground.
 Rectangle {
     objectName: "focusFrame"
     anchors.fill: parent
-    color: "transparent"
+    color: Colors.clear
     visible: parent.activeFocus
     border {
         width: 1
-        color: "#ffd166"
+        color: Colors.focusLight
     }
 
     Rectangle {
@@ -16,10 +17,10 @@ Rectangle {
             fill: parent
             margins: 1
         }
-        color: "transparent"
+        color: Colors.clear
         border {
             width: 1
-            color: "#10182a"
+            color: Colors.focusDark
         }
     }
 }

@@ -15,10 +15,13 @@ void ImageView::setAnimation(const QStringList& images, milliseconds duration, i
     images_ = images;
     duration_ = duration;
     repeatCount_ = repeatCount;
+    if (!animating_) return;
+    stopAnimating();
+    startAnimating();
 }
 
 void ImageView::startAnimating() {
-    if (animating_ || images_.isEmpty() || scheduler_ == nullptr) return;
+    if (animating_ || images_.isEmpty() || duration_ <= milliseconds(0) || scheduler_ == nullptr) return;
     animating_ = true;
     frame_ = 0;
     started_ = scheduler_->now();

@@ -24,13 +24,14 @@ class ImageView : public kestrix::ui::Control {
     QString image() const { return image_; }
     void setImage(const QString& name);
 
-    // One cycle shows every picture once in `duration`. repeatCount 0: without end.
+    // One cycle shows every picture once in `duration`. repeatCount 0: without end. An animation that runs
+    // begins anew with these; without pictures, or without a duration, there is none.
     QStringList animationImages() const { return images_; }
     std::chrono::milliseconds animationDuration() const { return duration_; }
     int animationRepeatCount() const { return repeatCount_; }
     void setAnimation(const QStringList& images, std::chrono::milliseconds duration, int repeatCount);
 
-    // Begins with the first picture; does nothing while it runs.
+    // Begins with the first picture; does nothing while it runs, and where there is nothing to animate.
     void startAnimating();
     void stopAnimating();
     bool isAnimating() const { return animating_; }

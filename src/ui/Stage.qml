@@ -7,7 +7,7 @@ Rectangle {
     default property alias content: points.data
 
     objectName: "stage"
-    color: "#0e1626"
+    color: Colors.stage
 
     Item {
         id: points

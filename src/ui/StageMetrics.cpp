@@ -11,7 +11,9 @@ StageMetrics& StageMetrics::shared() {
 }
 
 void StageMetrics::fit(const QSizeF& window, double devicePixelRatio) {
-    if (window.isEmpty()) return;
+    if (window.isEmpty() || (window == window_ && devicePixelRatio == devicePixelRatio_)) return;
+    window_ = window;
+    devicePixelRatio_ = devicePixelRatio;
     factor_ = std::min(window.width() / kWidth, window.height() / kLeastHeight);
     height_ = window.height() / factor_;
     const double pixels = factor_ * devicePixelRatio;  // in a point

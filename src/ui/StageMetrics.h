@@ -24,7 +24,8 @@ class StageMetrics : public QObject {
 
     static StageMetrics& shared();
 
-    // window: its size in device-independent pixels; devicePixelRatio: real pixels in one of them.
+    // window: its size in device-independent pixels; devicePixelRatio: real pixels in one of them. Nothing
+    // happens when both are what they were.
     void fit(const QSizeF& window, double devicePixelRatio);
 
     double factor() const { return factor_; }  // device-independent pixels in a point
@@ -41,6 +42,8 @@ class StageMetrics : public QObject {
     void changed();
 
   private:
+    QSizeF window_;
+    double devicePixelRatio_ = 0;
     double factor_ = 1;
     double left_ = 0;
     double height_ = kLeastHeight;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/LineBreaks.h"
+
 namespace kestrix::ui {
 
 double FontTextMeasure::wrappedHeight(const QString& text, const QString& family, int size, double width,
@@ -14,7 +16,7 @@ double FontTextMeasure::wrappedHeight(const QString& text, const QString& family
     QFont font(family);
     font.setPixelSize(size);
     font.setHintingPreference(QFont::PreferNoHinting);
-    QString lines = text;
+    QString lines = withLineBreaks(text);
     lines.replace(u'\n', QChar::LineSeparator);
     QTextLayout layout(lines, font);
     QTextOption option;

@@ -9,11 +9,14 @@
 #include "ui/Button.h"
 #include "ui/FramedScreen.h"
 #include "ui/ImageView.h"
+#include "ui/KeyTable.h"
 #include "ui/Label.h"
 #include "ui/Notice.h"
+#include "ui/Palette.h"
 #include "ui/Screen.h"
 #include "ui/ScreenStack.h"
 #include "ui/StageMetrics.h"
+#include "ui/Table.h"
 #include "ui/TextField.h"
 
 // The types of this folder under the names that QML knows them by.
@@ -68,6 +71,27 @@ struct NoticeType {
     QML_UNCREATABLE("belongs to the application")
 };
 
+struct KeyTableType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::KeyTable)
+    QML_NAMED_ELEMENT(KeyTable)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct ListModelType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::ListModel)
+    QML_NAMED_ELEMENT(ListModel)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct TableType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Table)
+    QML_NAMED_ELEMENT(Table)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
 struct ScreenType {
     Q_GADGET
     QML_FOREIGN(kestrix::ui::Screen)
@@ -99,6 +123,20 @@ struct StageMetricsType {
     static StageMetrics* create(QQmlEngine*, QJSEngine*) {
         QJSEngine::setObjectOwnership(&StageMetrics::shared(), QJSEngine::CppOwnership);
         return &StageMetrics::shared();
+    }
+};
+
+// QtQuick has a type named Palette, which the compiled views would find first.
+struct PaletteType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::Palette)
+    QML_NAMED_ELEMENT(Colors)
+    QML_SINGLETON
+
+  public:
+    static Palette* create(QQmlEngine*, QJSEngine*) {
+        QJSEngine::setObjectOwnership(&Palette::shared(), QJSEngine::CppOwnership);
+        return &Palette::shared();
     }
 };
 

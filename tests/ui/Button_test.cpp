@@ -36,6 +36,28 @@ TEST(Button, WithoutAnActionCanBePressed) {
     EXPECT_EQ(images(), 0);
 }
 
+TEST(Button, SpaceAndEnterPressItOnceHoweverLongTheyAreHeld) {
+    TestScreen screen;
+    int presses = 0;
+    screen.help.setAction([&] { ++presses; });
+    for (const int key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        EXPECT_TRUE(screen.help.pressKey(key, Qt::NoModifier, false));
+        EXPECT_TRUE(screen.help.pressKey(key, Qt::NoModifier, true));
+    }
+    EXPECT_TRUE(screen.help.pressKey(Qt::Key_Enter, Qt::KeypadModifier, false));
+    EXPECT_EQ(presses, 4);
+}
+
+TEST(Button, OtherKeysAndKeysWithModifiersAreNotItsOwn) {
+    TestScreen screen;
+    int presses = 0;
+    screen.help.setAction([&] { ++presses; });
+    EXPECT_FALSE(screen.help.pressKey(Qt::Key_R, Qt::NoModifier, false));
+    for (const int modifier : {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier, Qt::MetaModifier})
+        EXPECT_FALSE(screen.help.pressKey(Qt::Key_Space, modifier, false)) << modifier;
+    EXPECT_EQ(presses, 0);
+}
+
 TEST(Button, SaysWhetherItActsWhenTheFingerLands) {
     TestScreen screen;
     EXPECT_FALSE(screen.help.actsOnTouchDown());

@@ -246,5 +246,29 @@ TEST_F(DisplayUpdatesTest, AControlThatIsDestroyedByWhatAnotherTellsIsForgotten)
     EXPECT_EQ(told(), 0);
 }
 
+// With the sanitizers this is a use after free, without them a count too many.
+TEST_F(DisplayUpdatesTest, AControlThatIsDestroyedByItsOwnSignalTellsNothingMore) {
+    auto gone = std::make_unique<Label>(screen_, "gone");
+    const SignalCount told(*gone, &Label::textChanged);
+    QObject::connect(gone.get(), &Control::hiddenChanged, &screen_, [&] { gone.reset(); });
+    gone->setHidden(true);
+    gone->setText(QStringLiteral("1"));
+    turn();
+    EXPECT_EQ(gone, nullptr);
+    EXPECT_EQ(told(), 0);
+    show("1");
+    turn();
+    EXPECT_EQ(texts_(), 1) << "the others go on";
+}
+
+TEST_F(DisplayUpdatesTest, WhenItsFirstSignalComesAControlHasNotedAllThatDiffers) {
+    const SignalCount told(screen_.text, &Label::textChanged);
+    QObject::connect(&screen_.text, &Control::hiddenChanged, &screen_.text, [this] { updates_.flush(); });
+    screen_.text.setHidden(true);
+    show("1");
+    turn();
+    EXPECT_EQ(told(), 1);
+}
+
 }  // namespace
 }  // namespace kestrix::ui

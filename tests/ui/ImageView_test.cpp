@@ -75,6 +75,9 @@ TEST_F(ImageViewTest, WithRepeatCountZeroItRunsWithoutEndAndWithoutDrift) {
     const SignalCount told(view_, &ImageView::shownImageChanged);
     scheduler_.advance(1h - 1ms);
     EXPECT_EQ(shown(), "6");
+    EXPECT_EQ(told(), 0) << "nothing is told before the display asks";
+    tellDisplay();
+    EXPECT_EQ(told(), 1) << "and then only what is to be seen now";
     EXPECT_EQ(after(1ms), "1");
     EXPECT_TRUE(view_.isAnimating());
     EXPECT_EQ(scheduler_.pending(), 1U);
@@ -149,6 +152,35 @@ TEST_F(ImageViewTest, StartingWhileItRunsChangesNothing) {
     EXPECT_EQ(shown(), "3");
     EXPECT_EQ(after(100ms), "4");
     EXPECT_EQ(scheduler_.pending(), 1U);
+}
+
+TEST_F(ImageViewTest, AnAnimationThatTakesNoTimeDoesNotStart) {
+    view_.setImage(QStringLiteral("still"));
+    for (const auto duration : {0ms, -1000ms}) {
+        view_.setAnimation({"1", "2"}, duration, 0);
+        view_.startAnimating();
+        EXPECT_FALSE(view_.isAnimating());
+        EXPECT_EQ(after(5s), "still");
+    }
+}
+
+TEST_F(ImageViewTest, ARunningAnimationBeginsAnewWithOtherPictures) {
+    animate();
+    scheduler_.advance(400ms);
+    view_.setAnimation({"a", "b"}, 100ms, 0);
+    EXPECT_EQ(shown(), "a");
+    EXPECT_EQ(after(50ms), "b");
+    EXPECT_EQ(scheduler_.pending(), 1U);
+}
+
+TEST_F(ImageViewTest, ARunningAnimationThatLosesItsPicturesStops) {
+    animate();
+    view_.setAnimation({}, 1000ms, 0);
+    EXPECT_FALSE(view_.isAnimating());
+    EXPECT_EQ(after(1s), "still");
+    animate();
+    view_.setAnimation({"1", "2"}, 0ms, 0);
+    EXPECT_EQ(after(1s), "still");
 }
 
 TEST_F(ImageViewTest, WithoutPicturesOrWithoutASchedulerNothingStarts) {

@@ -1,0 +1,28 @@
+#include "ui/KeyTable.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kestrix::ui {
+
+void KeyTable::add(Qt::Key key, std::function<void()> action, Held held) {
+    std::erase_if(rows_, [key](const Row& row) { return row.key == key; });
+    rows_.push_back({key, std::move(action), held});
+}
+
+bool KeyTable::press(int key, int modifiers, bool repeated) const {
+    if (!arePlain(modifiers)) return false;
+    const auto found =
+        std::find_if(rows_.begin(), rows_.end(), [key](const Row& row) { return row.key == key; });
+    if (found == rows_.end()) return false;
+    if (repeated && found->held == Held::ActsOnce) return true;
+    const auto action = found->action;  // it may change this table
+    action();
+    return true;
+}
+
+bool KeyTable::arePlain(int modifiers) {
+    return (modifiers & ~static_cast<int>(Qt::KeypadModifier)) == 0;
+}
+
+}  // namespace kestrix::ui

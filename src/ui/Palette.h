@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QColor>
+#include <QObject>
+
+namespace kestrix::ui {
+
+// Every colour that is not part of a picture. QML, C++ and tests read them here, and no colour stands as a
+// number anywhere else.
+class Palette : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QColor clear MEMBER clear CONSTANT FINAL)
+    Q_PROPERTY(QColor stage MEMBER stage CONSTANT FINAL)
+    Q_PROPERTY(QColor textOnDark MEMBER textOnDark CONSTANT FINAL)
+    Q_PROPERTY(QColor ink MEMBER ink CONSTANT FINAL)
+    Q_PROPERTY(QColor header MEMBER header CONSTANT FINAL)
+    Q_PROPERTY(QColor lit MEMBER lit CONSTANT FINAL)
+    Q_PROPERTY(QColor tableLine MEMBER tableLine CONSTANT FINAL)
+    Q_PROPERTY(QColor keyboardRow MEMBER keyboardRow CONSTANT FINAL)
+    Q_PROPERTY(QColor markedRow MEMBER markedRow CONSTANT FINAL)
+    Q_PROPERTY(QColor mark MEMBER mark CONSTANT FINAL)
+    Q_PROPERTY(QColor scrollTrack MEMBER scrollTrack CONSTANT FINAL)
+    Q_PROPERTY(QColor scrollThumb MEMBER scrollThumb CONSTANT FINAL)
+    Q_PROPERTY(QColor focusLight MEMBER focusLight CONSTANT FINAL)
+    Q_PROPERTY(QColor focusDark MEMBER focusDark CONSTANT FINAL)
+    Q_PROPERTY(QColor hover MEMBER hover CONSTANT FINAL)
+    Q_PROPERTY(QColor tip MEMBER tip CONSTANT FINAL)
+
+  public:
+    static Palette& shared();
+
+    static constexpr QColor clear{0, 0, 0, 0};
+    static constexpr QColor stage{14, 22, 38};              // behind everything, and between the titles
+    static constexpr QColor textOnDark{255, 255, 255};      // on the housing, the display and the headers
+    static constexpr QColor ink{16, 24, 42};                // texts on paper
+    static constexpr QColor header{69, 94, 149};            // ground of a table's headers
+    static constexpr QColor lit{39, 121, 205};              // ground of the function in use
+    static constexpr QColor tableLine{108, 108, 108};       // between and around the cells of a table
+    static constexpr QColor keyboardRow{39, 121, 205, 51};  // over the row where the keyboard is
+    static constexpr QColor markedRow{255, 214, 208};       // ground of a row with which something is wrong
+    static constexpr QColor mark{150, 14, 24};              // what is wrong, in words
+    static constexpr QColor scrollTrack{108, 108, 108, 64};
+    static constexpr QColor scrollThumb{69, 94, 149};
+    static constexpr QColor focusLight{255, 209, 102};  // the frame around what has the keyboard: one of
+    static constexpr QColor focusDark{16, 24, 42};      // its two lines stands out on any ground
+    static constexpr QColor hover{255, 255, 255, 40};   // over a button that the mouse points at
+    static constexpr QColor tip{16, 24, 42};            // ground of the words beside such a button
+};
+
+}  // namespace kestrix::ui

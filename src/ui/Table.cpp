@@ -1,0 +1,100 @@
+#include "ui/Table.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeySequence>
+
+#include <algorithm>
+#include <utility>
+
+#include "ui/Palette.h"
+
+namespace kestrix::ui {
+namespace {
+
+constexpr int kHeaderFontSize = 8;
+
+std::unique_ptr<Label> headerOf(const Column& column, Screen& screen) {
+    auto header = std::make_unique<Label>(screen, ("header" + column.role).toUtf8().constData());
+    header->setText(column.title);
+    header->setFont(QStringLiteral("Arial"), kHeaderFontSize);
+    header->setTextColor(Palette::textOnDark);
+    header->setBackgroundColor(Palette::header);
+    header->setAlignment(Qt::AlignHCenter);
+    return header;
+}
+
+}  // namespace
+
+Table::Table(Screen& screen, const char* name, ListModel& rows) : Control(screen, name), rows_(rows) {
+    for (const Column& column : rows.columns()) headers_.push_back(headerOf(column, screen));
+    using Held = KeyTable::Held;
+    keys_.add(
+        Qt::Key_Up, [this] { moveBy(-1); }, Held::Repeats);
+    keys_.add(
+        Qt::Key_Down, [this] { moveBy(1); }, Held::Repeats);
+    keys_.add(
+        Qt::Key_PageUp, [this] { moveByPage(-1); }, Held::Repeats);
+    keys_.add(
+        Qt::Key_PageDown, [this] { moveByPage(1); }, Held::Repeats);
+    keys_.add(Qt::Key_Home, [this] { setCurrentRow(0); });
+    keys_.add(Qt::Key_End, [this] { setCurrentRow(rows_.count() - 1); });
+    connect(&rows, &ListModel::modelReset, this, [this] {
+        currentRow_ = -1;
+        Q_EMIT currentRowChanged();
+    });
+}
+
+QVariantList Table::columns() const {
+    QVariantList columns;
+    for (const Column& column : rows_.columns()) columns << QVariant::fromValue(column);
+    return columns;
+}
+
+QList<Label*> Table::headers() const {
+    QList<Label*> headers;
+    for (const auto& header : headers_) headers << header.get();
+    return headers;
+}
+
+void Table::setCurrentRow(int row) {
+    currentRow_ = std::clamp(row, std::min(0, rows_.count() - 1), rows_.count() - 1);
+    Q_EMIT currentRowChanged();  // also when it is the same: the view shows it, wherever it was scrolled to
+}
+
+bool Table::pressKey(int key, int modifiers, bool repeated, double pageHeight) {
+    const QKeySequence pressed(modifiers | key);
+    if (QKeySequence::keyBindings(QKeySequence::Copy).contains(pressed)) {
+        copyRow(currentRow_);
+        return true;
+    }
+    pageHeight_ = pageHeight;
+    return keys_.press(key, modifiers, repeated);
+}
+
+// The keyboard comes to a list at its newest row.
+void Table::moveBy(int rows) {
+    setCurrentRow(currentRow_ < 0 ? rows_.count() - 1 : currentRow_ + rows);
+}
+
+// As far as a page shows, so that one row of the page before stays to be seen.
+void Table::moveByPage(int direction) {
+    int row = currentRow_ < 0 ? rows_.count() - 1 : currentRow_;
+    if (row < 0) return;
+    const auto hasNext = [&] { return row + direction >= 0 && row + direction < rows_.count(); };
+    double left = pageHeight_ - rows_.height(row);
+    for (int moved = 0; hasNext() && (moved == 0 || left >= rows_.height(row + direction)); ++moved) {
+        row += direction;
+        left -= rows_.height(row);
+    }
+    setCurrentRow(row);
+}
+
+void Table::copyRow(int row) const {
+    if (row < 0 || row >= rows_.count()) return;
+    QStringList texts;
+    for (const QString& text : rows_.at(row).texts) texts << text.trimmed();
+    QGuiApplication::clipboard()->setText(texts.join(u'\t'));
+}
+
+}  // namespace kestrix::ui

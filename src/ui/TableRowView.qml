@@ -1,0 +1,103 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrix.Ui
+
+// One row of a table: its cells, the lines between and around them, and what is wrong with it.
+Item {
+    id: row
+    required property int index
+    required property var texts
+    required property string words
+    required property double rowHeight
+    required property string mark
+    required property Table table
+    required property bool atKeyboard
+
+    component Line: Rectangle {
+        id: line
+        property bool upright: false
+        width: upright ? 1 : row.width
+        height: upright ? row.height : 1
+        color: Colors.tableLine
+        transform: Scale { // one point is drawn in whole pixels
+            xScale: line.upright ? StageMetrics.line : 1
+            yScale: line.upright ? 1 : StageMetrics.line
+        }
+    }
+
+    height: rowHeight
+    Accessible.role: Accessible.Row
+    Accessible.name: words
+    Accessible.focusable: true
+    Accessible.focused: atKeyboard
+
+    Rectangle {
+        objectName: "rowGround"
+        anchors.fill: parent
+        visible: row.mark !== ""
+        color: Colors.markedRow
+    }
+    Rectangle {
+        objectName: "keyboardRow"
+        anchors.fill: parent
+        visible: row.atKeyboard
+        color: Colors.keyboardRow
+    }
+    Repeater {
+        model: row.table.columns
+        delegate: Text {
+            required property int index
+            required property var modelData
+            objectName: "column" + (index + 1)
+            x: modelData.x
+            width: modelData.width
+            height: row.height
+            text: row.texts[index]
+            textFormat: Text.PlainText
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            font.family: "helvetica"
+            font.pixelSize: 8
+            // A long text is drawn smaller rather than cut.
+            fontSizeMode: Text.Fit
+            minimumPixelSize: 4
+            color: Colors.ink
+            Accessible.ignored: true
+        }
+    }
+    Text { // over the last column
+        objectName: "rowMark"
+        readonly property var place: row.table.columns[row.table.columns.length - 1]
+        x: place.x
+        width: place.width
+        height: row.height
+        visible: row.mark !== ""
+        text: row.mark
+        textFormat: Text.PlainText
+        wrapMode: Text.WordWrap
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        font.family: "helvetica"
+        font.pixelSize: 8
+        font.bold: true
+        fontSizeMode: Text.Fit
+        minimumPixelSize: 4
+        color: Colors.mark
+        Accessible.ignored: true
+    }
+    Repeater {
+        model: row.table.columns.length - 1
+        delegate: Line {
+            required property int index
+            readonly property var column: row.table.columns[index]
+            x: column.x + column.width
+            upright: true
+        }
+    }
+    Line {}
+    Line {
+        y: row.height - StageMetrics.line
+    }
+}

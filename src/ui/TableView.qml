@@ -1,0 +1,99 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Kestrix.Ui
+
+// The rows of a table: scrolled by finger, wheel, scroll bar and keys. While it has the keyboard, one row is
+// marked as the one that keys move from and that is copied.
+ListView {
+    id: list
+    required property Table table
+    property string rowName: "row" // with its number it is the name of a row
+    property string title: ""      // for screen readers
+
+    objectName: table.objectName
+    visible: !table.hidden
+    model: table.rows
+    delegate: TableRowView {
+        id: rowView
+        objectName: list.rowName + index
+        width: list.width
+        table: list.table
+        atKeyboard: list.activeFocus && list.table.currentRow === index
+
+        TapHandler {
+            acceptedButtons: Qt.RightButton
+            onTapped: point => menu.open(rowView.index, rowView, point.position)
+        }
+        TapHandler {
+            id: longTouch
+            acceptedDevices: PointerDevice.TouchScreen
+            onLongPressed: menu.open(rowView.index, rowView, longTouch.point.position)
+        }
+    }
+    reuseItems: true
+    clip: true
+    boundsBehavior: Flickable.StopAtBounds
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
+    Accessible.role: Accessible.Table
+    Accessible.name: title
+    Accessible.focusable: true
+    Keys.onPressed: event => {
+        if (menu.visible && event.key === Qt.Key_Escape)
+            event.accepted = menu.close()
+        else
+            event.accepted = readOn(event.key, event.modifiers)
+                || table.pressKey(event.key, event.modifiers, event.isAutoRepeat, height - bottomMargin)
+    }
+
+    // A row that is taller than what can be seen at once is read to its end before the next one.
+    function readOn(key: int, modifiers: int): bool {
+        const row = itemAtIndex(table.currentRow)
+        if (row === null || row.height <= height - bottomMargin || (modifiers & ~Qt.KeypadModifier) !== 0)
+            return false
+        const above = contentY - row.y
+        const below = row.y + row.height - (contentY + height - bottomMargin)
+        const hidden = key === Qt.Key_Down ? below : key === Qt.Key_Up ? above : 0
+        if (hidden < 1)
+            return false
+        contentY += (key === Qt.Key_Down ? 1 : -1) * Math.min(hidden, 40)
+        return true
+    }
+    // The whole row if it fits, and its beginning if it does not.
+    function show(row: int) {
+        positionViewAtIndex(row, ListView.Contain)
+        const item = itemAtIndex(row)
+        if (item === null)
+            return
+        const below = item.y + item.height - (contentY + height - bottomMargin)
+        if (below > 0)
+            contentY += Math.min(below, item.y - contentY)
+    }
+
+    Connections {
+        target: list.table
+        function onCurrentRowChanged() {
+            if (list.table.currentRow >= 0)
+                list.show(list.table.currentRow)
+        }
+        function onLastRowAsked() {
+            list.positionViewAtEnd()
+            list.contentY += list.bottomMargin
+            list.returnToBounds()
+        }
+    }
+    ScrollBar {
+        parent: list
+        list: list
+    }
+    FocusFrame {
+        parent: list
+        anchors.bottomMargin: list.bottomMargin
+    }
+    RowMenu {
+        id: menu
+        parent: list
+        onChosen: row => list.table.copyRow(row)
+    }
+}

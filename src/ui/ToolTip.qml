@@ -1,0 +1,61 @@
+import QtQuick
+import Kestrix.Ui
+
+// Words beside something that the mouse rests on and that shows none itself. In front of everything on the
+// stage, and never beyond its edges.
+Item {
+    id: tip
+    required property Item target
+    required property string text
+    property bool wanted: false
+    property bool rested: false // for long enough
+
+    objectName: "toolTip"
+    parent: stageOf(target)
+    visible: rested && text !== ""
+    z: 1000
+    width: Math.ceil(words.implicitWidth) + 10
+    height: 16
+
+    onWantedChanged: wanted ? rest.restart() : rest.stop()
+    onVisibleChanged: if (visible) place()
+    Accessible.ignored: true // the target's name says the same
+
+    function stageOf(item: Item): Item {
+        let stage = item
+        while (stage !== null && stage.objectName !== "points")
+            stage = stage.parent
+        return stage
+    }
+    function place() {
+        const spot = target.mapToItem(parent, target.width / 2, 0)
+        x = Math.max(2, Math.min(parent.width - width - 2, spot.x - width / 2))
+        const above = spot.y - height - 3
+        y = above > 0 ? above : spot.y + target.height + 3
+    }
+
+    SequentialAnimation {
+        id: rest
+        onStopped: tip.rested = tip.wanted && tip.rested
+        PauseAnimation { duration: 600 }
+        ScriptAction { script: tip.rested = true }
+    }
+    Rectangle {
+        anchors.fill: parent
+        color: Colors.tip
+        border {
+            width: StageMetrics.line
+            color: Colors.header
+        }
+    }
+    Text {
+        id: words
+        anchors.centerIn: parent
+        text: tip.text
+        textFormat: Text.PlainText
+        color: Colors.textOnDark
+        font.family: "helvetica"
+        font.pixelSize: 9
+        Accessible.ignored: true
+    }
+}

@@ -1,0 +1,26 @@
+import QtQuick
+import Kestrix.Ui
+
+FocusScope {
+    id: page
+    required property var screen
+
+    Rectangle {
+        anchors.fill: parent
+        color: "white"
+    }
+    TableHeader {
+        y: 40
+        width: 320
+        height: 25
+        table: page.screen.table
+    }
+    TableView {
+        y: 65
+        width: 320
+        height: 200
+        focus: true
+        table: page.screen.table
+        title: "A table"
+    }
+}
