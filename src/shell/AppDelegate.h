@@ -75,6 +75,7 @@ class AppDelegate {
     const ui::Services& services() const { return services_; }
     ui::Notice& notice() { return notice_; }
     ui::Alerts& alerts() { return alerts_; }
+    platform::UserDefaults& settings() { return defaults_; }
     platform::AccessoryManager& accessories() { return accessories_; }
 
   private:

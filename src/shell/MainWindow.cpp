@@ -1,13 +1,20 @@
 #include "shell/MainWindow.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QResizeEvent>
+#include <QScreen>
+
+#include <any>
 
 #include "artwork/Pictures.h"
+#include "link/BluetoothConnect.h"
+#include "shell/WindowPlace.h"
+#include "shell/WindowTitle.h"
 #include "ui/DisplayUpdates.h"
+#include "ui/Palette.h"
 #include "ui/StageMetrics.h"
 
 namespace kestrix::shell {
@@ -15,16 +22,35 @@ namespace {
 
 const QUrl kViews(QStringLiteral("qrc:/qt/qml/Kestrix/Shell/Root.qml"));
 
+// What a frame is thought to add before the desktop has drawn it: a title bar, mostly.
+constexpr QSize kUsualFrame{8, 40};
+
+QList<QRect> freeScreens() {
+    QList<QRect> areas;
+    const auto screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) areas << screen->availableGeometry();
+    return areas;
+}
+
+QSize sizeOf(const QMargins& frame) {
+    return {frame.left() + frame.right(), frame.top() + frame.bottom()};
+}
+
 }  // namespace
 
 MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     artwork::load();
-    setTitle(QStringLiteral("Kestrix"));
-    setColor(QColor(14, 22, 38));
+    setColor(ui::Palette::stage);
     setResizeMode(SizeRootObjectToView);
     setMinimumSize({160, 240});
-    resize(kSize);
-    fitStage(kSize);
+    takePlace();
+    fitStage();
+    showTitle(link::kNotConnected);
+    linkStates_ = platform::NotificationCenter::defaultCenter().addObserver(
+        link::Orvoblueviewnotification, [this](const platform::Notification& notification) {
+            const auto* const state = std::any_cast<std::string>(&notification.object);
+            showTitle(state != nullptr ? QString::fromStdString(*state).toInt() : link::kNotConnected);
+        });
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     // Another thread reads the views while the application starts; `load` finds them read.
     new QQmlComponent(engine(), kViews, QQmlComponent::Asynchronous, this);
@@ -41,10 +67,13 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     // No reading stands on the display while the wait for a lost tester blocks.
     application_.setBeforeWait([this] { paintNow(); });
     application_.setSecondStart([this] { bringForward(); });
-    connect(this, &QWindow::screenChanged, this, [this] { fitStage(size()); });
+    connect(this, &QWindow::screenChanged, this, [this] { fitStage(); });
+    // The scale of a screen may change under the window, which nothing tells in so many words.
+    connect(this, &QQuickWindow::afterAnimating, this, [this] { fitStage(); });
 }
 
 MainWindow::~MainWindow() {
+    rememberPlace();
     application_.setBeforeWait(nullptr);
     application_.setSecondStart(nullptr);
     ui::DisplayUpdates::shared().pace(nullptr);
@@ -58,6 +87,7 @@ bool MainWindow::load() {
         {QStringLiteral("alerts"), QVariant::fromValue(&application_.alerts())},
     });
     setSource(kViews);
+    showTitle(application_.settings().integerForKey(QLatin1String(link::kBlueState)));
     return status() == Ready;
 }
 
@@ -74,13 +104,102 @@ void MainWindow::bringForward() {
     requestActivate();
 }
 
+void MainWindow::takePlace() {
+    const WindowPlace standard{.position = {}, .size = kSize};
+    const auto remembered = rememberedPlace(application_.settings());
+    const WindowPlace place = placeOnScreens(remembered.value_or(standard), freeScreens(), kUsualFrame);
+    if (place.position) setFramePosition(*place.position);
+    resize(place.size);
+    lastNormal_ = {place.position.value_or(QPoint()), place.size};
+    if (place.fullScreen) setWindowStates(Qt::WindowFullScreen);
+}
+
+void MainWindow::rememberPlace() {
+    if (!shown_) return;
+    const bool fullScreen = (windowStates() & Qt::WindowFullScreen) != 0;
+    shell::rememberPlace(
+        application_.settings(),
+        {.position = lastNormal_.topLeft(), .size = lastNormal_.size(), .fullScreen = fullScreen});
+}
+
+// Now that the desktop has drawn the frame around it.
+void MainWindow::keepOnScreen() {
+    if (windowStates() != Qt::WindowNoState) return;
+    const WindowPlace fitted = placeOnScreens({.position = framePosition(), .size = size()},
+                                              {screen()->availableGeometry()}, sizeOf(frameMargins()));
+    if (fitted.size != size()) resize(fitted.size);
+}
+
 void MainWindow::resizeEvent(QResizeEvent* event) {
-    fitStage(event->size());
+    fitStage();
     QQuickView::resizeEvent(event);
 }
 
-void MainWindow::fitStage(const QSize& size) {
-    ui::StageMetrics::shared().fit(size, devicePixelRatio());
+void MainWindow::exposeEvent(QExposeEvent* event) {
+    // This exposure is drawn at once: with what is known now, not with what was told last.
+    if (isExposed()) ui::DisplayUpdates::shared().flush();
+    QQuickView::exposeEvent(event);
+    if (!isExposed()) return ui::DisplayUpdates::shared().frameDone();  // one that was asked for never comes
+    if (!shown_) keepOnScreen();
+    shown_ = true;
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    rememberPlace();
+    QQuickView::closeEvent(event);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat() && pressKey(*event)) return event->accept();
+    QQuickView::keyPressEvent(event);
+}
+
+bool MainWindow::pressKey(const QKeyEvent& event) {
+    struct Key {
+        QKeyCombination key;
+        void (MainWindow::*action)();
+    };
+    static constexpr Key kKeys[] = {
+        {Qt::ControlModifier | Qt::Key_Q, &MainWindow::quit},
+        {Qt::ControlModifier | Qt::Key_W, &MainWindow::closeIt},
+        {Qt::Key_F11, &MainWindow::toggleFullScreen},
+        {Qt::Key_F1, &MainWindow::showHelp},
+    };
+    for (const Key& row : kKeys) {
+        if (row.key != event.keyCombination()) continue;
+        (this->*row.action)();
+        return true;
+    }
+    return false;
+}
+
+void MainWindow::quit() {
+    QCoreApplication::quit();
+}
+
+void MainWindow::closeIt() {
+    close();
+}
+
+void MainWindow::toggleFullScreen() {
+    setWindowStates(windowStates() ^ Qt::WindowFullScreen);
+}
+
+// Behind a presented screen the live screen answers no key.
+void MainWindow::showHelp() {
+    if (application_.screens().count() == 0) application_.mainView().pressBCH();
+}
+
+void MainWindow::showTitle(std::int32_t linkState) {
+    const auto accessories = application_.accessories().connectedAccessories();
+    const QString tester =
+        accessories.empty() ? QString() : QString::fromStdString(accessories.front()->name);
+    setTitle(windowTitle(linkState, tester, application_.simulated()));
+}
+
+void MainWindow::fitStage() {
+    if (shown_ && windowStates() == Qt::WindowNoState) lastNormal_ = {framePosition(), size()};
+    ui::StageMetrics::shared().fit(size(), devicePixelRatio());
 }
 
 }  // namespace kestrix::shell

@@ -3,6 +3,7 @@
 #include <QQuickView>
 #include <QString>
 
+#include "platform/NotificationCenter.h"
 #include "shell/AppDelegate.h"
 
 namespace kestrix::shell {
@@ -10,7 +11,7 @@ namespace kestrix::shell {
 // The application's window: the live screen and what is presented in front of it, fitted to any size.
 class MainWindow : public QQuickView {
   public:
-    // Of the window when nobody says otherwise, in device-independent pixels.
+    // Of the window at the first start, where the screen has room for it, in device-independent pixels.
     static constexpr QSize kSize{384, 682};
 
     // The application outlives the window.
@@ -29,11 +30,27 @@ class MainWindow : public QQuickView {
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    void exposeEvent(QExposeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
   private:
-    void fitStage(const QSize& size);
+    void takePlace();
+    void rememberPlace();
+    void keepOnScreen();
+    void fitStage();
+    void showTitle(std::int32_t linkState);
+    // True when the key was one of the window's own: they act on every screen.
+    bool pressKey(const QKeyEvent& event);
+    void quit();
+    void closeIt();
+    void toggleFullScreen();
+    void showHelp();
 
     AppDelegate& application_;
+    platform::NotificationCenter::Subscription linkStates_;
+    QRect lastNormal_;  // its place when it last was not full screen
+    bool shown_ = false;
 };
 
 }  // namespace kestrix::shell

@@ -1,14 +1,18 @@
 // The window itself: when it draws, and what it shows then.
 #include "shell/MainWindow.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QIcon>
+#include <QScreen>
+#include <QTimer>
 
 #include "simulator/FrameEncoder.h"
 #include "tests/shell/Scenarios.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/LogExpectations.h"
 #include "tests/support/WindowFixture.h"
+#include "ui/DisplayUpdates.h"
+#include "ui/StageMetrics.h"
 
 namespace kestrix::shell {
 namespace {
@@ -20,13 +24,15 @@ class MainWindowTest : public testing::WindowFixture {
         display.readings[0] = {.magnitude = magnitude};
         tester().send(simulator::encodeFrame(display));
     }
+    // Of a window that is made before the desktop has drawn its frame.
+    static QSize largestSize() { return QGuiApplication::primaryScreen()->availableSize() - QSize(8, 40); }
 };
 
 TEST_F(MainWindowTest, HasATitleASizeAndALeastSize) {
     start();
     MainWindow fresh(app());
-    EXPECT_EQ(fresh.title(), QStringLiteral("Kestrix"));
-    EXPECT_EQ(fresh.size(), MainWindow::kSize);
+    EXPECT_EQ(fresh.title(), QStringLiteral("Not connected - Kestrix"));
+    EXPECT_EQ(fresh.size(), MainWindow::kSize.boundedTo(largestSize()));
     EXPECT_EQ(fresh.minimumSize(), QSize(160, 240));
 }
 
@@ -96,6 +102,114 @@ TEST_F(MainWindowTest, AWindowThatWasHiddenShowsTheLatestStateWhenItComesBack) {
     EXPECT_EQ(text("D1Value"), QStringLiteral("100"));
     sendEarth(101);
     EXPECT_TRUE(testing::spinUntil([this] { return text("D1Value") == QStringLiteral("101"); }));
+}
+
+// Neither the frame that was asked for before it was hidden nor what came meanwhile may be what is seen
+// first.
+TEST_F(MainWindowTest, AWindowThatIsHiddenBeforeItsFrameWaitsForNone) {
+    open();
+    const QImage withoutTester = onDisplay();
+    tester().appear();
+    sendEarth(7);
+    settle();
+    sendEarth(8);
+    ui::DisplayUpdates::shared().flush();  // asks for a frame
+    window().hide();
+    ASSERT_TRUE(testing::spinUntil([this] { return !window().isExposed(); }));
+    tester().leave();
+    EXPECT_TRUE(testing::spinUntil([] { return ui::DisplayUpdates::shared().idle(); }));
+    EXPECT_FALSE(isShown("D1Value"));
+    QImage first;
+    QObject::connect(&window(), &QQuickWindow::frameSwapped, &window(), [&] {
+        if (first.isNull()) first = onDisplay();
+    });
+    window().show();
+    ASSERT_TRUE(testing::spinUntil([&] { return !first.isNull(); }));
+    EXPECT_EQ(first, withoutTester);
+}
+
+TEST_F(MainWindowTest, TheFirstPictureAfterItWasHiddenHoldsWhatCameAtThatMoment) {
+    open();
+    const QImage withoutTester = onDisplay();
+    showReading(kEarth);
+    window().hide();
+    ASSERT_TRUE(testing::spinUntil([this] { return !window().isExposed(); }));
+    QImage first;
+    QObject::connect(&window(), &QQuickWindow::frameSwapped, &window(), [&] {
+        if (first.isNull()) first = onDisplay();
+    });
+    window().show();
+    tester().leave();
+    ASSERT_TRUE(testing::spinUntil([&] { return !first.isNull(); }));
+    EXPECT_EQ(first, withoutTester);
+}
+
+// As when a screen's scale changes under the window: what was fitted does not fit any more.
+TEST_F(MainWindowTest, AnotherScaleOnTheSameScreenIsFollowed) {
+    open();
+    const double line = ui::StageMetrics::shared().line();
+    ui::StageMetrics::shared().fit(window().size(), window().devicePixelRatio() * 1.7);
+    EXPECT_NE(ui::StageMetrics::shared().line(), line);
+    settle();
+    EXPECT_EQ(ui::StageMetrics::shared().line(), line);
+}
+
+TEST_F(MainWindowTest, TheTitleTellsTheStateAndTheTester) {
+    open();
+    EXPECT_EQ(window().title(), QStringLiteral("Not connected - Kestrix"));
+    tester().appear();
+    EXPECT_EQ(window().title().left(13), QStringLiteral("Connected to "));
+    tester().leave();
+    EXPECT_EQ(window().title(), QStringLiteral("Not connected - Kestrix"));
+}
+
+TEST_F(MainWindowTest, TheTitleTellsThatTheTesterIsSimulated) {
+    options_.uris = {"simulator:voltage"};
+    open();
+    EXPECT_EQ(window().title(), QStringLiteral("Not connected (simulated) - Kestrix"));
+}
+
+TEST_F(MainWindowTest, ItsSizeIsRememberedInTheSettings) {
+    open();
+    resize({400, 700});
+    stop();
+    start();
+    EXPECT_EQ(MainWindow(app()).size(), QSize(400, 700).boundedTo(largestSize()));
+}
+
+TEST_F(MainWindowTest, TheSizeBeforeFullScreenIsRememberedAndThatItWasFullScreen) {
+    open({400, 600});
+    pressKey(Qt::Key_F11);
+    ASSERT_TRUE(testing::spinUntil([this] { return item("stage").size() == window().screen()->size(); }));
+    EXPECT_EQ(window().windowStates(), Qt::WindowFullScreen);
+    stop();
+    start();
+    {
+        const MainWindow again(app());
+        EXPECT_EQ(again.windowStates(), Qt::WindowFullScreen);
+        EXPECT_EQ(again.size(), QSize(400, 600).boundedTo(largestSize()));
+    }
+    open({400, 600});
+    pressKey(Qt::Key_F11);
+    EXPECT_EQ(window().windowStates(), Qt::WindowNoState);
+}
+
+TEST_F(MainWindowTest, CtrlWClosesIt) {
+    open();
+    pressKey(Qt::Key_W);
+    EXPECT_TRUE(window().isVisible());
+    pressKey(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window().isVisible());
+}
+
+TEST_F(MainWindowTest, CtrlQEndsTheApplication) {
+    open();
+    bool quits = false;
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &window(), [&] { quits = true; });
+    QTimer::singleShot(0, &window(), [this] { pressKey(Qt::Key_Q, Qt::ControlModifier); });
+    QTimer::singleShot(std::chrono::seconds(30), &window(), [] { QCoreApplication::exit(1); });
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_TRUE(quits);
 }
 
 TEST_F(MainWindowTest, ASecondWindowMayFollowTheFirst) {
