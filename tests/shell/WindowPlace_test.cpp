@@ -10,38 +10,38 @@ namespace kestrix::shell {
 namespace {
 
 constexpr QSize kWanted{384, 682};
-constexpr QSize kFrame{8, 40};
-const QList<QRect> kLarge{QRect(0, 0, 1280, 1024)};
+constexpr QSize kFrameSize{8, 40};
+const QList<QRect> kLargeScreen{QRect(0, 0, 1280, 1024)};
 
 TEST(WindowPlace, AtTheFirstStartItHasTheSizeItWantsWhereThereIsRoom) {
-    const WindowPlace place = placeOnScreens({.position = {}, .size = kWanted}, kLarge, kFrame);
+    const WindowPlace place = placeOnScreens({.position = {}, .size = kWanted}, kLargeScreen, kFrameSize);
     EXPECT_EQ(place.size, kWanted);
     EXPECT_FALSE(place.position) << "where it stands is for the desktop to say";
 }
 
 TEST(WindowPlace, OnASmallScreenItIsAsLowAsTheScreenWithItsFrame) {
     const WindowPlace place =
-        placeOnScreens({.position = {}, .size = kWanted}, {QRect(0, 0, 320, 480)}, kFrame);
+        placeOnScreens({.position = {}, .size = kWanted}, {QRect(0, 0, 320, 480)}, kFrameSize);
     EXPECT_EQ(place.size, QSize(312, 440));
 }
 
 TEST(WindowPlace, ItComesBackToWhereItStood) {
     const WindowPlace wanted{.position = QPoint(100, 50), .size = {400, 700}};
-    EXPECT_EQ(placeOnScreens(wanted, kLarge, kFrame), wanted);
+    EXPECT_EQ(placeOnScreens(wanted, kLargeScreen, kFrameSize), wanted);
 }
 
 TEST(WindowPlace, ItStaysOnTheScreenWithAllOfItself) {
     const WindowPlace place =
-        placeOnScreens({.position = QPoint(1200, -30), .size = {400, 700}}, kLarge, kFrame);
+        placeOnScreens({.position = QPoint(1200, -30), .size = {400, 700}}, kLargeScreen, kFrameSize);
     EXPECT_EQ(place.position, QPoint(1280 - 408, 0));
     EXPECT_EQ(place.size, QSize(400, 700));
 }
 
 TEST(WindowPlace, ItComesBackToTheSecondScreenWhileThatIsThere) {
     const WindowPlace wanted{.position = QPoint(1500, 50), .size = {400, 700}};
-    EXPECT_EQ(placeOnScreens(wanted, {kLarge.first(), QRect(1280, 0, 1024, 768)}, kFrame).position,
+    EXPECT_EQ(placeOnScreens(wanted, {kLargeScreen.first(), QRect(1280, 0, 1024, 768)}, kFrameSize).position,
               QPoint(1500, 28));
-    EXPECT_FALSE(placeOnScreens(wanted, kLarge, kFrame).position) << "the second screen has gone";
+    EXPECT_FALSE(placeOnScreens(wanted, kLargeScreen, kFrameSize).position) << "the second screen has gone";
 }
 
 class RememberedPlace : public ::testing::Test {

@@ -7,9 +7,9 @@
 namespace kestrix::ui {
 namespace {
 
-const Columns kColumns{{QStringLiteral("Name"), QStringLiteral("Title of names"), 0, 50},
-                       {QStringLiteral("Result"), QStringLiteral("Title of results"), 51, 60},
-                       {QStringLiteral("Comments"), QStringLiteral("Title of comments"), 112, 50}};
+const Columns kThreeColumns{{QStringLiteral("Name"), QStringLiteral("Title of names"), 0, 50},
+                            {QStringLiteral("Result"), QStringLiteral("Title of results"), 51, 60},
+                            {QStringLiteral("Comments"), QStringLiteral("Title of comments"), 112, 50}};
 
 TableRow rowNamed(const char* name) {
     return {.texts = {QString::fromUtf8(name), QStringLiteral("1V,2A"), QStringLiteral(" ")}, .mark = {}};
@@ -21,7 +21,7 @@ class ListModelTest : public ::testing::Test {
     QVariant value(int row, const char* roleName) const {
         return list_.data(list_.index(row), role(roleName));
     }
-    ListModel list_{kColumns};
+    ListModel list_{kThreeColumns};
 };
 
 TEST_F(ListModelTest, IsEmptyAtFirst) {

@@ -11,8 +11,8 @@
 namespace kestrix::ui {
 namespace {
 
-const Columns kColumns{{QStringLiteral("Name"), QStringLiteral("Name of it"), 0, 50},
-                       {QStringLiteral("Result"), QStringLiteral("Its result"), 51, 60}};
+const Columns kTwoColumns{{QStringLiteral("Name"), QStringLiteral("Name of it"), 0, 50},
+                          {QStringLiteral("Result"), QStringLiteral("Its result"), 51, 60}};
 
 class TableTest : public ::testing::Test {
   protected:
@@ -28,7 +28,7 @@ class TableTest : public ::testing::Test {
     static QString clipboard() { return QGuiApplication::clipboard()->text(); }
 
     TestScreen screen_;
-    ListModel list_{kColumns};
+    ListModel list_{kTwoColumns};
     Table table_{screen_, "table", list_};
 };
 
