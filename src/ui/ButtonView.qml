@@ -68,13 +68,10 @@ FocusScope {
         onLanded: if (view.button.actsOnTouchDown) view.button.press()
         onLifted: if (!view.button.actsOnTouchDown) view.button.press()
     }
-    Loader { // only for who uses a mouse
-        active: touch.hovered
-        sourceComponent: ToolTip {
-            target: view
-            text: view.hint
-            wanted: touch.hovered && !view.held
-        }
+    ToolTip {
+        target: view
+        text: view.hint
+        wanted: touch.hovered && !view.held
     }
     FocusFrame {
         anchors.margins: -view.frameDistance

@@ -19,7 +19,6 @@ class Table : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(kestrix::ui::ListModel* rows READ rows CONSTANT FINAL)
     Q_PROPERTY(QVariantList columns READ columns CONSTANT FINAL)
-    Q_PROPERTY(QList<kestrix::ui::Label*> headers READ headers CONSTANT FINAL)
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged FINAL)
 
   public:
@@ -29,6 +28,10 @@ class Table : public kestrix::ui::Control {
     ListModel* rows() const { return &rows_; }
     QVariantList columns() const;  // of Column
     QList<Label*> headers() const;
+    // column: counted from 0.
+    Q_INVOKABLE kestrix::ui::Label* header(int column) const {
+        return headers_.at(static_cast<std::size_t>(column)).get();
+    }
 
     // The row at which the keyboard is; -1: at none yet. One that is not there becomes the nearest.
     int currentRow() const { return currentRow_; }

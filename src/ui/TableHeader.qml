@@ -17,7 +17,7 @@ Item {
         delegate: LabelView {
             required property int index
             required property var modelData
-            label: header.table.headers[index]
+            label: header.table.header(index)
             x: modelData.x
             width: modelData.width
             height: header.height

@@ -11,13 +11,19 @@ Item {
     property bool rested: false // for long enough
 
     objectName: "toolTip"
-    parent: stageOf(target)
+    parent: rested ? stageOf(target) : target
     visible: rested && text !== ""
     z: 1000
     width: Math.ceil(words.implicitWidth) + 10
     height: 16
 
-    onWantedChanged: wanted ? rest.restart() : rest.stop()
+    onWantedChanged: {
+        rested = false
+        if (wanted)
+            rest.restart()
+        else
+            rest.stop()
+    }
     onVisibleChanged: if (visible) place()
     Accessible.ignored: true // the target's name says the same
 
@@ -34,11 +40,10 @@ Item {
         y = above > 0 ? above : spot.y + target.height + 3
     }
 
-    SequentialAnimation {
+    PauseAnimation {
         id: rest
-        onStopped: tip.rested = tip.wanted && tip.rested
-        PauseAnimation { duration: 600 }
-        ScriptAction { script: tip.rested = true }
+        duration: 600
+        onFinished: tip.rested = true
     }
     Rectangle {
         anchors.fill: parent
