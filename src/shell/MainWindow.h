@@ -21,6 +21,9 @@ class MainWindow : public QQuickView {
     // Loads the views. False, with the problem in the log, when they do not load.
     bool load();
 
+    // Shows it in the state that was remembered; QWindow's own would make it normal.
+    void show() { setVisible(true); }
+
     // Draws what has changed now, rather than in the next turn of the event loop: before something that
     // blocks.
     void paintNow();
