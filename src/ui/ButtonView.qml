@@ -65,8 +65,8 @@ FocusScope {
         id: touch
         anchors.fill: parent
         margin: view.touchMargin
-        onLanded: if (view.button.actsOnTouchDown) view.button.press()
-        onLifted: if (!view.button.actsOnTouchDown) view.button.press()
+        onLanding: view.button.actsOnTouchDown
+        onPressed: view.button.press()
     }
     ToolTip {
         target: view

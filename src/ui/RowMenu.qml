@@ -31,7 +31,7 @@ Item {
 
     TouchArea {
         anchors.fill: parent
-        onLanded: menu.close()
+        onPressed: menu.close()
     }
     Rectangle {
         id: entry
@@ -60,7 +60,8 @@ Item {
         TouchArea {
             id: held
             anchors.fill: parent
-            onLifted: menu.choose()
+            onLanding: false
+            onPressed: menu.choose()
         }
     }
 }

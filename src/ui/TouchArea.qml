@@ -1,24 +1,31 @@
 import QtQuick
 
-// What is pressed by any finger, also while others lie elsewhere on the screen, and by the mouse. What lies
-// behind it gets nothing of the press.
+// What is pressed by any finger, also while others lie elsewhere on the screen, and by the mouse.
 Item {
     id: area
-    property real margin: 0 // how far it is sensitive beyond its edges
-    readonly property bool held: press.pressed
+    property bool onLanding: true // acts when the finger comes down, not when it is lifted inside
+    property real margin: 0       // how far it is sensitive beyond its edges
+    readonly property bool held: landing.active || lifting.pressed
     readonly property bool hovered: hover.hovered
 
-    signal landed // the finger came down
-    signal lifted // and was taken away while it was still inside
+    signal pressed
 
+    // Grabs nothing, so that what it does may take the area away at once.
+    PointHandler {
+        id: landing
+        enabled: area.onLanding
+        acceptedButtons: Qt.LeftButton
+        margin: area.margin
+        onActiveChanged: if (active) area.pressed()
+    }
     TapHandler {
-        id: press
+        id: lifting
+        enabled: !area.onLanding
         gesturePolicy: TapHandler.ReleaseWithinBounds
         margin: area.margin
         acceptedButtons: Qt.LeftButton
         longPressThreshold: 86400 // however long it was held
-        onPressedChanged: if (pressed) area.landed()
-        onTapped: area.lifted()
+        onTapped: area.pressed()
     }
     HoverHandler {
         id: hover
