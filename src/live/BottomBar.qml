@@ -15,11 +15,12 @@ Item {
         bottomBorder: 0
     }
     ButtonView {
-        button: bar.controller.button("btnRecord")
+        button: bar.controller.btnRecord
         x: 108
         y: 2
         width: 102
         height: 56
+        hint: qsTr("Record (Space)")
         pressedImage: "orvo_home_button_record_pressed.png"
     }
 }

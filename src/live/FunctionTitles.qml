@@ -10,38 +10,36 @@ Item {
     required property MainViewController controller
 
     component Title: LabelView {
-        required property string name
-        label: titles.controller.label(name)
         height: 31
     }
 
     Title {
-        name: "fun1"
+        label: titles.controller.fun1
         x: 0
         width: 78
     }
     Title {
-        name: "fun2"
+        label: titles.controller.fun2
         x: 80
         width: 30
     }
     Title {
-        name: "fun3"
+        label: titles.controller.fun3
         x: 112
         width: 70
     }
     Title {
-        name: "fun4"
+        label: titles.controller.fun4
         x: 184
         width: 20
     }
     Title {
-        name: "fun5"
+        label: titles.controller.fun5
         x: 206
         width: 72
     }
     Title {
-        name: "fun6"
+        label: titles.controller.fun6
         x: 280
         width: 40
     }
@@ -54,7 +52,7 @@ Item {
             x: modelData
             width: 2
             height: 31
-            color: "#0e1626"
+            color: Colors.stage
         }
     }
 }

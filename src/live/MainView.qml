@@ -11,18 +11,15 @@ FocusScope {
     focus: true
     Accessible.role: Accessible.Pane
     Accessible.ignored: !visible || !enabled
-    Accessible.name: "Live display"
-    // Wherever the keyboard is: Space records, R reads the display aloud.
-    Keys.onSpacePressed: event => {
-        if (!event.isAutoRepeat)
-            page.screen.button("btnRecord").press()
-    }
-    Keys.onPressed: event => {
-        if (event.key !== Qt.Key_R)
-            return
-        event.accepted = true
-        meter.reading.focus = false // asked again, it is said again
-        meter.reading.forceActiveFocus(Qt.ShortcutFocusReason)
+    Accessible.name: qsTr("Live display")
+    Keys.onPressed: event => event.accepted = screen.keys.press(event.key, event.modifiers, event.isAutoRepeat)
+
+    Connections {
+        target: page.screen
+        function onReadingAsked() {
+            meter.reading.focus = false // asked again, it is said again
+            meter.reading.forceActiveFocus(Qt.ShortcutFocusReason)
+        }
     }
 
     Picture {
@@ -76,17 +73,20 @@ FocusScope {
         height: 31
         controller: page.screen
     }
-    SessionHeaders {
+    TableHeader {
         y: 206
         width: 320
         height: 25
-        controller: page.screen
+        table: page.screen.tableView
     }
-    SessionListView {
+    TableView {
         y: 231
         width: 320
         height: page.height - 56 - y
-        controller: page.screen
+        bottomMargin: 4 // the bottom bar covers as much of the list
+        table: page.screen.tableView
+        rowName: "sessionRow"
+        title: qsTr("Measurements of this session: %1").arg(count)
     }
     BottomBar {
         objectName: "bottomBar"

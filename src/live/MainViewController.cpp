@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "live/LiveLog.h"
+#include "ui/Palette.h"
 #include "ui/ScreenNotifications.h"
 #include "ui/SideBarContainer.h"
 
@@ -33,16 +34,6 @@ constexpr double kMostTextHeight = 300;
 constexpr double kTextColumnWidth = 60;
 constexpr int kListFontSize = 8;
 constexpr int kRowsBeforeScrolling = 3;
-
-struct Header {
-    ui::Label MainViewController::*label;
-    const char* text;
-};
-constexpr Header kHeaders[] = {
-    {&MainViewController::headerDataName, "Data Name"},    {&MainViewController::headerFunction, "Function"},
-    {&MainViewController::headerParameters, "Parameters"}, {&MainViewController::headerResult, "Result"},
-    {&MainViewController::headerDateTime, "Date Time"},    {&MainViewController::headerComments, "Comments"},
-};
 
 // The toolbar's images in one state of the side bars; none: unchanged.
 struct ToolbarImages {
@@ -89,10 +80,11 @@ void MainViewController::viewDidLoad() {
     dao = std::make_unique<storage::ServiceDao>(services_.documents);
     buildToolbar();
     buildNotices();
+    buildKeys();
     initAnimation();
     buildReadings();
     btnRecord.setImage(QStringLiteral("orvo_home_button_record.png"));
-    btnRecord.setAccessibleName(QStringLiteral("Record"));
+    btnRecord.setAccessibleName(tr("Record"));
     btnRecord.setAction([this] { pressRecord(); });
     buildTitles();
     buildHeaders();
@@ -106,7 +98,7 @@ void MainViewController::viewDidLoad() {
 
 void MainViewController::buildToolbar() {
     Leftbtn.setImage(QLatin1String(kToolbarImages[0].left));
-    Leftbtn.setAccessibleName(QStringLiteral("Menu"));
+    Leftbtn.setAccessibleName(tr("Menu"));
     Leftbtn.setAction([this] { showLeftSideBar(); });
     Rightbtn.setImage(kHistoryImage);
     Rightbtn.setAction([this] { showRightSideBar(); });
@@ -114,21 +106,26 @@ void MainViewController::buildToolbar() {
 }
 
 void MainViewController::buildNotices() {
-    btnHelp.setTitle(QStringLiteral("Help"));
+    btnHelp.setTitle(tr("Help"));
     btnHelp.setBackgroundImage(QStringLiteral("orvo_scenario_details_button.png"));
     btnHelp.setAction([this] { pressBCH(); });
-    lblNoCon.setText(QStringLiteral("Not Connected"));
-    lblNoCon.setTextColor(Qt::white);
+    lblNoCon.setText(tr("Not Connected"));
+    lblNoCon.setTextColor(ui::Palette::textOnDark);
     lblNoCon.setAlignment(Qt::AlignHCenter);
     lblNoCon.setShrinksToFit(true);
     blueImage.setImage(QStringLiteral("flash.png"));
-    blueImage.setAccessibleName(QStringLiteral("Limit exceeded"));
+    blueImage.setAccessibleName(tr("Limit exceeded"));
     blueImage.setHidden(true);
 }
 
 void MainViewController::buildHeaders() {
-    for (const Header& header : kHeaders)
-        setUILabelView(this->*header.label, kHeaderStyle, QLatin1String(header.text));
+    for (ui::Label* header : tableView.headers()) setUILabelView(*header, kHeaderStyle, header->text());
+}
+
+// Wherever the keyboard is on this screen.
+void MainViewController::buildKeys() {
+    keys_.add(Qt::Key_Space, [this] { btnRecord.press(); });
+    keys_.add(Qt::Key_R, [this] { Q_EMIT readingAsked(); });
 }
 
 void MainViewController::initAnimation() {
@@ -170,9 +167,8 @@ void MainViewController::viewStatus(std::int32_t state) {
 }
 
 void MainViewController::getblueView(const Notification& notification) {
-    bluestate = 0;  // what a text that is no number counts
-    if (const auto* text = platform::objectOf<std::string>(notification))
-        std::from_chars(text->data(), text->data() + text->size(), bluestate);
+    const auto text = std::any_cast<std::string>(notification.object);
+    std::from_chars(text.data(), text.data() + text.size(), bluestate);
     viewStatus(bluestate);
 }
 
@@ -193,16 +189,18 @@ void MainViewController::pressRecord() {
     med->comments = " ";
     med->recordName = "";
     dao->addMeasureForm(*med);
-    if (array.count() >= kRowsBeforeScrolling) Q_EMIT array.scrollToLastRow();
+    if (array.count() >= kRowsBeforeScrolling) tableView.scrollToLastRow();
     sayWhatIsWrong(name);
 }
 
 // A row that was not stored, or that holds a reading of before, must not look like any other.
 void MainViewController::sayWhatIsWrong(const std::string& name) {
-    if (!dao->lastOutcome().done)
+    if (!dao->lastOutcome().done) {
+        array.setMark(array.count() - 1, tr("Not stored"));
         services_.notice.show(
             tr("%1 was not stored: %2")
                 .arg(QString::fromStdString(name), QString::fromStdString(dao->lastOutcome().reason)));
+    }
     if (display().link == display::LinkState::NotConnected)
         services_.notice.show(
             tr("Not connected: this reading is of %1").arg(QString::fromStdString(timeOfLatestRecord())));
@@ -262,8 +260,7 @@ void MainViewController::setHomeBackbg() {
 
 // By what it does, which the number of rows decides, not its image.
 void MainViewController::nameRightButton() {
-    Rightbtn.setAccessibleName(array.count() > 0 ? QStringLiteral("Save test record")
-                                                 : QStringLiteral("Saved test records"));
+    Rightbtn.setAccessibleName(array.count() > 0 ? tr("Save test record") : tr("Saved test records"));
 }
 
 void MainViewController::didReceive3820Data(const protocol::MeterReading& record, bool success) {

@@ -14,7 +14,9 @@
 #include "storage/RecordData.h"
 #include "storage/ServiceDao.h"
 #include "ui/Button.h"
+#include "ui/KeyTable.h"
 #include "ui/Services.h"
+#include "ui/Table.h"
 
 namespace kestrix::live {
 
@@ -31,12 +33,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     KESTRIX_CONTROL(Button, Rightbtn)
     KESTRIX_CONTROL(ImageView, leftAnimaImg)
     KESTRIX_CONTROL(ImageView, rightAnimaImg)
-    KESTRIX_CONTROL(Label, headerDataName)
-    KESTRIX_CONTROL(Label, headerFunction)
-    KESTRIX_CONTROL(Label, headerParameters)
-    KESTRIX_CONTROL(Label, headerResult)
-    KESTRIX_CONTROL(Label, headerDateTime)
-    KESTRIX_CONTROL(Label, headerComments)
+    KESTRIX_CONTROL(Table, tableView)
+    KESTRIX_CONTROL_AT(KeyTable, keys, keys_)
 
   public:
     // makeLink: makes the link, which the screen starts and becomes the delegate of; none: one over the
@@ -57,8 +55,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
 
     // Takes the latest record's texts into the list and the database; the database row is durable when this
     // returns. Nothing before the first record, and nothing while the latest record was not understood. A
-    // notice says when the row was not stored, and when it holds a reading of before because no tester is
-    // connected.
+    // notice says when the row was not stored, which is marked then, and when it holds a reading of before
+    // because no tester is connected.
     void pressRecord();
     void pressClearTable();
     // Local time, as ui::kTimePattern says.
@@ -80,6 +78,10 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     SessionList array;
     SessionList* dataList() { return &array; }
 
+    // The table that shows them, under both of its names.
+    ui::Table tableView{*this, "tableView", array};
+    ui::Table& myTableView = tableView;
+
     SpokenReading* spokenReading() { return &spokenReading_; }
 
     std::int32_t bluestate = 0;  // the last published link state
@@ -87,16 +89,10 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     ui::Label lblNoCon{*this, "lblNoCon"};
     ui::Button btnHelp{*this, "btnHelp", ui::Button::Event::TouchDown};
     ui::Button btnRecord{*this, "btnRecord", ui::Button::Event::TouchDown};
-    ui::Button Leftbtn{*this, "Leftbtn", ui::Button::Event::TouchUpInside};
-    ui::Button Rightbtn{*this, "Rightbtn", ui::Button::Event::TouchUpInside};
+    ui::Button Leftbtn{*this, "Leftbtn", ui::Button::Event::TouchDown};
+    ui::Button Rightbtn{*this, "Rightbtn", ui::Button::Event::TouchDown};
     ui::ImageView leftAnimaImg;
     ui::ImageView rightAnimaImg;
-    ui::Label headerDataName{*this, "headerDataName"};
-    ui::Label headerFunction{*this, "headerFunction"};
-    ui::Label headerParameters{*this, "headerParameters"};
-    ui::Label headerResult{*this, "headerResult"};
-    ui::Label headerDateTime{*this, "headerDateTime"};
-    ui::Label headerComments{*this, "headerComments"};
 
     // What `viewDidLoad` creates.
     std::unique_ptr<storage::MeasureData> med;
@@ -104,7 +100,12 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     std::unique_ptr<storage::ServiceDao> dao;
     std::unique_ptr<link::BluetoothConnect> blueConnect;
 
+  Q_SIGNALS:
+    // The view brings the keyboard to the reading, so that a screen reader says it.
+    void readingAsked();
+
   private:
+    void buildKeys();
     void buildNotices();
     void buildToolbar();
     void buildHeaders();
@@ -118,6 +119,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     MakeLink makeLink_;
     std::chrono::system_clock::time_point latestRecord_;  // when it came
     SpokenReading spokenReading_{*this, "spokenReading", [this] { return inWords(display()); }};
+    ui::KeyTable keys_;  // of the whole screen
     platform::NotificationCenter::Subscription linkStates_;
     platform::NotificationCenter::Subscription clearings_;
     platform::NotificationCenter::Subscription slides_;

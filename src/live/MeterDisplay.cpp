@@ -3,12 +3,12 @@
 #include <QAnyStringView>
 
 #include "display/MeasurementTexts.h"
+#include "ui/Palette.h"
 
 namespace kestrix::live {
 namespace {
 
-constexpr QRgb kTransparent = 0;
-const QColor kLitTitle(39, 121, 205);
+using ui::Palette;
 
 struct Style {
     QColor background;
@@ -16,10 +16,10 @@ struct Style {
 };
 
 const std::array<Style, 4> kStyles{{
-    {QColor::fromRgba(kTransparent), 14},  // RCD rows
-    {QColor::fromRgba(kTransparent), 12},  // function titles
-    {QColor(69, 94, 149), 8},              // column headers
-    {QColor::fromRgba(kTransparent), 20},  // main readings
+    {Palette::clear, 14},  // RCD rows
+    {Palette::clear, 12},  // function titles
+    {Palette::header, 8},  // column headers
+    {Palette::clear, 20},  // main readings
 }};
 
 // In the order of the tester's dial.
@@ -94,7 +94,7 @@ void MeterDisplay::show() {
     for (std::size_t i = 0; i < rcdRows.size(); ++i) showRow(rcdRows[i], display_.rcdRows[i]);
     for (std::size_t i = 0; i < kTitleLabels.size(); ++i) {
         const bool lit = display::kTitles[i].title == display_.title;
-        (this->*kTitleLabels[i]).setBackgroundColor(lit ? kLitTitle : QColor(Qt::transparent));
+        (this->*kTitleLabels[i]).setBackgroundColor(lit ? Palette::lit : Palette::clear);
     }
     blueImage.setHidden(!display_.warning);
 }
@@ -107,7 +107,7 @@ void MeterDisplay::setUILabelView(ui::Label& label, std::int32_t style, const QS
     }
     label.setText(text.isNull() ? QStringLiteral("") : text);
     label.setAlignment(Qt::AlignHCenter);
-    label.setTextColor(Qt::white);
+    label.setTextColor(Palette::textOnDark);
 }
 
 void MeterDisplay::setHiddenLable(std::int32_t group, bool hidden) {

@@ -11,25 +11,49 @@ Item {
     readonly property alias reading: spokenReading
 
     component Reading: LabelView {
-        required property string name
-        label: meter.controller.label(name)
         height: 25
     }
     component RcdPart: LabelView {
-        required property string name
-        label: meter.controller.label(name)
         height: 15
+    }
+    component RcdRowView: Item {
+        id: row
+        required property Label multiplier
+        required property Label angle
+        required property Label value
+        required property Label unit
+
+        RcdPart {
+            label: row.multiplier
+            x: 45
+            width: 50
+        }
+        RcdPart {
+            label: row.angle
+            x: 95
+            width: 50
+        }
+        RcdPart {
+            label: row.value
+            x: 150
+            width: 80
+        }
+        RcdPart {
+            label: row.unit
+            x: 235
+            width: 50
+        }
     }
 
     PictureView {
-        imageView: meter.controller.imageView("leftAnimaImg")
+        imageView: meter.controller.leftAnimaImg
         x: 0
         y: 52
         width: 40
         height: 121
     }
     PictureView {
-        imageView: meter.controller.imageView("rightAnimaImg")
+        imageView: meter.controller.rightAnimaImg
         x: 280
         y: 52
         width: 40
@@ -50,14 +74,14 @@ Item {
         FocusFrame {}
     }
     PictureView {
-        imageView: meter.controller.imageView("blueImage")
+        imageView: meter.controller.blueImage
         x: 32
         y: 66
         width: 25
         height: 25
     }
     ButtonView {
-        button: meter.controller.button("btnHelp")
+        button: meter.controller.btnHelp
         x: 135
         y: 80
         width: 45
@@ -67,7 +91,7 @@ Item {
         frameDistance: 2
     }
     LabelView {
-        label: meter.controller.label("lblNoCon")
+        label: meter.controller.lblNoCon
         x: 125
         y: 115
         width: 70
@@ -75,57 +99,70 @@ Item {
     }
 
     Reading {
-        name: "D1Value"
+        label: meter.controller.D1Value
         x: 50
         y: 85
         width: 180
     }
     Reading {
-        name: "D1Unit"
+        label: meter.controller.D1Unit
         x: 240
         y: 85
         width: 50
     }
     Reading {
-        name: "D2Value"
+        label: meter.controller.D2Value
         x: 50
         y: 130
         width: 180
     }
     Reading {
-        name: "D2Unit"
+        label: meter.controller.D2Unit
         x: 240
         y: 130
         width: 50
     }
 
-    Repeater {
-        model: 6
-        delegate: Item {
-            id: row
-            required property int index
-            readonly property string rowName: "RCD" + (index + 1)
-            y: 70 + 15 * index
-            RcdPart {
-                name: row.rowName + "Row"
-                x: 45
-                width: 50
-            }
-            RcdPart {
-                name: row.rowName + "Angle"
-                x: 95
-                width: 50
-            }
-            RcdPart {
-                name: row.rowName + "Value"
-                x: 150
-                width: 80
-            }
-            RcdPart {
-                name: row.rowName + "Unit"
-                x: 235
-                width: 50
-            }
-        }
+    RcdRowView {
+        y: 70
+        multiplier: meter.controller.RCD1Row
+        angle: meter.controller.RCD1Angle
+        value: meter.controller.RCD1Value
+        unit: meter.controller.RCD1Unit
+    }
+    RcdRowView {
+        y: 85
+        multiplier: meter.controller.RCD2Row
+        angle: meter.controller.RCD2Angle
+        value: meter.controller.RCD2Value
+        unit: meter.controller.RCD2Unit
+    }
+    RcdRowView {
+        y: 100
+        multiplier: meter.controller.RCD3Row
+        angle: meter.controller.RCD3Angle
+        value: meter.controller.RCD3Value
+        unit: meter.controller.RCD3Unit
+    }
+    RcdRowView {
+        y: 115
+        multiplier: meter.controller.RCD4Row
+        angle: meter.controller.RCD4Angle
+        value: meter.controller.RCD4Value
+        unit: meter.controller.RCD4Unit
+    }
+    RcdRowView {
+        y: 130
+        multiplier: meter.controller.RCD5Row
+        angle: meter.controller.RCD5Angle
+        value: meter.controller.RCD5Value
+        unit: meter.controller.RCD5Unit
+    }
+    RcdRowView {
+        y: 145
+        multiplier: meter.controller.RCD6Row
+        angle: meter.controller.RCD6Angle
+        value: meter.controller.RCD6Value
+        unit: meter.controller.RCD6Unit
     }
 }

@@ -1,56 +1,56 @@
 #include "live/SessionList.h"
 
+#include <QCoreApplication>
+
+#include <iterator>
+
 namespace kestrix::live {
 namespace {
 
-struct Column {
-    int role;
-    const char* key;
+struct SessionColumn {
+    const char* role;
+    const char* title;
+    double x;
+    double width;
     std::string SessionRow::*text;
 };
 
-constexpr Column kColumns[] = {
-    {SessionList::DataNameRole, "DataName", &SessionRow::DataName},
-    {SessionList::FunctionRole, "Function", &SessionRow::Function},
-    {SessionList::ParametersRole, "Parameters", &SessionRow::Parameters},
-    {SessionList::ResultRole, "Result", &SessionRow::Result},
-    {SessionList::DateTimeRole, "DateTime", &SessionRow::DateTime},
-    {SessionList::CommentsRole, "Comments", &SessionRow::Comments},
+constexpr SessionColumn kSessionColumns[] = {
+    {"DataName", QT_TRANSLATE_NOOP("SessionList", "Data Name"), 0, 50, &SessionRow::DataName},
+    {"Function", QT_TRANSLATE_NOOP("SessionList", "Function"), 51, 44, &SessionRow::Function},
+    {"Parameters", QT_TRANSLATE_NOOP("SessionList", "Parameters"), 96, 61, &SessionRow::Parameters},
+    {"Result", QT_TRANSLATE_NOOP("SessionList", "Result"), 158, 60, &SessionRow::Result},
+    {"DateTime", QT_TRANSLATE_NOOP("SessionList", "Date Time"), 219, 50, &SessionRow::DateTime},
+    {"Comments", QT_TRANSLATE_NOOP("SessionList", "Comments"), 270, 50, &SessionRow::Comments},
 };
 
 }  // namespace
 
+SessionList::SessionList() : ListModel(sessionColumns()) {}
+
 void SessionList::append(const SessionRow& row, double height) {
-    beginInsertRows({}, count(), count());
-    rows_.push_back({row, height});
-    endInsertRows();
-    Q_EMIT countChanged();
+    ui::TableRow texts{.texts = {}, .height = height, .mark = {}};
+    for (const SessionColumn& column : kSessionColumns)
+        texts.texts << QString::fromStdString(row.*column.text);
+    ListModel::append(std::move(texts));
 }
 
-void SessionList::removeAll() {
-    beginResetModel();
-    rows_.clear();
-    endResetModel();
-    Q_EMIT countChanged();
-}
-
-int SessionList::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : count();
-}
-
-QVariant SessionList::data(const QModelIndex& index, int role) const {
-    if (!index.isValid()) return {};
-    if (role == HeightRole) return height(index.row());
-    for (const Column& column : kColumns) {
-        if (column.role == role) return QString::fromStdString(row(index.row()).*column.text);
+SessionRow SessionList::row(int number) const {
+    SessionRow row;
+    for (std::size_t column = 0; column < std::size(kSessionColumns); ++column) {
+        row.*kSessionColumns[column].text = at(number).texts.at(static_cast<qsizetype>(column)).toStdString();
     }
-    return {};
+    return row;
 }
 
-QHash<int, QByteArray> SessionList::roleNames() const {
-    QHash<int, QByteArray> names{{HeightRole, "height"}};
-    for (const Column& column : kColumns) names.insert(column.role, column.key);
-    return names;
+ui::Columns SessionList::sessionColumns() {
+    ui::Columns columns;
+    for (const SessionColumn& column : kSessionColumns) {
+        columns << ui::Column{QLatin1String(column.role),
+                              QCoreApplication::translate("SessionList", column.title), column.x,
+                              column.width};
+    }
+    return columns;
 }
 
 }  // namespace kestrix::live

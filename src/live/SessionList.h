@@ -1,9 +1,8 @@
 #pragma once
 
-#include <QAbstractListModel>
-
 #include <string>
-#include <vector>
+
+#include "ui/ListModel.h"
 
 namespace kestrix::live {
 
@@ -17,45 +16,21 @@ struct SessionRow {
     std::string Comments;
 };
 
-// The measurements of this session, oldest first. The roles are the keys of a row, and "height" in points.
-class SessionList : public QAbstractListModel {
+// The measurements of this session, oldest first. The roles of its texts are the keys of a row.
+class SessionList : public kestrix::ui::ListModel {
     Q_OBJECT
-    Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
 
   public:
-    enum Roles {
-        DataNameRole = Qt::UserRole,
-        FunctionRole,
-        ParametersRole,
-        ResultRole,
-        DateTimeRole,
-        CommentsRole,
-        HeightRole
-    };
+    SessionList();
 
     // height: of the row, in points.
     void append(const SessionRow& row, double height);
-    void removeAll();
 
-    int count() const { return static_cast<int>(rows_.size()); }
-    const SessionRow& row(int number) const { return rows_.at(static_cast<std::size_t>(number)).row; }
-    double height(int number) const { return rows_.at(static_cast<std::size_t>(number)).height; }
+    // What the row holds, as it was appended.
+    SessionRow row(int number) const;
 
-    int rowCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int role) const override;
-    QHash<int, QByteArray> roleNames() const override;
-
-  Q_SIGNALS:
-    void countChanged();
-    // The view brings the last row to its bottom, without animation.
-    void scrollToLastRow();
-
-  private:
-    struct Measured {
-        SessionRow row;
-        double height;
-    };
-    std::vector<Measured> rows_;
+    // The columns, in order: the keys of a row, their titles, and where they stand.
+    static ui::Columns sessionColumns();
 };
 
 }  // namespace kestrix::live

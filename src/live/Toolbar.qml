@@ -14,7 +14,7 @@ Item {
     Text {
         anchors.centerIn: parent
         text: "Kestrix"
-        color: "white"
+        color: Colors.textOnDark
         font.family: "Arial"
         font.pixelSize: 18
         Accessible.role: Accessible.Heading
@@ -27,7 +27,7 @@ Item {
         height: 44
         pictureWidth: 30
         pictureHeight: 30
-        button: toolbar.controller.button("Leftbtn")
+        button: toolbar.controller.Leftbtn
     }
     ButtonView {
         x: 274
@@ -35,6 +35,6 @@ Item {
         height: 44
         pictureWidth: 30
         pictureHeight: 30
-        button: toolbar.controller.button("Rightbtn")
+        button: toolbar.controller.Rightbtn
     }
 }

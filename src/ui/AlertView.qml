@@ -28,7 +28,7 @@ FocusScope {
     Rectangle {
         objectName: "alertDim"
         anchors.fill: parent
-        color: "#0e1626"
+        color: Colors.stage
         opacity: 0.7
     }
     Rectangle {
@@ -37,10 +37,10 @@ FocusScope {
         anchors.centerIn: parent
         width: 270
         height: column.height + 24
-        color: "#10182a"
+        color: Colors.ink
         border {
             width: StageMetrics.line
-            color: "#8fb4e8"
+            color: Colors.panelEdge
         }
         Accessible.role: Accessible.AlertMessage
         Accessible.name: view.alerts.title
@@ -62,7 +62,7 @@ FocusScope {
                 textFormat: Text.PlainText
                 wrapMode: Text.Wrap
                 horizontalAlignment: Text.AlignHCenter
-                color: "white"
+                color: Colors.textOnDark
                 font.family: "Arial"
                 font.pixelSize: 17
                 font.bold: true
@@ -80,7 +80,7 @@ FocusScope {
                 maximumLineCount: 14
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignHCenter
-                color: "white"
+                color: Colors.textOnDark
                 font.family: "Arial"
                 font.pixelSize: 14
                 Accessible.role: Accessible.StaticText
@@ -98,7 +98,7 @@ FocusScope {
                     title: modelData
                     border {
                         width: StageMetrics.line
-                        color: "#455e95"
+                        color: Colors.header
                     }
                     onPressed: view.alerts.answer(index)
                     Component.onCompleted: {

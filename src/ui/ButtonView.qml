@@ -65,7 +65,7 @@ FocusScope {
         id: touch
         anchors.fill: parent
         margin: view.touchMargin
-        onLanding: view.button.actsOnTouchDown
+        actsOnLanding: view.button.actsOnTouchDown
         onPressed: view.button.press()
     }
     ToolTip {

@@ -15,10 +15,10 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        color: "#10182a"
+        color: Colors.ink
         border {
             width: StageMetrics.line
-            color: "#8fb4e8"
+            color: Colors.panelEdge
         }
     }
     Text {
@@ -35,7 +35,7 @@ Item {
         wrapMode: Text.Wrap
         maximumLineCount: 4
         elide: Text.ElideRight
-        color: "white"
+        color: Colors.textOnDark
         font.family: "Arial"
         font.pixelSize: 14
         Accessible.ignored: true

@@ -25,6 +25,11 @@ class Palette : public QObject {
     Q_PROPERTY(QColor focusDark MEMBER focusDark CONSTANT FINAL)
     Q_PROPERTY(QColor hover MEMBER hover CONSTANT FINAL)
     Q_PROPERTY(QColor tip MEMBER tip CONSTANT FINAL)
+    Q_PROPERTY(QColor field MEMBER field CONSTANT FINAL)
+    Q_PROPERTY(QColor fieldEdge MEMBER fieldEdge CONSTANT FINAL)
+    Q_PROPERTY(QColor selection MEMBER selection CONSTANT FINAL)
+    Q_PROPERTY(QColor placeholder MEMBER placeholder CONSTANT FINAL)
+    Q_PROPERTY(QColor panelEdge MEMBER panelEdge CONSTANT FINAL)
 
   public:
     static Palette& shared();
@@ -44,6 +49,11 @@ class Palette : public QObject {
     static constexpr QColor focusLight{255, 209, 102};  // the frame around what has the keyboard: one of
     static constexpr QColor focusDark{16, 24, 42};      // its two lines stands out on any ground
     static constexpr QColor hover{255, 255, 255, 40};   // over a button that the mouse points at
+    static constexpr QColor field{255, 255, 255};       // ground of a text field
+    static constexpr QColor fieldEdge{108, 120, 144};   // around it
+    static constexpr QColor selection{42, 93, 176};     // ground of its selected text
+    static constexpr QColor placeholder{95, 107, 128};  // what stands in it while it is empty
+    static constexpr QColor panelEdge{143, 180, 232};   // around notices and questions
     static constexpr QColor tip{16, 24, 42};            // ground of the words beside such a button
 };
 

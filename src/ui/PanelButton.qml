@@ -10,7 +10,7 @@ Rectangle {
 
     implicitWidth: Math.ceil(words.implicitWidth) + 24 // on whole points, or its frame would be blurred
     implicitHeight: 36
-    color: touch.pressed ? "#455e95" : "transparent"
+    color: touch.pressed ? Colors.header : Colors.clear
     activeFocusOnTab: true
     onVisibleChanged: if (!visible) focus = false
     Accessible.role: Accessible.Button
@@ -32,7 +32,7 @@ Rectangle {
         anchors.centerIn: parent
         text: button.title
         textFormat: Text.PlainText
-        color: "#ffd166"
+        color: Colors.focusLight
         font.family: "Arial"
         font.pixelSize: 15
         font.bold: true

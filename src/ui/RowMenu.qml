@@ -5,11 +5,12 @@ import Kestrix.Ui
 // closes it.
 Item {
     id: menu
+    required property Item list
     property int row: -1
 
     signal chosen(row: int)
 
-    objectName: "rowMenu"
+    objectName: list.objectName + "RowMenu"
     anchors.fill: parent
     visible: row >= 0
 
@@ -35,7 +36,7 @@ Item {
     }
     Rectangle {
         id: entry
-        objectName: "copyRow"
+        objectName: menu.list.objectName + "CopyRow"
         width: 76
         height: 26
         color: held.held ? Colors.header : Colors.tip
@@ -44,6 +45,7 @@ Item {
             color: Colors.header
         }
         Accessible.role: Accessible.MenuItem
+        Accessible.ignored: !visible || !enabled
         Accessible.name: words.text
         Accessible.onPressAction: menu.choose()
 
@@ -60,7 +62,7 @@ Item {
         TouchArea {
             id: held
             anchors.fill: parent
-            onLanding: false
+            actsOnLanding: false
             onPressed: menu.choose()
         }
     }

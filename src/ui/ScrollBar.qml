@@ -10,7 +10,7 @@ Item {
     readonly property real position: list.visibleArea.yPosition
     readonly property real size: list.visibleArea.heightRatio
 
-    objectName: "scrollBar"
+    objectName: list.objectName + "ScrollBar"
     anchors {
         top: list.top
         right: list.right
@@ -26,7 +26,7 @@ Item {
         color: Colors.scrollTrack
     }
     Rectangle {
-        objectName: "scrollThumb"
+        objectName: bar.list.objectName + "ScrollThumb"
         readonly property real least: 12
         readonly property real room: bar.height - height
         y: Math.max(0, Math.min(room, bar.size < 1 ? bar.position / (1 - bar.size) * room : 0))

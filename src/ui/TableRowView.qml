@@ -29,6 +29,7 @@ Item {
     height: rowHeight
     Accessible.role: Accessible.Row
     Accessible.name: words
+    Accessible.ignored: !visible || !enabled // behind another screen, too
     Accessible.focusable: true
     Accessible.focused: atKeyboard
 

@@ -38,6 +38,7 @@ ListView {
     keyNavigationEnabled: false
     Accessible.role: Accessible.Table
     Accessible.name: title
+    Accessible.ignored: !visible || !enabled // behind another screen, too
     Accessible.focusable: true
     Keys.onPressed: event => {
         if (menu.visible && event.key === Qt.Key_Escape)
@@ -94,6 +95,7 @@ ListView {
     RowMenu {
         id: menu
         parent: list
+        list: list
         onChosen: row => list.table.copyRow(row)
     }
 }

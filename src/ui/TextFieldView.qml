@@ -9,10 +9,10 @@ Rectangle {
     objectName: field.objectName + "Ground"
     visible: !field.hidden
     implicitHeight: 30
-    color: "white"
+    color: Colors.field
     border {
         width: StageMetrics.line
-        color: "#6c7890"
+        color: Colors.fieldEdge
     }
 
     TextInput {
@@ -24,9 +24,9 @@ Rectangle {
             rightMargin: 8
         }
         text: view.field.text
-        color: "#10182a"
-        selectionColor: "#2a5db0"
-        selectedTextColor: "white"
+        color: Colors.ink
+        selectionColor: Colors.selection
+        selectedTextColor: Colors.field
         font.family: "Arial"
         font.pixelSize: 14
         verticalAlignment: TextInput.AlignVCenter
@@ -60,7 +60,7 @@ Rectangle {
         visible: input.text === "" && input.preeditText === ""
         text: view.field.placeholder
         textFormat: Text.PlainText
-        color: "#5f6b80"
+        color: Colors.placeholder
         font: input.font
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

@@ -8,9 +8,10 @@ Item {
     required property Item target
     required property string text
     property bool wanted: false
-    property bool rested: false // for long enough
+    property real waited: 0 // 1: the mouse has rested long enough
+    readonly property bool rested: wanted && waited === 1
 
-    objectName: "toolTip"
+    objectName: target.objectName + "Tip"
     parent: rested ? stageOf(target) : target
     visible: rested && text !== ""
     z: 1000
@@ -18,11 +19,10 @@ Item {
     height: 16
 
     onWantedChanged: {
-        rested = false
+        rest.stop()
+        waited = 0
         if (wanted)
-            rest.restart()
-        else
-            rest.stop()
+            rest.start()
     }
     onVisibleChanged: if (visible) place()
     Accessible.ignored: true // the target's name says the same
@@ -40,10 +40,13 @@ Item {
         y = above > 0 ? above : spot.y + target.height + 3
     }
 
-    PauseAnimation {
+    NumberAnimation {
         id: rest
+        target: tip
+        property: "waited"
+        from: 0
+        to: 1
         duration: 600
-        onFinished: tip.rested = true
     }
     Rectangle {
         anchors.fill: parent

@@ -3,7 +3,7 @@ import QtQuick
 // What is pressed by any finger, also while others lie elsewhere on the screen, and by the mouse.
 Item {
     id: area
-    property bool onLanding: true // acts when the finger comes down, not when it is lifted inside
+    property bool actsOnLanding: true // acts when the finger comes down, not when it is lifted inside
     property real margin: 0       // how far it is sensitive beyond its edges
     readonly property bool held: landing.active || lifting.pressed
     readonly property bool hovered: hover.hovered
@@ -13,14 +13,14 @@ Item {
     // Grabs nothing, so that what it does may take the area away at once.
     PointHandler {
         id: landing
-        enabled: area.onLanding
+        enabled: area.actsOnLanding
         acceptedButtons: Qt.LeftButton
         margin: area.margin
         onActiveChanged: if (active) area.pressed()
     }
     TapHandler {
         id: lifting
-        enabled: !area.onLanding
+        enabled: !area.actsOnLanding
         gesturePolicy: TapHandler.ReleaseWithinBounds
         margin: area.margin
         acceptedButtons: Qt.LeftButton

@@ -61,6 +61,8 @@ TEST_F(FailingDatabaseTest, OnAFullDiskTheRowStaysAndTheNextPressIsStoredOnceThe
     const auto stored = storedMeasures();
     ASSERT_EQ(stored.size(), 1U);
     EXPECT_EQ(stored[0].dataName, "S_2");
+    EXPECT_EQ(screen_->array.at(0).mark, QStringLiteral("Not stored"));
+    EXPECT_EQ(screen_->array.at(1).mark, QString()) << "what is stored is not marked";
     screen_.reset();  // its connection goes before the files
 }
 
@@ -68,7 +70,7 @@ TEST_F(FailingDatabaseTest, EveryThirdPressScrollsThoughNothingIsStored) {
     ASSERT_TRUE(QFile::remove(database()));
     start();
     int scrolls = 0;
-    QObject::connect(&screen_->array, &SessionList::scrollToLastRow, screen_.get(), [&] { ++scrolls; });
+    QObject::connect(&screen_->tableView, &ui::Table::lastRowAsked, screen_.get(), [&] { ++scrolls; });
     for (int i = 0; i < 3; ++i) {
         testing::expectWarning(kStatementFailed);
         recordOne();

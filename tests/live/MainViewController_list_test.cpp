@@ -103,7 +103,7 @@ TEST_F(SessionListOfScreenTest, TheSaveImageStandsFromTheFirstPressOn) {
 TEST_F(SessionListOfScreenTest,
        ThreePressesGiveS1S2S3AndScrollToTheLastRowAndBehindNSClearTableComesS1Again) {
     std::vector<int> scrolledAt;  // the number of rows
-    QObject::connect(&screen_->array, &SessionList::scrollToLastRow, screen_.get(), [&] {
+    QObject::connect(&screen_->tableView, &ui::Table::lastRowAsked, screen_.get(), [&] {
         scrolledAt.push_back(screen_->array.count());
         EXPECT_EQ(storedMeasures().size(), static_cast<std::size_t>(screen_->array.count()));
     });

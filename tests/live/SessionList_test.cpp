@@ -2,87 +2,64 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 namespace kestrix::live {
 namespace {
 
 SessionRow rowNamed(const char* name) {
-    return {name, "Low Ohm", "Mode=Auto", "0.12Ω", "2024-06-03 09:08:07", " "};
+    return {name, "Low Ohm", "Mode=Auto,Lead=0.1", "0.12Ω", "2024-06-03 09:08:07", " "};
 }
 
 class SessionListTest : public ::testing::Test {
   protected:
-    QVariant value(int row, int role) const { return list_.data(list_.index(row), role); }
+    QString value(int row, const char* role) const {
+        return list_.data(list_.index(row), list_.roleNames().key(role, -1)).toString();
+    }
     SessionList list_;
 };
 
-TEST_F(SessionListTest, IsEmptyAtFirst) {
-    EXPECT_EQ(list_.count(), 0);
-    EXPECT_EQ(list_.rowCount(), 0);
-}
-
-TEST_F(SessionListTest, ItsRolesAreTheKeysOfARowAndTheHeight) {
-    const QHash<int, QByteArray> names{
-        {SessionList::DataNameRole, "DataName"},     {SessionList::FunctionRole, "Function"},
-        {SessionList::ParametersRole, "Parameters"}, {SessionList::ResultRole, "Result"},
-        {SessionList::DateTimeRole, "DateTime"},     {SessionList::CommentsRole, "Comments"},
-        {SessionList::HeightRole, "height"}};
-    EXPECT_EQ(list_.roleNames(), names);
-}
-
-TEST_F(SessionListTest, EachRoleGivesItsText) {
+TEST_F(SessionListTest, ItsRolesAreTheKeysOfARow) {
     list_.append(rowNamed("S_1"), 20);
-    EXPECT_EQ(value(0, SessionList::DataNameRole).toString(), QStringLiteral("S_1"));
-    EXPECT_EQ(value(0, SessionList::FunctionRole).toString(), QStringLiteral("Low Ohm"));
-    EXPECT_EQ(value(0, SessionList::ParametersRole).toString(), QStringLiteral("Mode=Auto"));
-    EXPECT_EQ(value(0, SessionList::ResultRole).toString(), QStringLiteral("0.12Ω"));
-    EXPECT_EQ(value(0, SessionList::DateTimeRole).toString(), QStringLiteral("2024-06-03 09:08:07"));
-    EXPECT_EQ(value(0, SessionList::CommentsRole).toString(), QStringLiteral(" "));
-    EXPECT_FALSE(value(0, Qt::DisplayRole).isValid());
-    EXPECT_FALSE(list_.data({}, SessionList::ResultRole).isValid());
+    EXPECT_EQ(value(0, "DataName"), QStringLiteral("S_1"));
+    EXPECT_EQ(value(0, "Function"), QStringLiteral("Low Ohm"));
+    EXPECT_EQ(value(0, "Parameters"), QStringLiteral("Mode=Auto,Lead=0.1"));
+    EXPECT_EQ(value(0, "Result"), QStringLiteral("0.12Ω"));
+    EXPECT_EQ(value(0, "DateTime"), QStringLiteral("2024-06-03 09:08:07"));
+    EXPECT_EQ(value(0, "Comments"), QStringLiteral(" "));
 }
 
-TEST_F(SessionListTest, RowsStandInOrderEachWithItsHeight) {
+TEST_F(SessionListTest, ARowComesBackAsItWasAppendedWithItsHeight) {
     list_.append(rowNamed("S_1"), 20);
     list_.append(rowNamed("S_2"), 47.5);
-    EXPECT_EQ(list_.count(), 2);
-    EXPECT_EQ(list_.rowCount(), 2);
-    EXPECT_EQ(list_.rowCount(list_.index(0)), 0);
     EXPECT_EQ(list_.row(0).DataName, "S_1");
     EXPECT_EQ(list_.row(1).DataName, "S_2");
-    EXPECT_EQ(list_.height(0), 20);
-    EXPECT_EQ(value(1, SessionList::HeightRole).toDouble(), 47.5);
+    EXPECT_EQ(list_.row(1).Parameters, "Mode=Auto,Lead=0.1");
+    EXPECT_EQ(list_.row(1).Result, "0.12Ω");
+    EXPECT_EQ(list_.height(1), 47.5);
 }
 
-TEST_F(SessionListTest, ARowIsToldAsInsertedBehindTheOthers) {
-    std::vector<int> inserted;
-    std::vector<int> counts;
-    QObject::connect(&list_, &QAbstractItemModel::rowsInserted, &list_,
-                     [&](const QModelIndex&, int first, int last) {
-                         EXPECT_EQ(first, last);
-                         inserted.push_back(first);
-                     });
-    QObject::connect(&list_, &SessionList::countChanged, &list_, [&] { counts.push_back(list_.count()); });
-    list_.append(rowNamed("S_1"), 20);
-    list_.append(rowNamed("S_2"), 20);
-    EXPECT_EQ(inserted, (std::vector<int>{0, 1}));
-    EXPECT_EQ(counts, (std::vector<int>{1, 2}));
-}
+struct ColumnPlace {
+    const char* role;
+    const char* title;
+    double x;
+    double width;
+};
+constexpr ColumnPlace kPlacesOfColumns[] = {
+    {"DataName", "Data Name", 0, 50},     {"Function", "Function", 51, 44},
+    {"Parameters", "Parameters", 96, 61}, {"Result", "Result", 158, 60},
+    {"DateTime", "Date Time", 219, 50},   {"Comments", "Comments", 270, 50},
+};
 
-TEST_F(SessionListTest, RemovingAllEmptiesItAndIsTold) {
-    list_.append(rowNamed("S_1"), 20);
-    list_.append(rowNamed("S_2"), 20);
-    int resets = 0;
-    int counted = -1;
-    QObject::connect(&list_, &QAbstractItemModel::modelReset, &list_, [&] { ++resets; });
-    QObject::connect(&list_, &SessionList::countChanged, &list_, [&] { counted = list_.count(); });
-    list_.removeAll();
-    EXPECT_EQ(list_.rowCount(), 0);
-    EXPECT_EQ(resets, 1);
-    EXPECT_EQ(counted, 0);
-    list_.append(rowNamed("S_1"), 20);
-    EXPECT_EQ(list_.count(), 1);
+TEST_F(SessionListTest, ItsColumnsStandAtTheirPlacesWithALineBetweenThem) {
+    const ui::Columns& columns = list_.columns();
+    ASSERT_EQ(columns.size(), std::ssize(kPlacesOfColumns));
+    for (qsizetype i = 0; i < columns.size(); ++i) {
+        const ColumnPlace& wanted = kPlacesOfColumns[i];
+        EXPECT_EQ(columns[i].role.toStdString(), wanted.role);
+        EXPECT_EQ(columns[i].title.toStdString(), wanted.title);
+        EXPECT_EQ(columns[i].x, wanted.x) << wanted.role;
+        EXPECT_EQ(columns[i].width, wanted.width) << wanted.role;
+        if (i > 0) EXPECT_EQ(columns[i].x, columns[i - 1].x + columns[i - 1].width + 1) << wanted.role;
+    }
 }
 
 }  // namespace

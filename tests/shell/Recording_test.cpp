@@ -4,6 +4,7 @@
 
 #include "tests/shell/Scenarios.h"
 #include "tests/shell/TestScreen.h"
+#include "tests/support/StepDriver.h"
 #include "tests/support/WindowFixture.h"
 #include "ui/SideBarContainer.h"
 
@@ -137,28 +138,67 @@ TEST_F(Recording, AHeldRecordButtonLooksPressed) {
     EXPECT_EQ(onDisplay().copy(where), released);
 }
 
-TEST_F(Recording, AToolbarButtonActsWhenItIsReleasedInside) {
+TEST_F(Recording, AToolbarButtonActsWhenTheFingerLands) {
     openWithReading();
     pressMouse("Leftbtn");
-    EXPECT_EQ(sideBars_.shown, -1);
-    releaseMouse(centreOf("Leftbtn"));
     EXPECT_EQ(sideBars_.shown, ui::SideBarContainer::kLeft);
-    tap("Rightbtn");
+    sideBars_.shown = -1;
+    releaseMouse(centreOf("Leftbtn"));
+    EXPECT_EQ(sideBars_.shown, -1) << "letting go is no second press";
+    const QPoint at = centreOf("Rightbtn");
+    QTest::touchEvent(&window(), touchScreen()).press(0, at);
     EXPECT_EQ(sideBars_.shown, ui::SideBarContainer::kRight);
+    QTest::touchEvent(&window(), touchScreen()).release(0, at);
 }
 
-TEST_F(Recording, APressThatSlidesOffAToolbarButtonDoesNothing) {
+TEST_F(Recording, TwoFingersPressTwoButtonsAtOnce) {
     openWithReading();
-    for (const char* button : {"Leftbtn", "Rightbtn"}) {
-        pressMouse(button);
-        releaseMouse(centreOf("D1Value"));
-        EXPECT_EQ(sideBars_.shown, -1) << button;
-        const QPoint at = centreOf(button);
-        QTest::touchEvent(&window(), touchScreen()).press(0, at);
-        QTest::touchEvent(&window(), touchScreen()).move(0, centreOf("D1Value"));
-        QTest::touchEvent(&window(), touchScreen()).release(0, centreOf("D1Value"));
-        EXPECT_EQ(sideBars_.shown, -1) << button;
+    const QPoint menu = centreOf("Leftbtn");
+    const QPoint button = centreOf("btnRecord");
+    QTest::touchEvent(&window(), touchScreen()).press(0, menu).press(1, button);
+    EXPECT_EQ(rows(), 1);
+    EXPECT_EQ(sideBars_.shown, ui::SideBarContainer::kLeft);
+    QTest::touchEvent(&window(), touchScreen()).release(0, menu).release(1, button);
+    EXPECT_EQ(rows(), 1);
+}
+
+TEST_F(Recording, AFingerRecordsWhileTheMouseIsHeldElsewhere) {
+    openWithReading();
+    const QPoint button = centreOf("btnRecord");
+    pressMouse("spokenReading");
+    QTest::touchEvent(&window(), touchScreen()).press(0, button);
+    EXPECT_EQ(rows(), 1);
+    QTest::touchEvent(&window(), touchScreen()).release(0, button);
+    releaseMouse(centreOf("spokenReading"));
+    EXPECT_EQ(rows(), 1);
+    click("btnRecord");
+    EXPECT_EQ(rows(), 2);
+}
+
+TEST_F(Recording, KeysWithModifiersDoNotRecord) {
+    openWithReading();
+    for (const char* focus : {"mainView", "btnRecord", "tableView"}) {
+        item(focus).forceActiveFocus(Qt::TabFocusReason);
+        for (const auto modifier :
+             {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier, Qt::MetaModifier}) {
+            pressKey(Qt::Key_Space, modifier);
+            pressKey(Qt::Key_R, modifier);
+            EXPECT_EQ(rows(), 0) << focus;
+            EXPECT_EQ(focused(), focus);
+        }
     }
+}
+
+TEST_F(Recording, AButtonUnderTheMouseSaysWhatItDoes) {
+    testing::StepDriver driver;
+    openWithReading();
+    QTest::mouseMove(&window(), centreOf("Leftbtn"));
+    driver.step(100);
+    EXPECT_TRUE(testing::findItem(item("Leftbtn"), QStringLiteral("hoverShade"))->isVisible());
+    driver.step(700);
+    EXPECT_TRUE(isShown("LeftbtnTip"));
+    EXPECT_EQ(testing::textOf(item("LeftbtnTip")).property("text").toString(), QStringLiteral("Menu"));
+    EXPECT_TRUE(placeOf("points").contains(placeOf("LeftbtnTip")));
 }
 
 TEST_F(Recording, WithARowTheRightButtonSaves) {

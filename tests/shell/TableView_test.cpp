@@ -125,28 +125,28 @@ TEST_F(TableView, ARowWithSomethingWrongSaysSoToEyesAndScreenReaders) {
 
 TEST_F(TableView, AShortTableHasNoScrollBar) {
     openWith(3);
-    EXPECT_FALSE(isShown("scrollBar"));
+    EXPECT_FALSE(isShown("tableScrollBar"));
     fill(30);
-    EXPECT_TRUE(isShown("scrollBar"));
+    EXPECT_TRUE(isShown("tableScrollBar"));
 }
 
 TEST_F(TableView, TheScrollBarSaysWhereOneIs) {
     openWith(40);  // four times as many as are seen
-    EXPECT_EQ(placeOf("scrollThumb").top(), placeOf("scrollBar").top());
-    EXPECT_NEAR(placeOf("scrollThumb").height(), placeOf("scrollBar").height() / 4, 1);
+    EXPECT_EQ(placeOf("tableScrollThumb").top(), placeOf("tableScrollBar").top());
+    EXPECT_NEAR(placeOf("tableScrollThumb").height(), placeOf("tableScrollBar").height() / 4, 1);
     table().scrollToLastRow();
     settle();
-    EXPECT_NEAR(placeOf("scrollThumb").bottom(), placeOf("scrollBar").bottom(), 0.01);
+    EXPECT_NEAR(placeOf("tableScrollThumb").bottom(), placeOf("tableScrollBar").bottom(), 0.01);
 }
 
 TEST_F(TableView, TheScrollBarIsDraggedAndPressed) {
     openWith(40);
-    const QRectF bar = placeOf("scrollBar");
-    QTest::mousePress(&window(), Qt::LeftButton, {}, pointIn(item("scrollBar"), {0.5, 0.5}));
+    const QRectF bar = placeOf("tableScrollBar");
+    QTest::mousePress(&window(), Qt::LeftButton, {}, pointIn(item("tableScrollBar"), {0.5, 0.5}));
     EXPECT_NEAR(scrolled(), 300, 20);
-    QTest::mouseMove(&window(), pointIn(item("scrollBar"), {0.5, 1}));
+    QTest::mouseMove(&window(), pointIn(item("tableScrollBar"), {0.5, 1}));
     EXPECT_NEAR(scrolled(), 600, 1);
-    QTest::mouseRelease(&window(), Qt::LeftButton, {}, pointIn(item("scrollBar"), {0.5, 1}));
+    QTest::mouseRelease(&window(), Qt::LeftButton, {}, pointIn(item("tableScrollBar"), {0.5, 1}));
     EXPECT_TRUE(isSeen(39)) << bar.height();
 }
 
@@ -167,10 +167,10 @@ TEST_F(TableView, TheOtherMouseButtonOffersToCopyTheRow) {
     openWith(3);
     QGuiApplication::clipboard()->setText(QStringLiteral("the user's own"));
     QTest::mouseClick(&window(), Qt::RightButton, {}, middleOf(1));
-    EXPECT_TRUE(isShown("rowMenu"));
+    EXPECT_TRUE(isShown("tableRowMenu"));
     EXPECT_EQ(clipboard(), QStringLiteral("the user's own"));
-    click("copyRow");
-    EXPECT_FALSE(isShown("rowMenu"));
+    click("tableCopyRow");
+    EXPECT_FALSE(isShown("tableRowMenu"));
     EXPECT_EQ(clipboard(), QStringLiteral("row 1\ttext"));
 }
 
@@ -179,11 +179,11 @@ TEST_F(TableView, APressElsewhereOrEscapeClosesTheMenu) {
     QGuiApplication::clipboard()->setText(QStringLiteral("the user's own"));
     QTest::mouseClick(&window(), Qt::RightButton, {}, middleOf(1));
     QTest::mouseClick(&window(), Qt::LeftButton, {}, middleOf(8));
-    EXPECT_FALSE(isShown("rowMenu"));
+    EXPECT_FALSE(isShown("tableRowMenu"));
     QTest::mouseClick(&window(), Qt::RightButton, {}, middleOf(1));
-    EXPECT_TRUE(isShown("rowMenu"));
+    EXPECT_TRUE(isShown("tableRowMenu"));
     pressKey(Qt::Key_Escape);
-    EXPECT_FALSE(isShown("rowMenu"));
+    EXPECT_FALSE(isShown("tableRowMenu"));
     EXPECT_EQ(clipboard(), QStringLiteral("the user's own"));
 }
 

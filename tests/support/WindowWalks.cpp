@@ -24,7 +24,8 @@ bool isInput(const QQuickItem& item) {
 }
 
 std::string textOfItem(const QQuickItem& item) {
-    return item.property("text").toString().trimmed().toStdString();
+    // Without the invisible places where its lines may break.
+    return item.property("text").toString().remove(QChar(0x200B)).trimmed().toStdString();
 }
 
 std::string colourName(QRgb colour) {

@@ -1,0 +1,90 @@
+// What holds for every source of a screen: its texts can be translated, and its colours come from one
+// palette.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <vector>
+
+namespace kestrix::ui {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct SourceLine {
+    std::string place;  // file and number
+    std::string text;
+};
+
+// Every line of the sources with one of these endings, without its comment.
+std::vector<SourceLine> sourceLines(const std::vector<std::string>& endings) {
+    std::vector<SourceLine> lines;
+    const fs::path root = KESTRIX_SOURCE_DIR;
+    for (const auto& entry : fs::recursive_directory_iterator(root / "src")) {
+        const std::string ending = entry.path().extension().string();
+        if (std::find(endings.begin(), endings.end(), ending) == endings.end()) continue;
+        std::ifstream file(entry.path());
+        std::string line;
+        for (int number = 1; std::getline(file, line); ++number) {
+            lines.push_back({fs::relative(entry.path(), root).string() + ":" + std::to_string(number),
+                             std::regex_replace(line, std::regex(R"(//.*)"), "")});
+        }
+    }
+    return lines;
+}
+
+// Whether a line of QML gives a user a text that no translation can reach.
+bool showsBareText(const std::string& line) {
+    static const std::regex shown(
+        R"re((^|[\s{;])(text|title|hint|placeholder|Accessible\.(name|description)):.*"[^"]*[A-Za-z]{2}[^"]*")re");
+    static const std::regex translated(R"re(qsTr\("[^"]*"\)|"Kestrix"|"")re");
+    return std::regex_search(std::regex_replace(line, translated, ""), shown);
+}
+
+// The same for C++.
+bool setsBareText(const std::string& line) {
+    static const std::regex shown(
+        R"re((setTitle|setText|setAccessibleName|setPlaceholder|notice\.show|alerts\.show)\((QStringLiteral|QLatin1String|QString::fromUtf8|)\(?"[^"]*[A-Za-z]{2})re");
+    return std::regex_search(line, shown);
+}
+
+bool hasColourNumber(const std::string& line) {
+    static const std::regex number(
+        R"re("#[0-9a-fA-F]{3,8}"|QColor\(\d|qRgba?\(|Qt\.rgba\(|[cC]olor: "[a-z]+")re");
+    return std::regex_search(line, number);
+}
+
+TEST(ShownTexts, TheRulesFindWhatBreaksThem) {
+    EXPECT_TRUE(showsBareText("        text: \"Copy this row\""));
+    EXPECT_TRUE(showsBareText("    Accessible.name: \"Rows: \" + count"));
+    EXPECT_FALSE(showsBareText("    text: qsTr(\"Copy this row\")"));
+    EXPECT_FALSE(showsBareText("    name: \"flash.png\""));
+    EXPECT_FALSE(showsBareText("    text: button.title === \"\" ? button.name : \"\""));
+    EXPECT_TRUE(setsBareText("    btnHelp.setTitle(QStringLiteral(\"Help\"));"));
+    EXPECT_TRUE(setsBareText("    services_.notice.show(\"Saved\");"));
+    EXPECT_FALSE(setsBareText("    btnHelp.setTitle(tr(\"Help\"));"));
+    EXPECT_TRUE(hasColourNumber("    color: \"#10182a\""));
+    EXPECT_TRUE(hasColourNumber("    color: \"white\""));
+    EXPECT_TRUE(hasColourNumber("    const QColor kLit(39, 121, 205); QColor(39, 121, 205)"));
+    EXPECT_FALSE(hasColourNumber("    color: Colors.ink"));
+}
+
+TEST(ShownTexts, EveryTextOfAScreenCanBeTranslated) {
+    for (const SourceLine& line : sourceLines({".qml"}))
+        EXPECT_FALSE(showsBareText(line.text)) << line.place << " shows a text without qsTr(): " << line.text;
+    for (const SourceLine& line : sourceLines({".cpp", ".h"}))
+        EXPECT_FALSE(setsBareText(line.text)) << line.place << " shows a text without tr(): " << line.text;
+}
+
+TEST(ShownTexts, EveryColourComesFromThePalette) {
+    for (const SourceLine& line : sourceLines({".qml", ".cpp", ".h"})) {
+        if (line.place.find("src/ui/Palette.h") == 0) continue;
+        EXPECT_FALSE(hasColourNumber(line.text))
+            << line.place << " names a colour that the palette does not: " << line.text;
+    }
+}
+
+}  // namespace
+}  // namespace kestrix::ui
