@@ -1,6 +1,7 @@
 #include "apps/kestrix/Tour.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QDir>
 #include <QImage>
 
@@ -21,6 +22,7 @@ namespace {
 
 constexpr int kScales[] = {1, 3};
 constexpr QSize kStage{320, 568};
+constexpr QPoint kNoMouse{100'000, 100'000};
 constexpr std::chrono::milliseconds kStep{0};  // so that the lightning stands in every picture alike
 constexpr int kMostTurns = 10'000;
 
@@ -43,6 +45,7 @@ class Tour {
         tester_ = tester.get();
         application_.accessories().addSource(std::move(tester));
         if (!window_.load()) return fail(QStringLiteral("the views do not load"));
+        QCursor::setPos(kNoMouse);  // nothing shows as pointed at
         window_.show();
         for (const Stop& stop : stops()) {
             visit(stop);

@@ -122,9 +122,9 @@ void MainWindow::rememberPlace() {
         {.position = lastNormal_.topLeft(), .size = lastNormal_.size(), .fullScreen = fullScreen});
 }
 
-// Now that the desktop has drawn the frame around it.
+// Now that the desktop has drawn the frame around it. A size that somebody else gave it stays.
 void MainWindow::keepOnScreen() {
-    if (windowStates() != Qt::WindowNoState) return;
+    if (windowStates() != Qt::WindowNoState || size() != lastNormal_.size()) return;
     const WindowPlace fitted = placeOnScreens({.position = framePosition(), .size = size()},
                                               {screen()->availableGeometry()}, sizeOf(frameMargins()));
     if (fitted.size != size()) resize(fitted.size);

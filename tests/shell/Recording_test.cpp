@@ -124,6 +124,8 @@ TEST_F(Recording, BeforeTheFirstReadingNothingIsRecorded) {
 
 TEST_F(Recording, AHeldRecordButtonLooksPressed) {
     openWithReading();
+    QTest::mouseMove(&window(), centreOf("btnRecord"));
+    settle();
     const QRect where = pixelsOf(placeOf("btnRecord"));
     const QImage released = onDisplay().copy(where);
     pressMouse("btnRecord");

@@ -1,6 +1,7 @@
 #include "tests/support/WindowFixture.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QScreen>
 #include <QtTest/QTest>
 
@@ -57,6 +58,7 @@ void WindowFixture::open(QSize size) {
     QObject::connect(window_.get(), &QQuickWindow::frameSwapped, window_.get(), [this] { ++frames_; });
     ASSERT_TRUE(window_->load());
     window_->resize(size);
+    QCursor::setPos(100'000, 100'000);  // the mouse is where the test moves it, and nowhere before
     window_->show();
     window_->requestActivate();
     ASSERT_TRUE(spinUntil([this] { return window_->isExposed() && window_->isActive(); }));
