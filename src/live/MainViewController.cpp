@@ -3,7 +3,6 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <any>
 #include <charconv>
 #include <utility>
 
@@ -167,8 +166,9 @@ void MainViewController::viewStatus(std::int32_t state) {
 }
 
 void MainViewController::getblueView(const Notification& notification) {
-    const auto text = std::any_cast<std::string>(notification.object);
-    std::from_chars(text.data(), text.data() + text.size(), bluestate);
+    bluestate = 0;  // what a text that is no number counts
+    if (const auto* text = platform::objectOf<std::string>(notification))
+        std::from_chars(text->data(), text->data() + text->size(), bluestate);
     viewStatus(bluestate);
 }
 

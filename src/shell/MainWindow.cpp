@@ -7,8 +7,6 @@
 #include <QResizeEvent>
 #include <QScreen>
 
-#include <any>
-
 #include "artwork/Pictures.h"
 #include "link/BluetoothConnect.h"
 #include "shell/WindowPlace.h"
@@ -48,7 +46,7 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     showTitle(link::kNotConnected);
     linkStates_ = platform::NotificationCenter::defaultCenter().addObserver(
         link::Orvoblueviewnotification, [this](const platform::Notification& notification) {
-            const auto* const state = std::any_cast<std::string>(&notification.object);
+            const auto* const state = platform::objectOf<std::string>(notification);
             showTitle(state != nullptr ? QString::fromStdString(*state).toInt() : link::kNotConnected);
         });
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
@@ -185,9 +183,10 @@ void MainWindow::toggleFullScreen() {
     setWindowStates(windowStates() ^ Qt::WindowFullScreen);
 }
 
-// Behind a presented screen the live screen answers no key.
+// Behind a presented screen or an alert the live screen answers no key.
 void MainWindow::showHelp() {
-    if (application_.screens().count() == 0) application_.mainView().pressBCH();
+    if (application_.screens().count() > 0 || application_.alerts().isShown()) return;
+    application_.mainView().pressBCH();
 }
 
 void MainWindow::showTitle(std::int32_t linkState) {

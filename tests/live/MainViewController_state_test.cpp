@@ -1,6 +1,7 @@
 // The states of the link on the screen.
 #include <gtest/gtest.h>
 
+#include <any>
 #include <string>
 
 #include "tests/live/MainViewFixture.h"
@@ -137,6 +138,26 @@ TEST_F(LinkStateTest, APostedStateIsKeptAndShown) {
     EXPECT_EQ(screen_->bluestate, 0);
     EXPECT_FALSE(screen_->lblNoCon.hidden());
     EXPECT_EQ(storedState(), 0);
+}
+
+TEST_F(LinkStateTest, ATextThatIsNoNumberCounts0) {
+    start();
+    postState("1");
+    postState("x");
+    EXPECT_EQ(screen_->bluestate, 0);
+    EXPECT_FALSE(screen_->lblNoCon.hidden());
+    EXPECT_EQ(storedState(), 0);
+}
+
+TEST_F(LinkStateTest, AnObjectOfAnotherTypeAndNoneCount0) {
+    for (const std::any& foreign : {std::any(1), std::any("1"), std::any()}) {
+        start();
+        postState("1");
+        platform::NotificationCenter::defaultCenter().post({link::Orvoblueviewnotification, foreign, {}});
+        EXPECT_EQ(screen_->bluestate, 0);
+        EXPECT_FALSE(screen_->lblNoCon.hidden());
+        EXPECT_EQ(storedState(), 0);
+    }
 }
 
 TEST_F(LinkStateTest, ShowingAStateDoesNotMakeItThePublishedOne) {
