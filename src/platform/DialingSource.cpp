@@ -19,13 +19,14 @@ std::uint32_t nextConnectionId() {
     return last;
 }
 
-std::size_t copyFrom(std::vector<std::uint8_t>& bytes, std::size_t& taken, std::uint8_t* buffer,
-                     std::size_t max) {
-    const std::size_t count = std::min(max, bytes.size() - taken);
+// Reads from bytes[taken, end) and moves `taken` on; what has been read is dropped when all of that has been.
+std::size_t copyFrom(std::vector<std::uint8_t>& bytes, std::size_t& taken, std::size_t end,
+                     std::uint8_t* buffer, std::size_t max) {
+    const std::size_t count = std::min(max, end - taken);
     if (count > 0) std::memcpy(buffer, bytes.data() + taken, count);
     taken += count;
-    if (taken == bytes.size()) {
-        bytes.clear();
+    if (taken == end) {
+        bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(taken));
         taken = 0;
     }
     return count;
@@ -40,16 +41,17 @@ class DialingSource::Tap final : public ByteChannel {
     ~Tap() override { close(); }
 
     std::size_t bytesAvailable() const override {
-        return source_ != nullptr ? source_->inbox_.size() - source_->inboxTaken_ : rest_.size() - restTaken_;
+        return source_ != nullptr ? source_->decidedEnd() - source_->inboxTaken_ : rest_.size() - restTaken_;
     }
     std::ptrdiff_t read(std::uint8_t* buffer, std::size_t max) override {
         if (source_ == nullptr) {
-            const std::size_t count = copyFrom(rest_, restTaken_, buffer, max);
+            const std::size_t count = copyFrom(rest_, restTaken_, rest_.size(), buffer, max);
             return count > 0 ? static_cast<std::ptrdiff_t>(count) : -1;
         }
         const bool wasFull = source_->inbox_.size() >= kBufferLimit;
-        const std::size_t count = copyFrom(source_->inbox_, source_->inboxTaken_, buffer, max);
-        if (wasFull && source_->inbox_.empty())
+        const std::size_t count =
+            copyFrom(source_->inbox_, source_->inboxTaken_, source_->decidedEnd(), buffer, max);
+        if (wasFull && bytesAvailable() == 0)
             source_->moreTimer_ = source_->scheduler_.callAfter(Scheduler::Duration{0},
                                                                 [source = source_] { source->takeIn(); });
         return static_cast<std::ptrdiff_t>(count);
@@ -191,6 +193,13 @@ void DialingSource::appear() {
     if (tap_ != nullptr) inbox_.insert(inbox_.begin(), judged.begin(), judged.end());
 }
 
+// A frame is handed on when it is whole: half a frame of a tester that goes would be continued by the first
+// bytes of the next one, to a reading that nobody has measured.
+std::size_t DialingSource::decidedEnd() const {
+    const std::size_t undecided = listener_ ? listener_->undecided() : 0;
+    return std::max(inboxTaken_, inbox_.size() - std::min(undecided, inbox_.size()));
+}
+
 // Without a session nobody takes the bytes; kept, they would be stale when one opens, and block the channel.
 void DialingSource::handOn() {
     if (state_ != SearchState::Present) return;
@@ -283,6 +292,7 @@ void DialingSource::dropChannel() {
         buried_.push_back(std::move(channel_));
         burialTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { buried_.clear(); });
     }
+    inbox_.resize(decidedEnd());
     listener_.reset();
     std::vector<std::uint8_t> rest = std::exchange(inbox_, {});
     const std::size_t restTaken = std::exchange(inboxTaken_, 0);

@@ -13,8 +13,8 @@
 namespace kestrix::platform {
 
 // The search that every kind of source shares: dial, listen for a whole frame, watch for silence, dial again.
-// The bytes by which it judged are the first that the session receives. While nobody has a session open,
-// bytes are heard and then discarded.
+// The bytes by which it judged are the first that the session receives, and it receives a frame only once
+// that is whole. While nobody has a session open, bytes are heard and then discarded.
 class DialingSource final : public AccessorySource {
   public:
     static constexpr Scheduler::Duration kFirstRetry{500};  // doubles with each failure ...
@@ -49,6 +49,8 @@ class DialingSource final : public AccessorySource {
     std::size_t hearWhatWaits();
     void appear();
     void handOn();
+    // Where the bytes end that the session may read now, counted from the front of the inbox.
+    std::size_t decidedEnd() const;
     void tellSpace();
     void ended(const std::string& why);
     void watchSilence();

@@ -336,7 +336,17 @@ TEST_F(FrameHearingSource, TheBytesByWhichItJudgedAreTheSessionsFirst) {
     line_.receive(Bytes(1000, 1));
     line_.receive(Bytes{2, 3});
     line_.receive(Bytes{4, 0x90, 5});
-    EXPECT_EQ(received_, (Bytes{1, 1, 2, 3, 4, 0x90, 5}));
+    EXPECT_EQ(received_, (Bytes{1, 1, 2, 3, 4, 0x90})) << "5 may be the beginning of a frame";
+    line_.receive(Bytes{0x90});
+    EXPECT_EQ(received_, (Bytes{1, 1, 2, 3, 4, 0x90, 5, 0x90}));
+}
+
+TEST_F(FrameHearingSource, AFrameThatIsNotWholeGoesWithItsTester) {
+    start();
+    line_.receive(Bytes{0x90, 5});
+    line_.channel->events.closed("gone");
+    readSession();
+    EXPECT_EQ(received_, Bytes{0x90});
 }
 
 TEST_F(FrameHearingSource, ATesterWhoseLineTurnsToNoiseHasGoneThreeSecondsAfterItsLastFrame) {
