@@ -131,7 +131,7 @@ Action describeCapture(CommandOptions& options) {
     auto given = std::make_shared<CaptureOptions>();
     options.neededWord("uri", given->uri, kUriHelp);
     options.neededWord("file", given->file, "File to write");
-    options.flag("--force", given->force, "Overwrite the file");
+    options.flag("--force", given->force, "Overwrite an earlier capture");
     return [given](Runner& runner) { return capture(runner, *given); };
 }
 

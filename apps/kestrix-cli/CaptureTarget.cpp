@@ -5,10 +5,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <system_error>
+
+#include "platform/CaptureFile.h"
 
 namespace kestrix::cli {
 namespace {
@@ -21,6 +24,24 @@ bool isSameFile(int descriptor, const std::string& path) {
     struct stat named {};
     return fstat(descriptor, &opened) == 0 && lstat(path.c_str(), &named) == 0 &&
            opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+// Whether nobody loses anything but a capture when what is opened for writing is replaced: a pipe and a
+// device keep nothing, an empty file holds nothing. What cannot be read is somebody's.
+bool mayBeReplaced(int descriptor, const std::string& path) {
+    struct stat written {};
+    if (fstat(descriptor, &written) != 0) return false;
+    if (!S_ISREG(written.st_mode) || written.st_size == 0) return true;
+    const int reader = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (reader < 0) return false;
+    struct stat read {};
+    const bool same =
+        fstat(reader, &read) == 0 && read.st_dev == written.st_dev && read.st_ino == written.st_ino;
+    std::array<char, platform::kCaptureHeaderMax> text;
+    const ssize_t length = same ? pread(reader, text.data(), text.size(), 0) : -1;
+    close(reader);
+    return length > 0 &&
+           platform::readCaptureStart({text.data(), static_cast<std::size_t>(length)}).header.has_value();
 }
 
 }  // namespace
@@ -50,6 +71,8 @@ std::string CaptureTarget::open(const Runner& runner) {
         if (error != ENXIO || !isPipe) return std::generic_category().message(error);
         if (!runner.pause(kLookForReader)) return {};
     }
+    if (!made_ && !mayBeReplaced(descriptor_, path_))
+        return "the file is no capture of Kestrix; it is left as it is";
     output_ = std::make_unique<Output>(descriptor_);
     return {};
 }

@@ -14,7 +14,8 @@ namespace kestrix::cli {
 // written.
 class CaptureTarget {
   public:
-    // force: an existing file may be replaced.
+    // force: what exists may be replaced: a pipe, a device, an empty file, and one that begins with a
+    // capture's header line. No other file is.
     CaptureTarget(std::string path, bool force) : path_(std::move(path)), force_(force) {}
     CaptureTarget(const CaptureTarget&) = delete;
     CaptureTarget& operator=(const CaptureTarget&) = delete;

@@ -41,7 +41,7 @@ complete -c kestrix-cli -n '__kestrix_cli_in decode' -l screen -d 'Add what the 
 complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -a '(__kestrix_cli_uris)'
 
 complete -c kestrix-cli -n '__kestrix_cli_in capture' -F
-complete -c kestrix-cli -n '__kestrix_cli_in capture' -l force -d 'Overwrite the file'
+complete -c kestrix-cli -n '__kestrix_cli_in capture' -l force -d 'Overwrite an earlier capture'
 
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l tcp -x -d 'Serve it at this host:port'
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l pty -r -F -d 'Make a serial port of this name'

@@ -116,16 +116,35 @@ TEST_F(Capture, CanBeReplayed) {
 }
 
 TEST_F(Capture, DoesNotOverwriteUnlessItIsTold) {
-    writeFile(path("old.kxc"), "mine");
+    capture("old.kxc", manyFrames(2));
+    const std::string before = contentOf(path("old.kxc"));
     const Result refused = run({"capture", listener_.uri(), path("old.kxc"), "--seconds", "1"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_THAT(complaintsIn(refused.error),
                 ElementsAre(AllOf(StartsWith("kestrix-cli: " + path("old.kxc")), HasSubstr("--force"))));
-    EXPECT_EQ(contentOf(path("old.kxc")), "mine");
+    EXPECT_EQ(contentOf(path("old.kxc")), before);
 
-    capture("old.kxc", insulationFrame(1), {"--force"});
-    EXPECT_EQ(bytesIn("old.kxc"), insulationFrame(1));
-    EXPECT_THAT(contentOf(path("old.kxc")), ContainsRegex(kHeader));
+    writeFile(path("empty.kxc"), "");
+    for (const char* file : {"old.kxc", "empty.kxc"}) {
+        capture(file, insulationFrame(1), {"--force"});
+        EXPECT_EQ(bytesIn(file), insulationFrame(1));
+        EXPECT_THAT(contentOf(path(file)), ContainsRegex(kHeader));
+    }
+}
+
+TEST_F(Capture, NeverReplacesAFileThatIsNoCapture) {
+    const std::string header = "# kestrix-capture 1 source=simulator: start=2026-03-04T05:06:07Z\n";
+    for (const std::string& content :
+         {std::string("mine"), insulationFrame(1), "\n" + header, header.substr(0, header.size() - 1)}) {
+        SCOPED_TRACE(content);
+        writeFile(path("mine.txt"), content);
+        const Result refused = run({"capture", "simulator:", path("mine.txt"), "--force", "--seconds", "1"});
+        EXPECT_EQ(refused.status, 1);
+        EXPECT_THAT(linesOf(refused.error),
+                    ElementsAre("kestrix-cli: " + path("mine.txt") +
+                                ": the file is no capture of Kestrix; it is left as it is"));
+        EXPECT_EQ(contentOf(path("mine.txt")), content);
+    }
 }
 
 TEST_F(Capture, NeverOverwritesWhatItReads) {

@@ -159,7 +159,8 @@ TEST_F(Stalled, CaptureTellsHowMuchAReaderTookWhoStopped) {
 // A file that cannot be made shorter: its old bytes would stand behind the new ones.
 TEST_F(Stalled, CaptureWritesNothingOverBytesThatItCannotTakeAway) {
     const Descriptor old(memfd_create("old", MFD_ALLOW_SEALING | MFD_CLOEXEC));
-    const std::string content(10'000, 'x');
+    const std::string content =
+        "# kestrix-capture 1 source=simulator: start=2026-03-04T05:06:07Z\n" + std::string(10'000, 'x');
     ASSERT_TRUE(writeAll(old, content));
     ASSERT_EQ(fcntl(old.get(), F_ADD_SEALS, F_SEAL_SHRINK), 0);
     const std::string file = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(old.get());
