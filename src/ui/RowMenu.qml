@@ -2,37 +2,28 @@ import QtQuick
 import Kestrix.Ui
 
 // What can be done with one row of a table, beside the place where it was asked for. Any press elsewhere
-// closes it.
+// closes it; a button that is pressed then acts as always.
 Item {
     id: menu
     required property Item list
-    property int row: -1
-
-    signal chosen(row: int)
+    required property Table table
 
     objectName: list.objectName + "RowMenu"
     anchors.fill: parent
-    visible: row >= 0
+    z: 1
+    visible: table.menuRow >= 0 && list.visible
 
     function open(which: int, item: Item, at: point) {
         const spot = item.mapToItem(menu, at.x, at.y)
         entry.x = Math.max(0, Math.min(width - entry.width, spot.x))
         entry.y = Math.max(0, Math.min(height - entry.height, spot.y - entry.height))
-        row = which
-    }
-    // True, for who asks by a key.
-    function close(): bool {
-        row = -1
-        return true
-    }
-    function choose() {
-        chosen(row)
-        close()
+        table.openMenu(which)
     }
 
     TouchArea {
         anchors.fill: parent
-        onPressed: menu.close()
+        margin: 10000 // beyond what the menu's parent covers
+        onPressed: menu.table.closeMenu()
     }
     Rectangle {
         id: entry
@@ -47,7 +38,7 @@ Item {
         Accessible.role: Accessible.MenuItem
         Accessible.ignored: !visible || !enabled
         Accessible.name: words.text
-        Accessible.onPressAction: menu.choose()
+        Accessible.onPressAction: menu.table.chooseCopy()
 
         Text {
             id: words
@@ -63,7 +54,7 @@ Item {
             id: held
             anchors.fill: parent
             actsOnLanding: false
-            onPressed: menu.choose()
+            onPressed: menu.table.chooseCopy()
         }
     }
 }

@@ -13,6 +13,7 @@ namespace kestrix::ui {
 namespace {
 
 constexpr int kHeaderFontSize = 8;
+constexpr double kReadingStep = 40;  // of a row that is taller than what can be seen at once
 
 std::unique_ptr<Label> headerOf(const Column& column, Screen& screen) {
     auto header = std::make_unique<Label>(screen, ("header" + column.role).toUtf8().constData());
@@ -30,16 +31,18 @@ Table::Table(Screen& screen, const char* name, ListModel& rows) : Control(screen
     for (const Column& column : rows.columns()) headers_.push_back(headerOf(column, screen));
     using Held = KeyTable::Held;
     keys_.add(
-        Qt::Key_Up, [this] { moveBy(-1); }, Held::Repeats);
+        Qt::Key_Up, [this] { moveOn(-1); }, Held::Repeats);
     keys_.add(
-        Qt::Key_Down, [this] { moveBy(1); }, Held::Repeats);
+        Qt::Key_Down, [this] { moveOn(1); }, Held::Repeats);
     keys_.add(
         Qt::Key_PageUp, [this] { moveByPage(-1); }, Held::Repeats);
     keys_.add(
         Qt::Key_PageDown, [this] { moveByPage(1); }, Held::Repeats);
     keys_.add(Qt::Key_Home, [this] { setCurrentRow(0); });
     keys_.add(Qt::Key_End, [this] { setCurrentRow(rows_.count() - 1); });
+    menuKeys_.add(Qt::Key_Escape, [this] { closeMenu(); });
     connect(&rows, &ListModel::modelReset, this, [this] {
+        closeMenu();
         currentRow_ = -1;
         Q_EMIT currentRowChanged();
     });
@@ -62,19 +65,32 @@ void Table::setCurrentRow(int row) {
     Q_EMIT currentRowChanged();  // also when it is the same: the view shows it, wherever it was scrolled to
 }
 
-bool Table::pressKey(int key, int modifiers, bool repeated, double pageHeight) {
+bool Table::pressKey(int key, int modifiers, bool repeated, double pageHeight, double hiddenAbove,
+                     double hiddenBelow) {
+    if (menuRow_ >= 0 && menuKeys_.press(key, modifiers, repeated)) return true;
     const QKeySequence pressed(modifiers | key);
     if (QKeySequence::keyBindings(QKeySequence::Copy).contains(pressed)) {
         copyRow(currentRow_);
         return true;
     }
     pageHeight_ = pageHeight;
+    hiddenAbove_ = hiddenAbove;
+    hiddenBelow_ = hiddenBelow;
     return keys_.press(key, modifiers, repeated);
 }
 
 // The keyboard comes to a list at its newest row.
-void Table::moveBy(int rows) {
-    setCurrentRow(currentRow_ < 0 ? rows_.count() - 1 : currentRow_ + rows);
+void Table::moveOn(int direction) {
+    if (currentRow_ < 0) return setCurrentRow(rows_.count() - 1);
+    if (!readOn(direction)) setCurrentRow(currentRow_ + direction);
+}
+
+// A row that is taller than what can be seen at once is read to its end before the next one.
+bool Table::readOn(int direction) {
+    const double hidden = direction > 0 ? hiddenBelow_ : hiddenAbove_;
+    if (rows_.height(currentRow_) <= pageHeight_ || hidden < 1) return false;
+    Q_EMIT scrollAsked(direction * std::min(hidden, kReadingStep));
+    return true;
 }
 
 // As far as a page shows, so that one row of the page before stays to be seen.
@@ -88,6 +104,23 @@ void Table::moveByPage(int direction) {
         left -= rows_.height(row);
     }
     setCurrentRow(row);
+}
+
+void Table::openMenu(int row) {
+    if (row < 0 || row >= rows_.count()) return;
+    menuRow_ = row;
+    Q_EMIT menuRowChanged();
+}
+
+void Table::closeMenu() {
+    if (menuRow_ < 0) return;
+    menuRow_ = -1;
+    Q_EMIT menuRowChanged();
+}
+
+void Table::chooseCopy() {
+    copyRow(menuRow_);
+    closeMenu();
 }
 
 void Table::copyRow(int row) const {

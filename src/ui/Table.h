@@ -20,6 +20,7 @@ class Table : public kestrix::ui::Control {
     Q_PROPERTY(kestrix::ui::ListModel* rows READ rows CONSTANT FINAL)
     Q_PROPERTY(QVariantList columns READ columns CONSTANT FINAL)
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged FINAL)
+    Q_PROPERTY(int menuRow READ menuRow NOTIFY menuRowChanged FINAL)
 
   public:
     // rows: not owned; they outlive the table. A header is named "header" and its column's role.
@@ -38,8 +39,17 @@ class Table : public kestrix::ui::Control {
     void setCurrentRow(int row);
 
     // A key went down, or repeats itself, while the table has the keyboard. pageHeight: of what can be seen
-    // at once, in points. True when the key is used up.
-    Q_INVOKABLE bool pressKey(int key, int modifiers, bool repeated, double pageHeight);
+    // at once; hiddenAbove, hiddenBelow: how much of the current row is scrolled out of sight; in points.
+    // True when the key is used up.
+    Q_INVOKABLE bool pressKey(int key, int modifiers, bool repeated, double pageHeight,
+                              double hiddenAbove = 0, double hiddenBelow = 0);
+
+    // The row whose menu is open; -1: none. Opening it for a row that is not there does nothing.
+    int menuRow() const { return menuRow_; }
+    Q_INVOKABLE void openMenu(int row);
+    Q_INVOKABLE void closeMenu();
+    // The menu's one entry: copies its row, and closes it.
+    Q_INVOKABLE void chooseCopy();
 
     // Puts the row on the clipboard, its texts with tabs between them. Nothing for a row that is not there.
     Q_INVOKABLE void copyRow(int row) const;
@@ -49,17 +59,24 @@ class Table : public kestrix::ui::Control {
 
   Q_SIGNALS:
     void currentRowChanged();
+    void menuRowChanged();
     void lastRowAsked();
+    void scrollAsked(double by);  // in points, downwards
 
   private:
-    void moveBy(int rows);
+    void moveOn(int direction);
+    bool readOn(int direction);
     void moveByPage(int direction);
 
     ListModel& rows_;
     std::vector<std::unique_ptr<Label>> headers_;
     KeyTable keys_;
+    KeyTable menuKeys_;  // while the menu is open
     double pageHeight_ = 0;
+    double hiddenAbove_ = 0;
+    double hiddenBelow_ = 0;
     int currentRow_ = -1;
+    int menuRow_ = -1;
 };
 
 }  // namespace kestrix::ui

@@ -41,26 +41,13 @@ ListView {
     Accessible.ignored: !visible || !enabled // behind another screen, too
     Accessible.focusable: true
     Keys.onPressed: event => {
-        if (menu.visible && event.key === Qt.Key_Escape)
-            event.accepted = menu.close()
-        else
-            event.accepted = readOn(event.key, event.modifiers)
-                || table.pressKey(event.key, event.modifiers, event.isAutoRepeat, height - bottomMargin)
+        const row = itemAtIndex(table.currentRow)
+        const seen = height - bottomMargin
+        const above = row === null ? 0 : contentY - row.y
+        const below = row === null ? 0 : row.y + row.height - contentY - seen
+        event.accepted = table.pressKey(event.key, event.modifiers, event.isAutoRepeat, seen, above, below)
     }
 
-    // A row that is taller than what can be seen at once is read to its end before the next one.
-    function readOn(key: int, modifiers: int): bool {
-        const row = itemAtIndex(table.currentRow)
-        if (row === null || row.height <= height - bottomMargin || (modifiers & ~Qt.KeypadModifier) !== 0)
-            return false
-        const above = contentY - row.y
-        const below = row.y + row.height - (contentY + height - bottomMargin)
-        const hidden = key === Qt.Key_Down ? below : key === Qt.Key_Up ? above : 0
-        if (hidden < 1)
-            return false
-        contentY += (key === Qt.Key_Down ? 1 : -1) * Math.min(hidden, 40)
-        return true
-    }
     // The whole row if it fits, and its beginning if it does not.
     function show(row: int) {
         positionViewAtIndex(row, ListView.Contain)
@@ -78,6 +65,9 @@ ListView {
             if (list.table.currentRow >= 0)
                 list.show(list.table.currentRow)
         }
+        function onScrollAsked(by: real) {
+            list.contentY += by
+        }
         function onLastRowAsked() {
             list.positionViewAtEnd()
             list.contentY += list.bottomMargin
@@ -94,8 +84,8 @@ ListView {
     }
     RowMenu {
         id: menu
-        parent: list
+        parent: list.parent // over what stands beside the list, too
         list: list
-        onChosen: row => list.table.copyRow(row)
+        table: list.table
     }
 }

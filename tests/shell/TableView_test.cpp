@@ -187,6 +187,25 @@ TEST_F(TableView, APressElsewhereOrEscapeClosesTheMenu) {
     EXPECT_EQ(clipboard(), QStringLiteral("the user's own"));
 }
 
+TEST_F(TableView, APressBesideTheTableClosesTheMenu) {
+    openWith(30);
+    const QRectF place = placeOf("table");
+    for (const QPointF outside :
+         {QPointF(place.center().x(), place.top() - 40), QPointF(place.center().x(), place.bottom() + 40)}) {
+        QTest::mouseClick(&window(), Qt::RightButton, {}, middleOf(1));
+        EXPECT_TRUE(isShown("tableRowMenu"));
+        QTest::mouseClick(&window(), Qt::LeftButton, {}, outside.toPoint());
+        EXPECT_FALSE(isShown("tableRowMenu")) << outside.y();
+    }
+}
+
+TEST_F(TableView, EscapeWithAModifierLeavesTheMenuOpen) {
+    openWith(3);
+    QTest::mouseClick(&window(), Qt::RightButton, {}, middleOf(1));
+    pressKey(Qt::Key_Escape, Qt::ControlModifier);
+    EXPECT_TRUE(isShown("tableRowMenu"));
+}
+
 TEST_F(TableView, KeysCopyTheRowOfTheKeyboard) {
     openWith(3);
     pressKey(Qt::Key_End);

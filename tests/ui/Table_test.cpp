@@ -5,6 +5,8 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+#include <vector>
+
 #include "tests/ui/TestScreen.h"
 #include "ui/Palette.h"
 
@@ -111,6 +113,48 @@ TEST_F(TableTest, WithoutARowNothingIsCopied) {
     EXPECT_TRUE(table_.pressKey(Qt::Key_C, Qt::ControlModifier, false, 100));
     table_.copyRow(7);
     EXPECT_EQ(clipboard(), QStringLiteral("the user's own"));
+}
+
+TEST_F(TableTest, EscapeWithoutModifiersClosesTheMenuAndIsLeftToOthersWithoutOne) {
+    fill(3);
+    EXPECT_FALSE(table_.pressKey(Qt::Key_Escape, Qt::NoModifier, false, 100));
+    table_.openMenu(1);
+    EXPECT_FALSE(table_.pressKey(Qt::Key_Escape, Qt::ControlModifier, false, 100));
+    EXPECT_EQ(table_.menuRow(), 1);
+    EXPECT_TRUE(table_.pressKey(Qt::Key_Escape, Qt::NoModifier, false, 100));
+    EXPECT_EQ(table_.menuRow(), -1);
+}
+
+TEST_F(TableTest, TheMenuCopiesItsRowAndOpensForNoneThatIsNotThere) {
+    fill(3);
+    table_.openMenu(3);
+    EXPECT_EQ(table_.menuRow(), -1);
+    table_.openMenu(1);
+    table_.chooseCopy();
+    EXPECT_EQ(clipboard(), QStringLiteral("S_2\t"));
+    EXPECT_EQ(table_.menuRow(), -1);
+    table_.openMenu(1);
+    list_.removeAll();
+    EXPECT_EQ(table_.menuRow(), -1);
+}
+
+TEST_F(TableTest, ARowTallerThanThePageIsReadOnBeforeTheNext) {
+    fill(1);
+    list_.append({.texts = {"tall", " "}, .height = 200, .mark = {}});
+    fill(1);
+    std::vector<double> scrolls;
+    QObject::connect(&table_, &Table::scrollAsked, &screen_, [&](double by) { scrolls.push_back(by); });
+    table_.setCurrentRow(1);
+    const auto press = [this](int key, double above, double below) {
+        table_.pressKey(key, Qt::NoModifier, false, 100, above, below);
+        return table_.currentRow();
+    };
+    EXPECT_EQ(press(Qt::Key_Down, 0, 100), 1);
+    EXPECT_EQ(press(Qt::Key_Up, 15, 85), 1);
+    EXPECT_EQ(scrolls, (std::vector<double>{40, -15}));
+    EXPECT_EQ(press(Qt::Key_Up, 0, 100), 0);
+    EXPECT_EQ(press(Qt::Key_Down, 50, 50), 1) << "a row that fits is not read on";
+    EXPECT_EQ(press(Qt::Key_Down, 100, 0), 2);
 }
 
 TEST_F(TableTest, WhenItIsEmptiedTheKeyboardIsAtNoRow) {
