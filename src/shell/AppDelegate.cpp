@@ -7,6 +7,7 @@
 
 #include "link/FrameListener.h"
 #include "platform/AccessoryUri.h"
+#include "shell/FolderReadings.h"
 #include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
 
@@ -24,6 +25,10 @@ bool isMadeUp(const std::string& uri) {
 
 bool anyMadeUp(const std::vector<std::string>& uris) {
     return std::any_of(uris.begin(), uris.end(), isMadeUp);
+}
+
+Readings kindOf(bool simulated) {
+    return simulated ? Readings::MadeUp : Readings::Measured;
 }
 
 QString documentsFor(const LaunchOptions& options, bool simulated) {
@@ -80,22 +85,16 @@ bool AppDelegate::fail(const std::string& problem, int exitStatus) {
 // No made-up reading gets among real ones, and none of them among the made-up.
 bool AppDelegate::mayUseFolder() {
     const bool real = !std::all_of(options_.uris.begin(), options_.uris.end(), isMadeUp);
-    const std::string folder = documents_.path().toStdString();
     if (real && simulated_)
         return fail("a tester and made-up readings (simulator:, replay:) need a window each", kWrongUsage);
-    if (simulated_ && documents_.isSameAs(platform::DocumentsFolder::standardPath()))
-        return fail(
-            folder + " holds what was measured; made-up readings (simulator:, replay:) are not kept there",
-            kWrongUsage);
-    if (real && documents_.isSameAs(platform::DocumentsFolder::simulatedPath()))
-        return fail(folder + " holds made-up readings; what a tester measures is not kept there",
-                    kWrongUsage);
     if (!defaults_.problem().isEmpty()) return fail(defaults_.problem().toStdString(), kFailed);
-    return true;
+    const std::string why =
+        options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_);
+    return why.empty() || fail(why, kWrongUsage);
 }
 
 bool AppDelegate::hasFolder() {
-    if (!documents_.ensure()) return true;  // the display is live without it
+    const bool there = documents_.ensure();  // the display is live without it
     const std::string folder = documents_.path().toStdString();
     switch (claim_.take(documents_.path())) {
         case FolderClaim::Answer::Ours:
@@ -105,6 +104,9 @@ bool AppDelegate::hasFolder() {
         case FolderClaim::Answer::Held:
             return fail(folder + " is in use by " + claim_.holder(), kFailed);
     }
+    // Another window may have been here since it was asked first.
+    if (!mayUseFolder()) return false;
+    if (there && !options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QLocalServer>
@@ -14,6 +15,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <string_view>
 #include <utility>
 
@@ -30,6 +32,17 @@ constexpr const char* kActivation = "XDG_ACTIVATION_TOKEN";
 // By the folder itself, whatever it is called. Needs no file, so nothing of it is left behind.
 QString socketName(const struct stat& folder) {
     return QStringLiteral("kestrix-window-%1-%2-%3").arg(geteuid()).arg(folder.st_dev).arg(folder.st_ino);
+}
+
+// By where the folder stands or would stand.
+QString socketName(const QString& folder) {
+    std::error_code error;
+    const std::filesystem::path written = QFile::encodeName(QDir(folder).absolutePath()).toStdString();
+    std::filesystem::path place = std::filesystem::weakly_canonical(written, error);
+    if (error) place = written.lexically_normal();
+    const QByteArray hash =
+        QCryptographicHash::hash(QByteArray::fromStdString(place.string()), QCryptographicHash::Sha256);
+    return QStringLiteral("kestrix-place-%1-%2").arg(geteuid()).arg(QString::fromLatin1(hash.toHex()));
 }
 
 std::string contentOf(int file) {
@@ -80,33 +93,43 @@ FolderClaim::~FolderClaim() {
 }
 
 FolderClaim::Answer FolderClaim::take(const QString& folder) {
+    QStringList names{socketName(folder)};
     struct stat state {};
-    if (::stat(QFile::encodeName(folder).constData(), &state) != 0) return Answer::Ours;
-    const QByteArray path = QFile::encodeName(QDir(folder).filePath(QLatin1String(kLockFile)));
-    constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-    lock_ = ::open(path.constData(), kFlags, 0600);
-    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-        const std::string holder = contentOf(lock_);
-        holder_ = holder.empty() || !isNumber(holder) ? "another program" : "process " + holder;
-        ::close(std::exchange(lock_, -1));
-        return broughtForward(socketName(state)) ? Answer::Shown : Answer::Held;
+    if (::stat(QFile::encodeName(folder).constData(), &state) == 0) {
+        names.prepend(socketName(state));
+        const QByteArray path = QFile::encodeName(QDir(folder).filePath(QLatin1String(kLockFile)));
+        constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+        lock_ = ::open(path.constData(), kFlags, 0600);
+        if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+            const bool held = errno == EWOULDBLOCK;
+            const std::string holder = contentOf(lock_);
+            if (held && !holder.empty() && isNumber(holder)) holder_ = "process " + holder;
+            ::close(std::exchange(lock_, -1));
+            if (held) return broughtForward(names.front()) ? Answer::Shown : Answer::Held;
+        }
+    }
+    for (const QString& name : names) {
+        if (listen(name)) continue;
+        servers_.clear();
+        if (lock_ >= 0) ::close(std::exchange(lock_, -1));
+        return broughtForward(name) ? Answer::Shown : Answer::Held;
     }
     if (lock_ >= 0) writeHolder(lock_);
-    listen(socketName(state));
     return Answer::Ours;
 }
 
-void FolderClaim::listen(const QString& name) {
-    server_ = std::make_unique<QLocalServer>();
-    server_->setSocketOptions(QLocalServer::AbstractNamespaceOption);
-    QObject::connect(server_.get(), &QLocalServer::newConnection, server_.get(), [this] {
-        while (QLocalSocket* const caller = server_->nextPendingConnection()) {
+// False where another process has the name, or none can be had.
+bool FolderClaim::listen(const QString& name) {
+    QLocalServer* const server = servers_.emplace_back(std::make_unique<QLocalServer>()).get();
+    server->setSocketOptions(QLocalServer::AbstractNamespaceOption);
+    QObject::connect(server, &QLocalServer::newConnection, server, [this, server] {
+        while (QLocalSocket* const caller = server->nextPendingConnection()) {
             QObject::connect(caller, &QLocalSocket::disconnected, caller, &QObject::deleteLater);
             QObject::connect(caller, &QLocalSocket::readyRead, caller, [this, caller] { answer(*caller); });
             if (caller->bytesAvailable() > 0) answer(*caller);
         }
     });
-    server_->listen(name);  // without it a second start says who holds the folder
+    return server->listen(name);
 }
 
 void FolderClaim::answer(QLocalSocket& caller) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QLocalServer;
 class QLocalSocket;
@@ -12,12 +13,14 @@ class QLocalSocket;
 namespace kestrix::shell {
 
 // One window a folder: two would number their measurements alike and file each other's. The window holds a
-// lock on "kestrix.lock" in the folder, which the kernel releases with its process, however that ends. A
-// second start finds the first one over a local socket of the same user and has its window brought forward.
+// lock on "kestrix.lock" in the folder, and two local sockets, named after the folder itself and after where
+// it stands; the kernel releases all of them with its process, however that ends. Whoever has one of them has
+// the folder: a folder that can take no lock has one window too, and so has one that is not there yet. A
+// second start finds the first one over a socket and has its window brought forward.
 class FolderClaim {
   public:
     enum class Answer {
-        Ours,   // this process has the folder; also where the folder can take no lock
+        Ours,   // this process has the folder
         Shown,  // another process has it, and has brought its window forward
         Held,   // another process has it and says nothing
     };
@@ -27,7 +30,8 @@ class FolderClaim {
     FolderClaim& operator=(const FolderClaim&) = delete;
     ~FolderClaim();
 
-    // folder: an existing one. Waits for another process's answer for some seconds at most.
+    // folder: also one that is not there. To be called once. Waits for another process's answer for some
+    // seconds at most.
     Answer take(const QString& folder);
 
     // The process that has the folder, after Held: "process 1234", or "another program".
@@ -37,12 +41,12 @@ class FolderClaim {
     std::function<void()> secondStart;
 
   private:
-    void listen(const QString& name);
+    bool listen(const QString& name);
     void answer(QLocalSocket& caller);
 
     int lock_ = -1;
-    std::string holder_;
-    std::unique_ptr<QLocalServer> server_;
+    std::string holder_ = "another program";
+    std::vector<std::unique_ptr<QLocalServer>> servers_;
 };
 
 }  // namespace kestrix::shell

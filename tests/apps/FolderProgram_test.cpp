@@ -92,6 +92,69 @@ TEST_F(FolderProgram, AFolderOfTwoNamesHasOneWindow) {
     EXPECT_EQ(press(first), "stored 1\n");
 }
 
+TEST_F(FolderProgram, AFolderThatTakesNoLockHasOneWindow) {
+    fs::create_directory(folder_);
+    fs::create_symlink("nowhere", folder_ + "/kestrix.lock");
+    Program first({folder_}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    const cli::Result second = cli::run({folder_}, {}, setup());
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, folder_ + " is in use by another program\n");
+    EXPECT_EQ(press(first), "stored 1\n");
+}
+
+TEST_F(FolderProgram, AFolderThatWasAwayHasOneWindow) {
+    const fs::path above = fs::path(folder_) / "above";
+    const std::string away = (above / "documents").string();
+    fs::create_directory(folder_);
+    cli::writeFile(above.string(), "");
+    Program first({away}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    fs::remove(above);
+    const cli::Result second = cli::run({away}, {}, setup());
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, away + " is in use by another program\n");
+}
+
+TEST_F(FolderProgram, AChosenFolderTakesTheKindOfReadingsThatItTookFirst) {
+    const std::string capture = temporary_.path().toStdString() + "/empty.kxc";
+    cli::writeFile(capture, "");
+    const std::string tester = "tcp://127.0.0.1:1";
+    const std::string madeUp = "replay:" + capture;
+    struct {
+        std::string folder, first, other, refusal;
+    } const cases[] = {
+        {folder_ + "1", tester, madeUp,
+         " holds what was measured; made-up readings (simulator:, replay:) are not kept there\n"},
+        {folder_ + "2", madeUp, tester,
+         " holds made-up readings; what a tester measures is not kept there\n"},
+    };
+    for (const auto& [folder, first, other, refusal] : cases) {
+        for (const char* row : {"stored 1\n", "stored 2\n"}) {
+            Program program({folder, first}, setup());
+            ASSERT_TRUE(program.waitForOutput("ready "));
+            EXPECT_EQ(press(program), row);
+            program.signal(SIGKILL);
+            EXPECT_EQ(program.wait(), -SIGKILL);
+            const cli::Result refused = cli::run({folder, other}, {}, setup());
+            EXPECT_EQ(refused.status, 2);
+            EXPECT_EQ(refused.output, folder + refusal);
+        }
+    }
+}
+
+// Nobody noted there what they are: they may be certificates.
+TEST_F(FolderProgram, AFolderOfBeforeTakesNoMadeUpReadings) {
+    const std::string capture = temporary_.path().toStdString() + "/empty.kxc";
+    cli::writeFile(capture, "");
+    fs::create_directory(folder_);
+    cli::writeFile(folder_ + "/kestrix.sqlite", "");
+    EXPECT_EQ(cli::run({folder_, "replay:" + capture}, {}, setup()).status, 2);
+    EXPECT_EQ(cli::contentOf(folder_ + "/kestrix.sqlite"), "");
+    Program program({folder_, "tcp://127.0.0.1:1"}, setup());
+    EXPECT_TRUE(program.waitForOutput("ready 0"));
+}
+
 TEST_F(FolderProgram, EachFolderHasItsTablesAndItsSettings) {
     for (const char* name : {"/a", "/b"}) {
         Program program({temporary_.path().toStdString() + name}, setup());

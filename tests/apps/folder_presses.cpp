@@ -1,4 +1,4 @@
-// The application without its window, on a folder: folder_presses FOLDER
+// The application without its window, on a folder: folder_presses FOLDER [URI]
 // For each line on its input it presses the record button once, and answers with a line: "stored 3" with the
 // identity of the row, or "failed " and the reason. Says "ready" first, or why it does not start.
 #include <QGuiApplication>
@@ -11,12 +11,13 @@
 
 int main(int count, char** arguments) {
     using namespace kestrix;
-    if (count != 2) return 2;
+    if (count != 2 && count != 3) return 2;
     std::signal(SIGXFSZ, SIG_IGN);  // as the application does
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(count, arguments);
     shell::LaunchOptions options;
     options.documents = QString::fromLocal8Bit(arguments[1]);
+    if (count == 3) options.uris = {arguments[2]};
     shell::AppDelegate delegate(options);
     if (!delegate.applicationDidFinishLaunchingWithOptions()) {
         std::cout << delegate.problem() << std::endl;
