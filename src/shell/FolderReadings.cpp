@@ -1,6 +1,7 @@
 #include "shell/FolderReadings.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include "platform/UserDefaults.h"
 #include "storage/ServiceDao.h"
@@ -40,6 +41,7 @@ std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folde
 
 void noteReadings(Readings readings, const platform::DocumentsFolder& folder) {
     if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return;
+    if (!QFileInfo(folder.path()).isWritable()) return;  // the database says so
     platform::UserDefaults(noteIn(folder))
         .setString(QLatin1String(kKey), QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
 }
