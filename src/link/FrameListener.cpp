@@ -13,7 +13,7 @@ namespace {
 bool isTesters(std::string_view frameText) {
     std::array<std::uint8_t, FrameExtractor::kFrameCharacters / 2> frame{};
     const std::size_t count = protocol::bytesFromHexText(frameText, frame);
-    return protocol::checkFrame(std::span(frame).first(count)) != protocol::FrameCheck::Foreign;
+    return protocol::isMarked(std::span(frame).first(count));
 }
 
 class FrameListener final : public platform::Listener {

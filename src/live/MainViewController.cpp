@@ -161,6 +161,7 @@ void MainViewController::viewStatus(std::int32_t state) {
     } else {
         showStill(leftAnimaImg, u'l');
         showStill(rightAnimaImg, u'r');
+        recordIsOfEarlierLink_ = true;
     }
     spokenReading_.refresh();
 }
@@ -204,6 +205,9 @@ void MainViewController::sayWhatIsWrong(const std::string& name) {
     if (display().link == display::LinkState::NotConnected)
         services_.notice.show(
             tr("Not connected: this reading is of %1").arg(QString::fromStdString(timeOfLatestRecord())));
+    else if (recordIsOfEarlierLink_)
+        services_.notice.show(tr("No reading since the tester came: this one is of %1")
+                                  .arg(QString::fromStdString(timeOfLatestRecord())));
 }
 
 void MainViewController::pressClearTable() {
@@ -265,6 +269,7 @@ void MainViewController::nameRightButton() {
 
 void MainViewController::didReceive3820Data(const protocol::MeterReading& record, bool success) {
     latestRecord_ = services_.now();
+    recordIsOfEarlierLink_ = false;
     MeterDisplay::didReceive3820Data(record, success);
     spokenReading_.refresh();
 }

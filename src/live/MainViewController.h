@@ -118,6 +118,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     ui::Services services_;
     MakeLink makeLink_;
     std::chrono::system_clock::time_point latestRecord_;  // when it came
+    bool recordIsOfEarlierLink_ = false;                  // the link went since, and may be back
     SpokenReading spokenReading_{*this, "spokenReading", [this] { return inWords(display()); }};
     ui::KeyTable keys_;  // of the whole screen
     platform::NotificationCenter::Subscription linkStates_;

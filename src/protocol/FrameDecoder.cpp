@@ -101,13 +101,17 @@ void markSlotsEmpty(MeterReading& record) {
 
 }  // namespace
 
+bool isMarked(std::span<const std::uint8_t> bytes) {
+    return bytes.size() >= frame::kDecodedLength && bytes[frame::kStart3.first] == frame::kStart3Value &&
+           bytes[frame::kMarker.first] == frame::kMarkerValue[0] &&
+           bytes[frame::kMarker.first + 1] == frame::kMarkerValue[1];
+}
+
 FrameCheck checkFrame(std::span<const std::uint8_t> bytes) {
     if (bytes.size() < frame::kDecodedLength || bytes[frame::kStart3.first] != frame::kStart3Value)
         return FrameCheck::Foreign;
-    const bool marked = bytes[frame::kMarker.first] == frame::kMarkerValue[0] &&
-                        bytes[frame::kMarker.first + 1] == frame::kMarkerValue[1];
-    return marked && functionRule(bytes[frame::kFunction.first]) != nullptr ? FrameCheck::Valid
-                                                                            : FrameCheck::Empty;
+    return isMarked(bytes) && functionRule(bytes[frame::kFunction.first]) != nullptr ? FrameCheck::Valid
+                                                                                     : FrameCheck::Empty;
 }
 
 void decodeFrame(std::span<const std::uint8_t> frameBytes, MeterReading& record) {

@@ -18,6 +18,10 @@ enum class FrameCheck : std::uint8_t {
 // test.
 FrameCheck checkFrame(std::span<const std::uint8_t> frame);
 
+// Whether the third start byte and the marker stand in their places: a tester sent it, at a function that may
+// be unknown.
+bool isMarked(std::span<const std::uint8_t> frame);
+
 // Fills function, settings, flags, readings, wire voltages and the RCD slot of an all-zero record from a
 // Valid frame.
 void decodeFrame(std::span<const std::uint8_t> frame, MeterReading& record);

@@ -37,6 +37,19 @@ TEST_F(FrameListenerTest, NoiseIsNoFrameAndStaysBounded) {
     EXPECT_LE(listener_->undecided(), 3000U);
 }
 
+TEST_F(FrameListenerTest, StartBytesWithoutTheMarkerAreNoFrame) {
+    Bytes noise = frame();
+    noise[9] ^= 1;
+    EXPECT_EQ(listener_->hear(noise), 0U);
+    EXPECT_EQ(listener_->undecided(), 0U);
+}
+
+TEST_F(FrameListenerTest, ATesterAtAnUnknownFunctionIsHeard) {
+    Bytes unknown = frame();
+    unknown[10] = 0x6F;
+    EXPECT_EQ(listener_->hear(unknown), 1U);
+}
+
 TEST_F(FrameListenerTest, AFrameAtAnOddDigitIsHeardAndItsBytesAreUndecidedUntilThen) {
     Bytes shifted(37, 0x00);
     const Bytes bytes = frame();

@@ -61,6 +61,21 @@ TEST_F(SessionListOfScreenTest, RecordingWhileNotConnectedStoresAsToldAndSaysOfW
         << "stored as told: the time of the press";
 }
 
+// A press that waited while the link changed may find another tester there.
+TEST_F(SessionListOfScreenTest, RecordingBeforeTheNextTestersFirstReadingSaysOfWhatTimeItIs) {
+    receive(recordOf('1'));
+    now_ += 5s;
+    postState("0");
+    postState("1");
+    press();
+    EXPECT_EQ(notice_.text(),
+              QStringLiteral("No reading since the tester came: this one is of 2024-06-03 09:00:00"));
+    notice_.clear();
+    receive(recordOf('2'));
+    press();
+    EXPECT_FALSE(notice_.isShown());
+}
+
 TEST_F(SessionListOfScreenTest, APressWhileConnectedSaysNothing) {
     postState("1");
     receive(recordOf('1'));
