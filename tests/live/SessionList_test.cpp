@@ -58,7 +58,9 @@ TEST_F(SessionListTest, ItsColumnsStandAtTheirPlacesWithALineBetweenThem) {
         EXPECT_EQ(columns[i].title.toStdString(), wanted.title);
         EXPECT_EQ(columns[i].x, wanted.x) << wanted.role;
         EXPECT_EQ(columns[i].width, wanted.width) << wanted.role;
-        if (i > 0) EXPECT_EQ(columns[i].x, columns[i - 1].x + columns[i - 1].width + 1) << wanted.role;
+        if (i > 0) {
+            EXPECT_EQ(columns[i].x, columns[i - 1].x + columns[i - 1].width + 1) << wanted.role;
+        }
     }
 }
 
