@@ -84,14 +84,15 @@ platform::GeneratedDialer::MakeProducer simulatorProducers(const std::string& sc
     };
 }
 
-platform::GeneratedDialer::MakeProducer simulatorSource(platform::AccessoryUri& uri, std::string& problem) {
+platform::SimulatorOrProblem simulatorSource(platform::AccessoryUri& uri) {
     const auto seed = platform::parseNumber(platform::takeOption(uri, "seed").value_or("1"), 1,
                                             std::numeric_limits<int>::max());
     const auto speed = platform::parsePlaySpeed(platform::takeOption(uri, "speed").value_or("1"));
-    if (!seed) problem = "the seed is not a number from 1 on";
-    if (!speed) problem = platform::kWrongPlaySpeed;
-    if (!seed || !speed) return nullptr;
-    return simulatorProducers(uri.target, static_cast<std::uint64_t>(*seed), *speed, problem);
+    if (!seed) return {nullptr, "the seed is not a number from 1 on", true};
+    if (!speed) return {nullptr, platform::kWrongPlaySpeed, true};
+    platform::SimulatorOrProblem made;
+    made.producers = simulatorProducers(uri.target, static_cast<std::uint64_t>(*seed), *speed, made.problem);
+    return made;
 }
 
 }  // namespace kestrix::app

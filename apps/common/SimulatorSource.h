@@ -14,6 +14,6 @@ platform::GeneratedDialer::MakeProducer simulatorProducers(const std::string& sc
                                                            double speed, std::string& problem);
 
 // The "simulator:" source, with the options seed=N and speed=N|max.
-platform::GeneratedDialer::MakeProducer simulatorSource(platform::AccessoryUri& uri, std::string& problem);
+platform::SimulatorOrProblem simulatorSource(platform::AccessoryUri& uri);
 
 }  // namespace kestrix::app

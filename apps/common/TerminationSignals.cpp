@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
-#include <QSocketNotifier>
 
 #include <array>
 #include <atomic>
@@ -97,16 +96,6 @@ TerminationSignals::TerminationSignals() {
     }
 }
 
-TerminationSignals::TerminationSignals(std::function<void()> onSignal) : TerminationSignals() {
-    if (readEnd_ < 0) return;
-    notifier_ = std::make_unique<QSocketNotifier>(readEnd_, QSocketNotifier::Read);
-    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [this, onSignal = std::move(onSignal)] {
-                         notifier_->setEnabled(false);  // the pipe stays readable
-                         if (signal() != 0) onSignal();
-                     });
-}
-
 TerminationSignals::~TerminationSignals() {
     if (readEnd_ < 0) return;
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
@@ -114,7 +103,6 @@ TerminationSignals::~TerminationSignals() {
     }
     if (std::exchange(hasImpatience, false)) timer_delete(impatience);
     std::signal(SIGALRM, SIG_DFL);
-    notifier_.reset();
     close(static_cast<int>(writeEnd));
     writeEnd = -1;
     pauseEnd = -1;

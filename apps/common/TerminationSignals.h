@@ -1,10 +1,6 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
-#include <memory>
-
-class QSocketNotifier;
 
 namespace kestrix::app {
 
@@ -17,10 +13,8 @@ class TerminationSignals {
   public:
     static constexpr std::chrono::milliseconds kPatience{800};
 
-    // For who looks for himself, with signal() or by waiting for descriptor().
+    // For who looks for himself, with signal() or by waiting for descriptor(). TerminationNotifier calls.
     TerminationSignals();
-    // Calls from Qt's event loop.
-    explicit TerminationSignals(std::function<void()> onSignal);
     TerminationSignals(const TerminationSignals&) = delete;
     TerminationSignals& operator=(const TerminationSignals&) = delete;
     ~TerminationSignals();
@@ -36,7 +30,6 @@ class TerminationSignals {
 
   private:
     int readEnd_ = -1;
-    std::unique_ptr<QSocketNotifier> notifier_;
 };
 
 // Blocks so long, or until a signal has come that ends the process.

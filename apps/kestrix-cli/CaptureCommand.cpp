@@ -14,6 +14,7 @@
 #include "apps/kestrix-cli/CaptureTarget.h"
 #include "apps/kestrix-cli/CommandOptions.h"
 #include "apps/kestrix-cli/EventLoop.h"
+#include "apps/kestrix-cli/UriHelp.h"
 #include "platform/AccessoryManager.h"
 #include "platform/AccessorySources.h"
 #include "platform/AccessoryUri.h"

@@ -4,15 +4,11 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <utility>
 
-#include "apps/common/PrintableLog.h"
 #include "apps/kestrix-cli/CommandOptions.h"
-#include "apps/kestrix-cli/Commands.h"
 #include "apps/kestrix-cli/Output.h"
 #include "apps/kestrix-cli/Runner.h"
-#include "platform/Log.h"
 
 namespace kestrix::cli {
 namespace {
@@ -23,20 +19,23 @@ constexpr int kLongestSeconds = 1'000'000;
 struct Chosen {
     const Command* command = nullptr;
     Action action;
+    bool verbose = false;
 };
 
 // Only the command that is given tells its options, and when it is met: the others cost no time.
-void describeProgram(CLI::App& program, Runner& runner, Chosen& chosen) {
+void describeProgram(CLI::App& program, const ProgramParts& parts, Runner& runner, Chosen& chosen) {
     program.name("kestrix-cli");
     program.add_option("--settings", runner.settings, "Keep the link state in this file")->type_name("FILE");
+    program.add_flag("--verbose", chosen.verbose, "Say on standard error what happens");
     program.set_version_flag("--version", std::string("kestrix-cli ") + KESTRIX_VERSION);
     program.require_subcommand(0, 1);
     program.fallthrough();
-    for (const Command* command : allCommands()) {
+    for (const Command* command : parts.commands) {
         CLI::App* described = program.add_subcommand(command->name, command->summary);
         described->preparse_callback([described, command, &runner, &chosen](std::size_t) {
             CommandOptions options(*described);
-            chosen = {command, command->describe(options)};
+            chosen.command = command;
+            chosen.action = command->describe(options);
             described->add_option("--seconds", runner.seconds, "End after N seconds; 0 is never")
                 ->check(CLI::Range(0, kLongestSeconds))
                 ->type_name("N");
@@ -61,18 +60,17 @@ std::optional<Ending> readArguments(CLI::App& program, Runner& runner, const Cho
 
 }  // namespace
 
-int runCommandLine(int argc, char** argv) {
+int runCommandLine(int argc, char** argv, const ProgramParts& parts) {
     fillClosedDescriptors();
     ignoreClosedPipes();
-    platform::installLogFormat();
-    app::installPrintableLog([](std::string_view line) { standardError().line(line); });
     Runner runner(argc, argv);
     Chosen chosen;
     CLI::App program{
         "Kestrix on the command line: a handheld installation tester's readings without a display"};
-    describeProgram(program, runner, chosen);
+    describeProgram(program, parts, runner, chosen);
     if (const std::optional<Ending> ending = readArguments(program, runner, chosen))
         return runner.end(*ending);
+    if (parts.installLog) parts.installLog(chosen.verbose);
     return runner.run(*chosen.command, chosen.action);
 }
 

@@ -5,8 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/AccessorySources.h"
-
 namespace CLI {
 class App;
 }
@@ -35,9 +33,5 @@ class CommandOptions {
   private:
     CLI::App& command_;
 };
-
-// How a tester is named, for the help of a word that names one.
-inline const std::string kUriForms = platform::sourceForms();
-inline const char* const kUriHelp = kUriForms.c_str();
 
 }  // namespace kestrix::cli

@@ -56,9 +56,9 @@ class RecordLines {
 };
 
 // The link's own steps from text to records, without the link: a file has no state to follow or to keep.
-class JsonWriter {
+class RecordWriter {
   public:
-    JsonWriter(Runner& runner, bool screen) : runner_(runner), lines_(screen) {}
+    RecordWriter(Runner& runner, bool screen) : runner_(runner), lines_(screen) {}
 
     // False once the command is to stop.
     bool receive(std::span<const std::uint8_t> bytes) {
@@ -143,7 +143,7 @@ struct DecodeOptions {
 
 Ending decodeFile(Runner& runner, const std::string& file, bool screen) {
     Input input(file);
-    JsonWriter writer(runner, screen);
+    RecordWriter writer(runner, screen);
     const auto buffer = std::make_unique<std::array<std::uint8_t, kPieceBytes>>();
     std::uint64_t total = 0;
     while (const std::size_t count = input.read(*buffer, runner)) {

@@ -15,6 +15,7 @@
 #include "apps/kestrix-cli/CommandOptions.h"
 #include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/TesterProbe.h"
+#include "apps/kestrix-cli/UriHelp.h"
 #include "link/FrameListener.h"
 #include "platform/AccessorySources.h"
 

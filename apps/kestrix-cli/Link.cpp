@@ -29,6 +29,7 @@ Link::Link(const std::string& settings, platform::Scheduler& timers)
       connect(manager, defaults, app::pauseUnlessEnding) {}
 
 Ending Link::addSource(const std::string& uri) {
+    if (!defaults.problem().isEmpty()) return failed(defaults.problem().toStdString());
     platform::SourceOrProblem made =
         platform::makeAccessorySource(uri, scheduler, app::simulatorSource, link::makeFrameListener);
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};

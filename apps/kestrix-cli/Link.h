@@ -17,7 +17,8 @@ class Link {
     // it.
     Link(const std::string& settings, platform::Scheduler& scheduler);
 
-    // Looks for the tester at this URI. Anything but kDone is how the command ends.
+    // Looks for the tester at this URI. Anything but kDone is how the command ends, also because the settings
+    // may not be used.
     Ending addSource(const std::string& uri);
 
     // Why the tester is not found; empty when nothing is wrong.

@@ -13,6 +13,7 @@
 #include "apps/kestrix-cli/EventLoop.h"
 #include "apps/kestrix-cli/Link.h"
 #include "apps/kestrix-cli/TerminalDisplay.h"
+#include "apps/kestrix-cli/UriHelp.h"
 #include "display/Steps.h"
 
 namespace kestrix::cli {

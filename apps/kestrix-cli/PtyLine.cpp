@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -20,6 +21,8 @@ namespace fs = std::filesystem;
 // A pseudo terminal has no event for "a client has opened it".
 constexpr platform::Scheduler::Duration kLookInterval{20};
 constexpr std::size_t kUnsentMost = 4096;
+// What a client has to read what is under way when the line is hung up.
+constexpr platform::Scheduler::Duration kReadingTime{1000};
 
 std::string systemMessage(int error) {
     return std::generic_category().message(error);
@@ -84,11 +87,30 @@ void PtyLine::closeTerminal() {
     if (fs::read_symlink(link_, ignored) == terminal_) fs::remove(link_, ignored);
     close(std::exchange(master_, -1));
     unsent_.clear();
+    hangsUpBy_.reset();
 }
 
 bool PtyLine::clientIsThere() const {
     pollfd state{master_, POLLIN, 0};
     return poll(&state, 1, 0) >= 0 && (state.revents & POLLHUP) == 0;
+}
+
+// Only the client's end tells what waits there. One that is held exclusively cannot be asked.
+bool PtyLine::clientHasReadAll() const {
+    if (!unsent_.empty()) return false;
+    const int slave = ::open(terminal_.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (slave < 0) return false;
+    pollfd arrived{slave, POLLIN, 0};
+    poll(&arrived, 1, 0);  // brings what is still between the ends to where it is counted
+    int waiting = 0;
+    const bool known = ioctl(slave, FIONREAD, &waiting) == 0;
+    close(slave);
+    return known && waiting == 0;
+}
+
+void PtyLine::finishHangingUp() {
+    flush();
+    if (!clientIsThere() || clientHasReadAll() || scheduler_.now() >= *hangsUpBy_) closeTerminal();
 }
 
 void PtyLine::look() {
@@ -97,6 +119,7 @@ void PtyLine::look() {
         if (isFree(link_)) openTerminal();  // else, and when it fails, at the next look
         return;
     }
+    if (hangsUpBy_) return finishHangingUp();
     const bool there = clientIsThere();
     if (!there) unsent_.clear();
     if (there && !tester_.playing()) tester_.clientCame();
@@ -110,7 +133,7 @@ void PtyLine::look() {
 }
 
 std::size_t PtyLine::room() const {
-    return master_ >= 0 && unsent_.empty() ? kUnsentMost : 0;
+    return master_ >= 0 && !hangsUpBy_ && unsent_.empty() ? kUnsentMost : 0;
 }
 
 void PtyLine::write(std::span<const std::uint8_t> bytes) {
@@ -126,9 +149,10 @@ void PtyLine::flush() {
     }
 }
 
-// The client reads to the end what is under way and then meets the hang-up; look() opens the next terminal.
+// The kernel throws away what the client has not read when the line is hung up. So look() waits until he has,
+// but not for ever, before it closes the terminal; then it opens the next one.
 void PtyLine::hangUp() {
-    closeTerminal();
+    if (master_ >= 0 && !hangsUpBy_) hangsUpBy_ = scheduler_.now() + kReadingTime;
 }
 
 }  // namespace kestrix::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,8 @@ class PtyLine final : public LineEnd {
     std::string openTerminal();
     void closeTerminal();
     bool clientIsThere() const;
+    bool clientHasReadAll() const;
+    void finishHangingUp();
     void look();
     void flush();
 
@@ -40,6 +43,7 @@ class PtyLine final : public LineEnd {
     std::filesystem::path terminal_;  // that the link leads to
     int master_ = -1;
     std::vector<std::uint8_t> unsent_;
+    std::optional<platform::Scheduler::TimePoint> hangsUpBy_;  // while the client reads the rest
     platform::Scheduler::Timer timer_;
 };
 

@@ -22,7 +22,7 @@ void TesterLine::clientCame() {
     }
     channel_->events.bytesAvailable = [this] { pump(); };
     channel_->events.closed = [this](const std::string&) {
-        pump();
+        sendTheRest();
         clientLeft();
         end_.hangUp();
     };
@@ -33,6 +33,14 @@ void TesterLine::clientLeft() {
     channel_->close();
     buried_ = std::move(channel_);
     burial_ = scheduler_.callAfter(platform::Scheduler::Duration{0}, [this] { buried_.reset(); });
+}
+
+// The channel has ended, and holds no more than its buffer.
+void TesterLine::sendTheRest() {
+    std::array<std::uint8_t, 4096> bytes;
+    std::ptrdiff_t count = 0;
+    while ((count = channel_->read(bytes.data(), bytes.size())) > 0)
+        end_.write(std::span(bytes).first(static_cast<std::size_t>(count)));
 }
 
 void TesterLine::pump() {

@@ -12,8 +12,9 @@ namespace kestrix::cli {
 class LineEnd {
   public:
     virtual ~LineEnd() = default;
-    virtual std::size_t room() const = 0;                         // bytes that write() takes now
-    virtual void write(std::span<const std::uint8_t> bytes) = 0;  // at most room()
+    virtual std::size_t room() const = 0;  // bytes that write() takes now
+    // At most room(), or the last bytes before hangUp().
+    virtual void write(std::span<const std::uint8_t> bytes) = 0;
     virtual void hangUp() = 0;
 };
 
@@ -33,6 +34,8 @@ class TesterLine {
     void pump();
 
   private:
+    void sendTheRest();
+
     platform::GeneratedDialer dialer_;
     LineEnd& end_;
     platform::Scheduler& scheduler_;

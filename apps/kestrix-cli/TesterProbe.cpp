@@ -1,5 +1,7 @@
 #include "apps/kestrix-cli/TesterProbe.h"
 
+#include <fmt/format.h>
+
 #include <array>
 #include <span>
 #include <utility>
@@ -8,6 +10,31 @@
 #include "protocol/KV3820protocal.h"
 
 namespace kestrix::cli {
+namespace {
+
+using platform::FailedStep;
+
+struct StepWord {
+    FailedStep step;
+    const char* word;
+};
+
+constexpr StepWord kStepWords[] = {
+    {FailedStep::Adapter, "adapter"},          {FailedStep::Pairing, "pairing"},
+    {FailedStep::Missing, "missing"},          {FailedStep::Rights, "rights"},
+    {FailedStep::Busy, "port busy"},           {FailedStep::Refused, "refused"},
+    {FailedStep::NoAnswer, "no answer"},       {FailedStep::NoBytes, "no bytes"},
+    {FailedStep::NoFrames, "no valid frames"}, {FailedStep::Ended, "connection ended"},
+};
+
+const char* wordOf(FailedStep step) {
+    for (const StepWord& row : kStepWords) {
+        if (row.step == step) return row.word;
+    }
+    return "failed";
+}
+
+}  // namespace
 
 TesterProbe::TesterProbe(std::unique_ptr<platform::AccessorySource> source, std::function<void()> found)
     : source_(std::move(source)), found_(std::move(found)) {
@@ -53,9 +80,14 @@ void TesterProbe::stream(platform::Stream&, platform::StreamEvent event) {
 
 std::string TesterProbe::report() const {
     if (found()) return function_.empty() ? "a tester" : "a tester, at " + function_;
-    if (bytes_ > 0) return "not found: bytes come, but no valid frame";
-    if (!source_->problem().empty()) return "not found: " + source_->problem();
-    return "not found: no answer";
+    FailedStep step = source_->failedStep();
+    std::string text = source_->problem();
+    if (step == FailedStep::None && bytes_ > 0) {  // whole frames, of a function that there is not
+        step = FailedStep::NoFrames;
+        text = "bytes come, but no valid frame";
+    }
+    if (step == FailedStep::None) return "not found: no answer yet";
+    return fmt::format("not found: {} ({})", wordOf(step), text);
 }
 
 }  // namespace kestrix::cli

@@ -22,7 +22,7 @@ class TesterProbe final : private platform::AccessorySourceObserver, private pla
 
     bool found() const { return foundTester_; }
     std::string uri() const { return source_->uri(); }
-    // The tester's function, or the step that fails, as one line.
+    // The tester's function, or the step that fails and the source's own reason, as one line.
     std::string report() const;
 
   private:

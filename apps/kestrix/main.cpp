@@ -9,7 +9,7 @@
 
 #include "apps/common/PrintableLog.h"
 #include "apps/common/SimulatorSource.h"
-#include "apps/common/TerminationSignals.h"
+#include "apps/common/TerminationNotifier.h"
 #include "apps/kestrix/Options.h"
 #include "apps/kestrix/Tour.h"
 #include "apps/kestrix/TourFolder.h"
@@ -65,7 +65,7 @@ int showWindow(const Options& options) {
     if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
     if (!window.load()) return fail("the views do not load", kFailed);
     window.show();
-    const kestrix::app::TerminationSignals signals([] { QCoreApplication::quit(); });
+    const kestrix::app::TerminationNotifier signals([] { QCoreApplication::quit(); });
     return QGuiApplication::exec();
 }
 

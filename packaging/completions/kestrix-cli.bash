@@ -65,7 +65,7 @@ _kestrix_cli_complete() {
     esac
 
     if [[ $cur == -?* ]]; then
-        local options='--settings --help'
+        local options='--settings --verbose --help'
         [[ -n $command ]] && options+=' --seconds'
         case $command in
             '') options+=' --version' ;;

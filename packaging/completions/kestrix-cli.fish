@@ -23,6 +23,7 @@ end
 
 complete -c kestrix-cli -f
 complete -c kestrix-cli -l settings -r -F -d 'Keep the link state in this file'
+complete -c kestrix-cli -l verbose -d 'Say on standard error what happens'
 complete -c kestrix-cli -s h -l help -d 'Tell what can be given'
 complete -c kestrix-cli -n __fish_use_subcommand -l version -d 'Tell the version'
 

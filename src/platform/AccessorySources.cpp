@@ -60,12 +60,10 @@ DialerOrProblem makeReplay(AccessoryUri& uri, const Surroundings& surroundings) 
 }
 
 DialerOrProblem makeSimulator(AccessoryUri& uri, const Surroundings& surroundings) {
-    std::string problem;
-    GeneratedDialer::MakeProducer make =
-        surroundings.simulator ? surroundings.simulator(uri, problem) : nullptr;
-    if (!make)
-        return {nullptr, surroundings.simulator ? problem : "there is no simulator in this program", false};
-    return {std::make_unique<GeneratedDialer>(std::move(make), surroundings.scheduler), {}};
+    if (!surroundings.simulator) return {nullptr, "there is no simulator in this program", false};
+    SimulatorOrProblem made = surroundings.simulator(uri);
+    if (!made.producers) return {nullptr, made.problem, made.wrongUri};
+    return {std::make_unique<GeneratedDialer>(std::move(made.producers), surroundings.scheduler), {}};
 }
 
 struct Row {

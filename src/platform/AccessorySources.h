@@ -20,10 +20,15 @@ struct SourceOrProblem {
     bool wrongUri = false;  // the URI itself is wrong, rather than what it names
 };
 
-// Makes the producers of a "simulator:" URI; the application supplies it. It takes the options that it knows
-// out of the URI. None, with the reason in `problem`, when it cannot.
-using SimulatorFactory =
-    std::function<GeneratedDialer::MakeProducer(AccessoryUri& uri, std::string& problem)>;
+// The producers of a "simulator:" URI, or why there are none.
+struct SimulatorOrProblem {
+    GeneratedDialer::MakeProducer producers;
+    std::string problem;
+    bool wrongUri = false;  // an option is wrong, rather than that there is no such scenario
+};
+
+// Makes them; the application supplies it. It takes the options that it knows out of the URI.
+using SimulatorFactory = std::function<SimulatorOrProblem(AccessoryUri& uri)>;
 
 // One kind of source, as help texts and errors tell it.
 struct SourceKind {

@@ -5,6 +5,7 @@
 
 #include <sys/ioctl.h>
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -84,9 +85,10 @@ TEST(Devices, TellsTheStepThatFails) {
         run({"devices", refused, missing, busy, silent.uri(), "--seconds", kLongEnough}, {}, setup);
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(linesOf(result.output),
-                ElementsAre(refused + "  not found: Connection refused",
-                            missing + "  not found: no such port", busy + "  not found: the port is busy",
-                            silent.uri() + "  not found: connected, but no bytes come"));
+                ElementsAre(refused + "  not found: refused (Connection refused)",
+                            missing + "  not found: missing (no such port)",
+                            busy + "  not found: port busy (the port is busy)",
+                            silent.uri() + "  not found: no bytes (connected, but no bytes come)"));
     EXPECT_THAT(complaintsIn(result.error), ElementsAre("kestrix-cli: 4 of 4 not found"));
 }
 
@@ -102,9 +104,22 @@ TEST(Devices, BytesButNoFrame) {
     sendAll(second, bytesOf(testing::FrameBuilder('2').function('9')));
     EXPECT_EQ(program.wait(), 1);
     EXPECT_THAT(linesOf(program.output()),
-                ElementsAre(garbage.uri() + "  not found: bytes come, but no valid frame",
-                            unknown.uri() + "  not found: bytes come, but no valid frame"));
+                ElementsAre(garbage.uri() + "  not found: no valid frames (bytes come, but no valid frame)",
+                            unknown.uri() + "  not found: no valid frames (bytes come, but no valid frame)"));
     EXPECT_THAT(complaintsIn(program.error()), ElementsAre("kestrix-cli: 2 of 2 not found"));
+}
+
+// The peer is dialled anew after a silence. What is known of it is what it sent before.
+TEST(Devices, BytesButNoFrameIsStillSaidWhenThePeerIsDialledAnew) {
+    const Listener garbage;
+    Program program({"devices", garbage.uri(), "--seconds", "0"});
+    const Descriptor first = garbage.accept();
+    sendAll(first, std::string(100, '\x7E'));
+    const Descriptor again = garbage.accept();
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.waitForEnd(), -SIGTERM);
+    EXPECT_THAT(linesOf(program.output()),
+                ElementsAre(garbage.uri() + "  not found: no valid frames (bytes come, but no valid frame)"));
 }
 
 // The report and the status say the same, even where the tester's position has no name.
@@ -136,6 +151,12 @@ TEST(Devices, AWrongOneIsToldBeforeAnyIsLookedAt) {
     EXPECT_EQ(wrong.status, 2);
     EXPECT_EQ(wrong.output, "");
     EXPECT_THAT(linesOf(wrong.error), ElementsAre(StartsWith("kestrix-cli: radio:x: ")));
+
+    for (const char* uri :
+         {"simulator:?seed=x", "simulator:?speed=x", "simulator:castle?seed=x", "simulator:?wind=1"}) {
+        EXPECT_EQ(run({"devices", uri}).status, 2) << uri;
+        EXPECT_EQ(run({"monitor", uri}).status, 2) << uri;
+    }
 
     const Result missing = run({"devices", "simulator:castle"});
     EXPECT_EQ(missing.status, 1);

@@ -8,9 +8,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/cli/Program.h"
@@ -157,6 +161,71 @@ TEST_F(Simulate, ASerialPortIsRaw) {
     ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
     const Descriptor port = openPort(path("port"));
     EXPECT_EQ(receive(port, 7 * kFrame), expected);
+}
+
+// How often this process has waited for something.
+long waitsOf(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    const std::string name = "voluntary_ctxt_switches:";
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with(name)) return std::stol(line.substr(name.size()));
+    }
+    return -1;
+}
+
+// What a process does tells nobody: it is looked at, again and again.
+bool comesTrue(const std::function<bool()>& condition) {
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (std::chrono::steady_clock::now() < limit) {
+        if (condition()) return true;
+        std::this_thread::yield();
+    }
+    return false;
+}
+
+// Masters of pseudo terminals that it has open.
+int terminalsOf(pid_t process) {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc/" + std::to_string(process) + "/fd")) {
+        std::error_code gone;
+        if (fs::read_symlink(entry, gone).filename() == "ptmx") ++count;
+    }
+    return count;
+}
+
+const std::string kBurstAndOff =
+    "rate max\nrepeat forever\nfunction insulation voltage=500 reference=1.0\nreading 1 5.0 Mohm\n"
+    "burst 100 frames\nswitch-off 10ms\n";
+
+TEST_F(Simulate, WhatCameBeforeAHangUpOfTheSerialPortArrives) {
+    const std::string file = scenario(kBurstAndOff);
+    Program program({"simulate", "--pty", path("port"), "--scenario", file});
+    ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
+    for (int i = 0; i < 3; ++i) {
+        Descriptor port;
+        ASSERT_TRUE(comesTrue([&] { return (port = openPort(path("port"))).isOpen(); }));
+        EXPECT_EQ(receiveToEnd(port).size(), 100 * kFrame);
+    }
+}
+
+TEST_F(Simulate, ASerialPortWhoseNameCannotBeMadeIsTriedAgain) {
+    const std::string file = scenario(kBurstAndOff);
+    fs::create_directory(path("folder"));
+    Program program({"simulate", "--pty", path("folder/port"), "--scenario", file});
+    ASSERT_TRUE(program.waitForOutput("\n")) << program.error();
+    const Descriptor port = openPort(path("folder/port"));
+    ASSERT_TRUE(port.isOpen());
+    fs::remove_all(path("folder"));
+    EXPECT_EQ(receiveToEnd(port).size(), 100 * kFrame);
+    ASSERT_TRUE(comesTrue([&] { return terminalsOf(program.id()) == 0; }));
+    const long before = waitsOf(program.id());
+    ASSERT_TRUE(comesTrue([&] { return waitsOf(program.id()) > before + 5; })) << "it tries in between";
+    EXPECT_EQ(terminalsOf(program.id()), 0);
+    fs::create_directory(path("folder"));
+    Descriptor later;
+    ASSERT_TRUE(comesTrue([&] { return (later = openPort(path("folder/port"))).isOpen(); }));
+    EXPECT_EQ(receive(later, kFrame).size(), kFrame);
+    EXPECT_EQ(terminalsOf(program.id()), 1);
 }
 
 TEST_F(Simulate, LeavesAnythingElseOfThatNameAlone) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 using Arguments = std::vector<std::string>;
@@ -103,6 +105,54 @@ TEST(Usage, NoControlCharacterOfAnArgumentReachesTheTerminal) {
     for (const char* control : {"\x1b", "\x7f", "\xc2\x9b", "\r"})
         EXPECT_THAT(result.error, ::testing::Not(HasSubstr(control)));
     EXPECT_THAT(linesOf(result.error), ElementsAre(StartsWith("kestrix-cli: a")));
+}
+
+// Most of the time that a start takes goes into loading libraries.
+TEST(Start, WhatNeedsNoLinkLoadsNothingOfQt) {
+    Surroundings setup;
+    setup.environment = {
+        "LD_TRACE_LOADED_OBJECTS=1"};  // the system names the libraries instead of starting it
+    const Result libraries = run({"decode"}, {}, setup);
+    EXPECT_THAT(libraries.output, HasSubstr("libc.so"));
+    EXPECT_THAT(libraries.output, Not(HasSubstr("Qt")));
+}
+
+// The program becomes another one, which says so where it is missing.
+TEST(Start, AnInstallationWithoutItsOtherHalfSaysSo) {
+    const QTemporaryDir folder;
+    const std::string alone = folder.path().toStdString() + "/bin";
+    std::filesystem::create_directory(alone);
+    std::filesystem::copy_file(KESTRIX_BINARY_DIR "/bin/kestrix-cli", alone + "/kestrix-cli");
+    Surroundings setup;
+    setup.ownSettings = false;
+    setup.program = std::filesystem::relative(alone + "/kestrix-cli", KESTRIX_BINARY_DIR "/bin").string();
+    EXPECT_EQ(run({"--version"}, {}, setup).status, 0);
+    const Result devices = run({"devices"}, {}, setup);
+    EXPECT_EQ(devices.status, 1);
+    EXPECT_THAT(linesOf(devices.error),
+                ElementsAre(AllOf(StartsWith("kestrix-cli: the installation is not complete: "),
+                                  HasSubstr("No such file or directory"))));
+}
+
+TEST(Settings, AForeignFileIsRefusedWithOneLine) {
+    const QTemporaryDir folder;
+    const std::string foreign = folder.path().toStdString() + "/foreign.ini";
+    writeFile(foreign, "[user]\nname=Jo\n");
+    const Result result = run({"monitor", "simulator:", "--settings", foreign});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "");
+    EXPECT_THAT(linesOf(result.error), ElementsAre(AllOf(StartsWith("kestrix-cli: "), HasSubstr(foreign))));
+    EXPECT_EQ(contentOf(foreign), "[user]\nname=Jo\n");
+}
+
+TEST(Verbose, SaysWhatHappens) {
+    Surroundings setup;
+    setup.environment = {"QT_LOGGING_RULES="};
+    const std::vector<std::string> monitor{"monitor", "tcp://127.0.0.1:1", "--seconds", "1"};
+    EXPECT_THAT(run(monitor, {}, setup).error, Not(HasSubstr("info kestrix.accessory: ")));
+    std::vector<std::string> verbose = monitor;
+    verbose.push_back("--verbose");
+    EXPECT_THAT(run(verbose, {}, setup).error, HasSubstr("info kestrix.accessory: "));
 }
 
 }  // namespace

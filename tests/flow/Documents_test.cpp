@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "apps/kestrix-cli/Commands.h"
+
 namespace kestrix {
 namespace {
 
@@ -202,7 +204,9 @@ TEST(Documents, EveryExampleNamesACommandAndOptionsThatExist) {
 
 TEST(Documents, EveryOptionOfEveryCommandIsDescribed) {
     const std::string text = contentOf(kRoot / "docs/command-line.md");
-    for (const std::string command : {"", "decode", "monitor", "capture", "simulate", "devices"}) {
+    std::vector<std::string> commands{""};
+    for (const cli::Command* command : cli::allCommands()) commands.emplace_back(command->name);
+    for (const std::string& command : commands) {
         const Help help = helpOf(command);
         EXPECT_TRUE(help.known) << command;
         for (const auto* options : {&help.flags, &help.valued}) {

@@ -74,9 +74,10 @@ TEST_F(AccessorySourcesTest, EveryKindHasItsRow) {
 
 TEST_F(AccessorySourcesTest, TheSimulatorComesFromTheApplication) {
     std::string asked;
-    const auto made = make("simulator:garage", [&](AccessoryUri& uri, std::string&) {
+    const auto made = make("simulator:garage", [&](AccessoryUri& uri) {
         asked = uri.target;
-        return [](std::string&) -> std::unique_ptr<ByteProducer> { return nullptr; };
+        return SimulatorOrProblem{
+            [](std::string&) -> std::unique_ptr<ByteProducer> { return nullptr; }, {}, false};
     });
     EXPECT_NE(made.source, nullptr);
     EXPECT_EQ(asked, "garage");

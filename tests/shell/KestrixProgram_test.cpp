@@ -10,7 +10,9 @@
 #include <filesystem>
 #include <utility>
 
+#include "tests/cli/Frames.h"
 #include "tests/cli/Program.h"
+#include "tests/cli/Sockets.h"
 #include "tests/storage/Connection.h"
 
 namespace kestrix {
@@ -19,7 +21,7 @@ namespace {
 using cli::Program;
 using cli::Surroundings;
 
-class KestrixProgram : public testing::Test {
+class KestrixProgram : public ::testing::Test {
   protected:
     Surroundings setup() const {
         Surroundings made;
@@ -75,6 +77,7 @@ TEST_F(KestrixProgram, WrongUsageIsOneLineAndTwo) {
 TEST_F(KestrixProgram, AWrongUriIsTwoAndAMissingThingOneAndBothAreOneLineAndMakeNothing) {
     const std::pair<const char*, int> uris[] = {{"morse:key", 2},
                                                 {"tcp://nowhere", 2},
+                                                {"simulator:?seed=x", 2},
                                                 {"simulator:no-such-scenario", 1},
                                                 {"replay:/no/such/file", 1}};
     for (const auto& [uri, status] : uris) {
@@ -185,6 +188,20 @@ TEST_F(KestrixProgram, ShowsTheSimulatorKeepsItsDatabaseAndEndsOnASignal) {
         EXPECT_EQ(database.value("SELECT count(*) FROM measurefrom"), "0");
         EXPECT_EQ(database.value("SELECT count(*) FROM recordfrom"), "0");
     }
+}
+
+// Before it closes the session of a tester that has gone it waits for a second, which is longer than its
+// patience with itself.
+TEST_F(KestrixProgram, EndsInOrderOnASignalWhileItWaitsForALostTester) {
+    const cli::Listener listener;
+    Program program({"--connect", listener.uri(), "--documents", path("documents")}, setup());
+    cli::Descriptor tester = listener.accept();
+    cli::sendAll(tester, cli::insulationFrame(5));
+    ASSERT_TRUE(program.waitForError("状态:1")) << program.error();
+    tester.reset();
+    ASSERT_TRUE(program.waitForError("====非连接====")) << program.error();
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0) << program.error();
 }
 
 TEST_F(KestrixProgram, KeepsTheLinkStateInItsSettings) {

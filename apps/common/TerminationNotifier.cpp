@@ -1,0 +1,21 @@
+#include "apps/common/TerminationNotifier.h"
+
+#include <QSocketNotifier>
+
+#include <utility>
+
+namespace kestrix::app {
+
+TerminationNotifier::TerminationNotifier(std::function<void()> onSignal) {
+    if (signals_.descriptor() < 0) return;
+    notifier_ = std::make_unique<QSocketNotifier>(signals_.descriptor(), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
+                     [this, onSignal = std::move(onSignal)] {
+                         notifier_->setEnabled(false);  // the pipe stays readable
+                         if (signals_.signal() != 0) onSignal();
+                     });
+}
+
+TerminationNotifier::~TerminationNotifier() = default;
+
+}  // namespace kestrix::app

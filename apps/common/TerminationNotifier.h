@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "apps/common/TerminationSignals.h"
+
+class QSocketNotifier;
+
+namespace kestrix::app {
+
+// Calls from Qt's event loop, once, when the first signal has come that ends the process. It has to come
+// after the application object.
+class TerminationNotifier {
+  public:
+    explicit TerminationNotifier(std::function<void()> onSignal);
+    TerminationNotifier(const TerminationNotifier&) = delete;
+    TerminationNotifier& operator=(const TerminationNotifier&) = delete;
+    ~TerminationNotifier();
+
+  private:
+    TerminationSignals signals_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+}  // namespace kestrix::app
