@@ -2,6 +2,9 @@
 
 #include <QString>
 
+#include <functional>
+#include <string>
+
 namespace kestrix::platform {
 
 // The folder that holds the user's database and exports.
@@ -15,6 +18,13 @@ class DocumentsFolder {
     static QString simulatedPath();
 
     QString path() const { return path_; }
+
+    // Asked before a file in the folder is opened, of this object and its copies: why it is not to be
+    // touched, in one line; empty: it may be. None: it may always be.
+    using Guard = std::function<std::string()>;
+    void setGuard(Guard guard) { guard_ = std::move(guard); }
+    std::string whyKeptOut() const { return guard_ ? guard_() : std::string(); }
+
     QString filePath(const QString& name) const;
 
     // Whether both are one folder, by whatever name.
@@ -27,6 +37,7 @@ class DocumentsFolder {
 
   private:
     QString path_;
+    Guard guard_;
 };
 
 }  // namespace kestrix::platform

@@ -81,8 +81,17 @@ bool moveAside(const QString& path, QString& aside) {
 
 // Not QSettings: a process killed while it takes the lock beside the file makes the next one wait 30 s for
 // it.
-UserDefaults::UserDefaults(const QString& path)
+UserDefaults::UserDefaults(const QString& path, Start start)
     : path_(path), folderWasThere_(QFileInfo(QFileInfo(path).absolutePath()).isDir()) {
+    if (start == Start::Reads) {
+        readNow();
+    } else if (read(values_) != File::Ours) {
+        values_.clear();
+    }
+}
+
+void UserDefaults::readNow() {
+    values_.clear();
     if (readOrMoveAside(values_) == File::Ours) keepPrivate(path_);
 }
 

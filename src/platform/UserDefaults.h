@@ -15,8 +15,15 @@ namespace kestrix::platform {
 // file that cannot be written is said in one log line, until it can.
 class UserDefaults {
   public:
+    // Whether a file that does not parse is moved aside at once, or, where another process may be at it, left
+    // until readNow() or the first change.
+    enum class Start { Reads, LooksOnly };
+
     // path: the ini file; it and its folder are made by the first change.
-    explicit UserDefaults(const QString& path);
+    explicit UserDefaults(const QString& path, Start start = Start::Reads);
+
+    // What stands in the file now.
+    void readNow();
 
     // The file in the user's configuration folder.
     static QString standardPath();

@@ -1,6 +1,7 @@
 #include "shell/AppDelegate.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <utility>
@@ -31,6 +32,13 @@ Readings kindOf(bool simulated) {
     return simulated ? Readings::MadeUp : Readings::Measured;
 }
 
+QByteArray purposeOf(std::vector<std::string> uris) {
+    std::sort(uris.begin(), uris.end());
+    QByteArray all;
+    for (const std::string& uri : uris) all += QByteArray::fromStdString(uri) + '\n';
+    return all;
+}
+
 QString documentsFor(const LaunchOptions& options, bool simulated) {
     if (!options.documents.isEmpty()) return options.documents;
     return simulated ? platform::DocumentsFolder::simulatedPath() : platform::DocumentsFolder::standardPath();
@@ -51,7 +59,7 @@ AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
       simulated_(anyMadeUp(options_.uris)),
       documents_(documentsFor(options_, simulated_)),
-      defaults_(settingsFor(options_, documents_)),
+      defaults_(settingsFor(options_, documents_), platform::UserDefaults::Start::LooksOnly),
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
@@ -68,6 +76,7 @@ bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     std::optional<Sources> sources = makeSources();
     if (!sources || !mayUseFolder() || !hasFolder()) return false;
     dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_);
+    if (!options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);  // in the database as well
     readStorage();
     mainView_.loadView();
     mainView_.viewWillAppear();
@@ -87,24 +96,45 @@ bool AppDelegate::mayUseFolder() {
     const bool real = !std::all_of(options_.uris.begin(), options_.uris.end(), isMadeUp);
     if (real && simulated_)
         return fail("a tester and made-up readings (simulator:, replay:) need a window each", kWrongUsage);
+    const QFileInfo chosen(options_.documents);
+    if (!options_.documents.isEmpty() && chosen.exists() && !chosen.isDir())
+        return fail(options_.documents.toStdString() + " is no folder", kWrongUsage);
     if (!defaults_.problem().isEmpty()) return fail(defaults_.problem().toStdString(), kFailed);
-    const std::string why =
-        options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_);
+    const std::string why = whyReadingsAreKeptOut();
     return why.empty() || fail(why, kWrongUsage);
+}
+
+std::string AppDelegate::whyReadingsAreKeptOut() const {
+    return options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_);
+}
+
+// The folder may have been away, and come back as somebody else's.
+std::string AppDelegate::whyFolderIsKeptOut() {
+    if (claim_.covers()) return {};
+    if (!claim_.takeAgain()) return documents_.path().toStdString() + " is in use by " + claim_.holder();
+    std::string why = whyReadingsAreKeptOut();
+    if (why.empty() && !options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);
+    if (!why.empty()) claim_.letGo();
+    return why;
 }
 
 bool AppDelegate::hasFolder() {
     const bool there = documents_.ensure();  // the display is live without it
     const std::string folder = documents_.path().toStdString();
-    switch (claim_.take(documents_.path())) {
+    switch (claim_.take(documents_.path(), purposeOf(options_.uris))) {
         case FolderClaim::Answer::Ours:
             break;
         case FolderClaim::Answer::Shown:
             return fail("a window on " + folder + " is open already, and was brought forward", 0);
+        case FolderClaim::Answer::Other:
+            return fail("a window on " + folder +
+                            " is open already, and was brought forward; it goes on with its own testers",
+                        kFailed);
         case FolderClaim::Answer::Held:
             return fail(folder + " is in use by " + claim_.holder(), kFailed);
     }
     // Another window may have been here since it was asked first.
+    defaults_.readNow();
     if (!mayUseFolder()) return false;
     if (there && !options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);
     return true;
@@ -154,6 +184,7 @@ std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
 }
 
 ui::Services AppDelegate::makeServices() {
+    documents_.setGuard([this] { return whyFolderIsKeptOut(); });
     return {
         .defaults = defaults_,
         .documents = documents_,

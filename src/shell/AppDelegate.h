@@ -87,6 +87,8 @@ class AppDelegate {
     std::optional<Sources> makeSources();
     bool mayUseFolder();
     bool hasFolder();
+    std::string whyReadingsAreKeptOut() const;
+    std::string whyFolderIsKeptOut();
     void readStorage();
     bool fail(const std::string& problem, int exitStatus);
     void wait(std::chrono::milliseconds duration) const;

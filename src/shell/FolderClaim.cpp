@@ -23,15 +23,17 @@ namespace kestrix::shell {
 namespace {
 
 constexpr const char* kLockFile = "kestrix.lock";
+constexpr const char* kSomebody = "another program";
 constexpr const char* kShown = "shown\n";
+constexpr const char* kShownOther = "shown, for something else\n";
 constexpr int kPatience = 2000;  // milliseconds
 constexpr qint64 kLongestRequest = 4096;
 // What a desktop hands to a start, so that the window which answers it may take the keyboard.
 constexpr const char* kActivation = "XDG_ACTIVATION_TOKEN";
 
 // By the folder itself, whatever it is called. Needs no file, so nothing of it is left behind.
-QString socketName(const struct stat& folder) {
-    return QStringLiteral("kestrix-window-%1-%2-%3").arg(geteuid()).arg(folder.st_dev).arg(folder.st_ino);
+QString socketName(std::uint64_t device, std::uint64_t file) {
+    return QStringLiteral("kestrix-window-%1-%2-%3").arg(geteuid()).arg(device).arg(file);
 }
 
 // By where the folder stands or would stand.
@@ -72,16 +74,9 @@ bool isOfThisUser(const QLocalSocket& peer) {
            who.uid == ::geteuid();
 }
 
-bool broughtForward(const QString& name) {
-    QLocalSocket socket;
-    socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
-    socket.connectToServer(name);
-    if (!socket.waitForConnected(kPatience) || !isOfThisUser(socket)) return false;
-    socket.write(qgetenv(kActivation).left(kLongestRequest - 1) + '\n');
-    while (!socket.canReadLine()) {
-        if (!socket.waitForReadyRead(kPatience)) return false;
-    }
-    return socket.readLine() == kShown;
+// A request is one line: the purpose, a blank, and what the desktop handed to the start.
+QByteArray requestFor(const QByteArray& purpose) {
+    return purpose + ' ' + qgetenv(kActivation).left(kLongestRequest / 2) + '\n';
 }
 
 }  // namespace
@@ -89,38 +84,89 @@ bool broughtForward(const QString& name) {
 FolderClaim::FolderClaim() = default;
 
 FolderClaim::~FolderClaim() {
-    if (lock_ >= 0) ::close(lock_);
+    letGo();
 }
 
-FolderClaim::Answer FolderClaim::take(const QString& folder) {
-    QStringList names{socketName(folder)};
+std::optional<FolderClaim::Identity> FolderClaim::present() const {
     struct stat state {};
-    if (::stat(QFile::encodeName(folder).constData(), &state) == 0) {
-        names.prepend(socketName(state));
-        const QByteArray path = QFile::encodeName(QDir(folder).filePath(QLatin1String(kLockFile)));
-        constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-        lock_ = ::open(path.constData(), kFlags, 0600);
-        if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
-            const bool held = errno == EWOULDBLOCK;
-            const std::string holder = contentOf(lock_);
-            if (held && !holder.empty() && isNumber(holder)) holder_ = "process " + holder;
-            ::close(std::exchange(lock_, -1));
-            if (held) return broughtForward(names.front()) ? Answer::Shown : Answer::Held;
-        }
-    }
-    for (const QString& name : names) {
-        if (listen(name)) continue;
-        servers_.clear();
-        if (lock_ >= 0) ::close(std::exchange(lock_, -1));
-        return broughtForward(name) ? Answer::Shown : Answer::Held;
-    }
-    if (lock_ >= 0) writeHolder(lock_);
-    return Answer::Ours;
+    if (::stat(QFile::encodeName(folder_).constData(), &state) != 0) return std::nullopt;
+    return Identity{state.st_dev, state.st_ino};
 }
 
-// False where another process has the name, or none can be had.
-bool FolderClaim::listen(const QString& name) {
-    QLocalServer* const server = servers_.emplace_back(std::make_unique<QLocalServer>()).get();
+FolderClaim::Answer FolderClaim::take(const QString& folder, const QByteArray& purpose) {
+    folder_ = folder;
+    if (!purpose.isEmpty()) purpose_ = QCryptographicHash::hash(purpose, QCryptographicHash::Sha256).toHex();
+    std::optional<QString> other = takeFolder();
+    if (!other) other = takePlace();
+    if (!other) return Answer::Ours;
+    letGo();
+    return askFor(*other);
+}
+
+// Has the window of who listens there brought forward.
+FolderClaim::Answer FolderClaim::askFor(const QString& name) const {
+    QLocalSocket socket;
+    socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
+    socket.connectToServer(name);
+    if (!socket.waitForConnected(kPatience) || !isOfThisUser(socket)) return Answer::Held;
+    socket.write(requestFor(purpose_));
+    while (!socket.canReadLine()) {
+        if (!socket.waitForReadyRead(kPatience)) return Answer::Held;
+    }
+    const QByteArray answer = socket.readLine();
+    if (answer == kShownOther) return Answer::Other;
+    return answer == kShown ? Answer::Shown : Answer::Held;
+}
+
+bool FolderClaim::covers() const {
+    const std::optional<Identity> now = present();
+    return !now || now == claimed_;
+}
+
+bool FolderClaim::takeAgain() {
+    letGo();
+    if (!takeFolder()) return true;
+    letGo();
+    return false;
+}
+
+void FolderClaim::letGo() {
+    claimed_.reset();
+    atFolder_.reset();
+    if (lock_ >= 0) ::close(std::exchange(lock_, -1));
+}
+
+std::optional<QString> FolderClaim::takeFolder() {
+    holder_ = kSomebody;
+    const std::optional<Identity> folder = present();
+    if (!folder) return std::nullopt;
+    const QString name = socketName(folder->device, folder->file);
+    const QByteArray path = QFile::encodeName(QDir(folder_).filePath(QLatin1String(kLockFile)));
+    constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    lock_ = ::open(path.constData(), kFlags, 0600);
+    if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
+        const bool held = errno == EWOULDBLOCK;
+        const std::string holder = contentOf(lock_);
+        if (held && !holder.empty() && isNumber(holder)) holder_ = "process " + holder;
+        ::close(std::exchange(lock_, -1));
+        if (held) return name;
+    }
+    atFolder_ = listen(name);
+    if (!atFolder_) return name;
+    if (lock_ >= 0) writeHolder(lock_);
+    claimed_ = folder;
+    return std::nullopt;
+}
+
+std::optional<QString> FolderClaim::takePlace() {
+    const QString name = socketName(folder_);
+    atPlace_ = listen(name);
+    return atPlace_ ? std::nullopt : std::optional(name);
+}
+
+FolderClaim::Server FolderClaim::listen(const QString& name) {
+    auto made = std::make_unique<QLocalServer>();
+    QLocalServer* const server = made.get();
     server->setSocketOptions(QLocalServer::AbstractNamespaceOption);
     QObject::connect(server, &QLocalServer::newConnection, server, [this, server] {
         while (QLocalSocket* const caller = server->nextPendingConnection()) {
@@ -129,17 +175,19 @@ bool FolderClaim::listen(const QString& name) {
             if (caller->bytesAvailable() > 0) answer(*caller);
         }
     });
-    return server->listen(name);
+    return server->listen(name) ? std::move(made) : nullptr;
 }
 
 void FolderClaim::answer(QLocalSocket& caller) {
     const bool line = caller.canReadLine();
     if (!isOfThisUser(caller) || (!line && caller.bytesAvailable() > kLongestRequest)) return caller.abort();
     if (!line) return;
-    const QByteArray token = caller.readLine(kLongestRequest).trimmed();
+    const QByteArray request = caller.readLine(kLongestRequest);
+    const QByteArray wanted = request.left(std::max<qsizetype>(request.indexOf(' '), 0));
+    const QByteArray token = request.mid(wanted.size()).trimmed();
     if (!token.isEmpty()) qputenv(kActivation, token);
     if (secondStart) secondStart();
-    caller.write(kShown);
+    caller.write(wanted.isEmpty() || wanted == purpose_ ? kShown : kShownOther);
     caller.disconnectFromServer();
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <vector>
 
 class QLocalServer;
 class QLocalSocket;
@@ -22,6 +24,7 @@ class FolderClaim {
     enum class Answer {
         Ours,   // this process has the folder
         Shown,  // another process has it, and has brought its window forward
+        Other,  // the same, and it was started for something else
         Held,   // another process has it and says nothing
     };
 
@@ -30,23 +33,50 @@ class FolderClaim {
     FolderClaim& operator=(const FolderClaim&) = delete;
     ~FolderClaim();
 
-    // folder: also one that is not there. To be called once. Waits for another process's answer for some
-    // seconds at most.
-    Answer take(const QString& folder);
+    // folder: also one that is not there. purpose: what it is wanted for, to tell Shown from Other; empty:
+    // whatever it is open for. To be called once. Waits for another process's answer for some seconds at
+    // most.
+    Answer take(const QString& folder, const QByteArray& purpose);
 
-    // The process that has the folder, after Held: "process 1234", or "another program".
+    // Whether what stands there now is what was claimed; true too while nothing does. A folder that was away
+    // and has come back, or another one in its place, is not.
+    bool covers() const;
+    // Claims what stands there now. False when another process has it; its window is left where it is.
+    bool takeAgain();
+    // Gives up what stands there.
+    void letGo();
+
+    // The process that has the folder, after Held and after false: "process 1234", or "another program".
     const std::string& holder() const { return holder_; }
 
     // Called from the event loop when somebody starts a second window on the folder.
     std::function<void()> secondStart;
 
   private:
-    bool listen(const QString& name);
+    using Server = std::unique_ptr<QLocalServer>;
+    struct Identity {
+        std::uint64_t device = 0;
+        std::uint64_t file = 0;
+        bool operator==(const Identity&) const = default;
+    };
+
+    // None: there is no such folder.
+    std::optional<Identity> present() const;
+    // The name at which to ask for the window of who has it; none: it is ours.
+    std::optional<QString> takeFolder();
+    std::optional<QString> takePlace();
+    Answer askFor(const QString& name) const;
+    // None where another process has the name, or none can be had.
+    Server listen(const QString& name);
     void answer(QLocalSocket& caller);
 
+    QString folder_;
+    QByteArray purpose_;  // in a form that is one word of any purpose
+    std::optional<Identity> claimed_;
     int lock_ = -1;
-    std::string holder_ = "another program";
-    std::vector<std::unique_ptr<QLocalServer>> servers_;
+    std::string holder_;
+    Server atFolder_;
+    Server atPlace_;
 };
 
 }  // namespace kestrix::shell

@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <optional>
+
 #include "platform/UserDefaults.h"
 #include "storage/ServiceDao.h"
 
@@ -17,33 +19,35 @@ QString noteIn(const platform::DocumentsFolder& folder) {
     return folder.filePath(QStringLiteral("kestrix.ini"));
 }
 
-// Empty: either may come.
-QString kindOf(const platform::DocumentsFolder& folder) {
-    if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return QLatin1String(kMeasured);
-    if (folder.isSameAs(platform::DocumentsFolder::simulatedPath())) return QLatin1String(kMadeUp);
-    const QString noted = platform::UserDefaults(noteIn(folder)).stringForKey(QLatin1String(kKey));
+// None: either may come.
+std::optional<Readings> kindOf(const platform::DocumentsFolder& folder) {
+    if (const auto marked = storage::markedReadings(folder)) return marked;
+    if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return Readings::Measured;
+    if (folder.isSameAs(platform::DocumentsFolder::simulatedPath())) return Readings::MadeUp;
+    const QString noted = platform::UserDefaults(noteIn(folder), platform::UserDefaults::Start::LooksOnly)
+                              .stringForKey(QLatin1String(kKey));
+    if (noted == QLatin1String(kMadeUp)) return Readings::MadeUp;
     const bool recorded = QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)));
-    return noted.isEmpty() && recorded ? QLatin1String(kMeasured) : noted;
+    return noted.isEmpty() && !recorded ? std::nullopt : std::optional(Readings::Measured);
 }
 
 }  // namespace
 
 std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folder) {
-    const QString kind = kindOf(folder);
-    if (kind.isEmpty()) return {};
+    if (kindOf(folder).value_or(readings) == readings) return {};
     const std::string path = folder.path().toStdString();
-    if (readings == Readings::MadeUp && kind != QLatin1String(kMadeUp))
-        return path + " holds what was measured; made-up readings (simulator:, replay:) are not kept there";
-    if (readings == Readings::Measured && kind != QLatin1String(kMeasured))
-        return path + " holds made-up readings; what a tester measures is not kept there";
-    return {};
+    return readings == Readings::MadeUp
+               ? path + " holds what was measured; made-up readings (simulator:, replay:) are not kept there"
+               : path + " holds made-up readings; what a tester measures is not kept there";
 }
 
 void noteReadings(Readings readings, const platform::DocumentsFolder& folder) {
-    if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return;
     if (!QFileInfo(folder.path()).isWritable()) return;  // the database says so
-    platform::UserDefaults(noteIn(folder))
-        .setString(QLatin1String(kKey), QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
+    if (!folder.isSameAs(platform::DocumentsFolder::standardPath()))
+        platform::UserDefaults(noteIn(folder))
+            .setString(QLatin1String(kKey),
+                       QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
+    storage::markReadings(readings, folder);
 }
 
 }  // namespace kestrix::shell

@@ -78,6 +78,8 @@ MainWindow::~MainWindow() {
 }
 
 bool MainWindow::load() {
+    takePlace();  // by the settings as they are now
+    fitStage();
     setInitialProperties({
         {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
         {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},

@@ -4,6 +4,8 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <utility>
+
 #include "platform/PrivateFiles.h"
 #include "storage/Rows.h"
 #include "storage/StatementText.h"
@@ -40,7 +42,8 @@ void ServiceDao::Close::operator()(sqlite3* connection) const {
 }
 
 ServiceDao::ServiceDao(const platform::DocumentsFolder& folder)
-    : path_(QDir(folder.path()).absoluteFilePath(QLatin1String(kDatabaseFile)).toStdString()) {
+    : folder_(folder),
+      path_(QDir(folder.path()).absoluteFilePath(QLatin1String(kDatabaseFile)).toStdString()) {
     createDatadase();
 }
 
@@ -49,6 +52,12 @@ ServiceDao& ServiceDao::operator=(ServiceDao&&) noexcept = default;
 ServiceDao::~ServiceDao() = default;
 
 void ServiceDao::createDatadase() {
+    db_.reset();
+    if (std::string why = folder_.whyKeptOut(); !why.empty()) {
+        outcome_ = {false, std::move(why), 0};
+        qCWarning(lcStorage, "数据库创建失败");
+        return;
+    }
     // The engine gives the journal the rights of the database.
     const QString path = QString::fromStdString(path_);
     platform::makePrivateFile(path);

@@ -36,7 +36,8 @@ inline constexpr const char* kDatabaseFile = "kestrix.sqlite";
 class ServiceDao {
   public:
     // Opens the file and makes it when it is missing, but neither the folder nor the tables. File and journal
-    // are their owner's alone from then on.
+    // are their owner's alone from then on. A folder whose guard keeps it out cannot be opened, for that
+    // reason.
     explicit ServiceDao(const platform::DocumentsFolder& folder);
     ServiceDao(ServiceDao&&) noexcept;
     ServiceDao& operator=(ServiceDao&&) noexcept;
@@ -98,6 +99,7 @@ class ServiceDao {
     template <class Row, class... Values>
     std::vector<Row> rows(std::string_view text, const Values&... values);
 
+    platform::DocumentsFolder folder_;
     std::string path_;
     Outcome outcome_;
     std::unique_ptr<sqlite3, Close> db_;

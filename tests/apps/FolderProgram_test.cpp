@@ -116,10 +116,133 @@ TEST_F(FolderProgram, AFolderThatWasAwayHasOneWindow) {
     EXPECT_EQ(second.output, away + " is in use by another program\n");
 }
 
+// A folder that was not there at the start, and what another process then put there.
+class FolderThatComesBack : public FolderProgram {
+  protected:
+    std::string above_ = folder_ + "/above";
+    std::string away_ = above_ + "/documents";
+    std::string elsewhere_ = folder_ + "/elsewhere";
+
+    void SetUp() override {
+        fs::create_directory(folder_);
+        cli::writeFile(above_, "");
+    }
+    void recordElsewhere(Program& other) const {
+        ASSERT_TRUE(other.waitForOutput("ready 0")) << other.output();
+        EXPECT_EQ(press(other), "stored 1\n");
+    }
+    // The folder is where it was missed.
+    void comeBack() const {
+        fs::remove(above_);
+        fs::create_directory(above_);
+        fs::rename(elsewhere_, away_);
+    }
+    void comeBackWith(const std::string& uri) const {
+        {
+            Program other({elsewhere_, uri}, setup());
+            recordElsewhere(other);
+        }
+        comeBack();
+    }
+    std::string storedThere() const {
+        return storage::Connection(away_ + "/kestrix.sqlite").value("SELECT count(*) FROM measurefrom");
+    }
+};
+
+constexpr const char* kTester = "tcp://127.0.0.1:1";
+
+TEST_F(FolderThatComesBack, IsClaimedBeforeTheFirstRowIsStored) {
+    Program first({away_, kTester}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    EXPECT_EQ(press(first).rfind("failed there is no folder " + away_, 0), 0U) << first.output();
+    comeBackWith(kTester);
+    EXPECT_EQ(press(first), "stored 2\n");
+    fs::create_directory_symlink(away_, elsewhere_);
+    const cli::Result second = cli::run({elsewhere_, kTester}, {}, setup());
+    EXPECT_EQ(second.status, 1);
+    EXPECT_EQ(second.output, elsewhere_ + " is in use by process " + std::to_string(first.id()) + "\n");
+    EXPECT_EQ(press(first), "stored 3\n");
+}
+
+TEST_F(FolderThatComesBack, IsLeftToTheWindowThatHasItByThen) {
+    Program first({away_, kTester}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    {
+        Program second({elsewhere_, kTester}, setup());
+        recordElsewhere(second);
+        comeBack();  // which moves it under the second one's feet
+        const std::string refused =
+            "failed " + away_ + " is in use by process " + std::to_string(second.id()) + "\n";
+        EXPECT_EQ(press(first), refused);
+        EXPECT_EQ(press(first), refused);
+        EXPECT_EQ(storedThere(), "1");
+    }
+    EXPECT_EQ(press(first), "stored 2\n");  // the other one has ended
+}
+
+TEST_F(FolderThatComesBack, TakesNoReadingsOfTheOtherKind) {
+    const std::string capture = folder_ + "/empty.kxc";
+    cli::writeFile(capture, "");
+    Program first({away_, kTester}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    comeBackWith("replay:" + capture);
+    EXPECT_EQ(press(first),
+              "failed " + away_ + " holds made-up readings; what a tester measures is not kept there\n");
+    EXPECT_EQ(storedThere(), "1");
+    // Nor is it held by a process that does not record into it.
+    fs::rename(away_, elsewhere_);
+    Program second({elsewhere_, "replay:" + capture}, setup());
+    EXPECT_TRUE(second.waitForOutput("ready 1")) << second.output();
+}
+
+// Whoever replaces the folder while it is open.
+TEST_F(FolderThatComesBack, OneThatIsReplacedIsClaimedAnew) {
+    comeBackWith(kTester);
+    Program first({away_, kTester}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 1"));
+    EXPECT_EQ(press(first), "stored 2\n");
+    fs::rename(away_, elsewhere_);
+    {
+        Program second({elsewhere_, kTester}, setup());
+        EXPECT_FALSE(second.waitForOutput("ready"));  // it is still the first one's
+    }
+    fs::create_directory(away_);
+    fs::copy_file(elsewhere_ + "/kestrix.sqlite", away_ + "/kestrix.sqlite");
+    EXPECT_EQ(press(first), "stored 3\n");
+    Program second({elsewhere_, kTester}, setup());
+    EXPECT_TRUE(second.waitForOutput("ready 2"));
+}
+
+TEST_F(FolderProgram, WithoutItsNoteTheDatabaseSaysWhichKindItHolds) {
+    const std::string capture = temporary_.path().toStdString() + "/empty.kxc";
+    cli::writeFile(capture, "");
+    const std::string madeUp = "replay:" + capture;
+    const struct {
+        std::string folder, first, other, refusal;
+    } cases[] = {
+        {folder_ + "1", kTester, madeUp, " holds what was measured"},
+        {folder_ + "2", madeUp, kTester, " holds made-up readings"},
+    };
+    for (const auto& [folder, first, other, refusal] : cases) {
+        {
+            Program program({folder, first}, setup());
+            ASSERT_TRUE(program.waitForOutput("ready 0"));
+            EXPECT_EQ(press(program), "stored 1\n");
+        }
+        fs::remove(folder + "/kestrix.ini");
+        const cli::Result refused = cli::run({folder, other}, {}, setup());
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.output.rfind(folder + refusal, 0), 0U) << refused.output;
+        Program again({folder, first}, setup());
+        ASSERT_TRUE(again.waitForOutput("ready 1")) << again.output();
+        EXPECT_EQ(press(again), "stored 2\n");
+    }
+}
+
 TEST_F(FolderProgram, AChosenFolderTakesTheKindOfReadingsThatItTookFirst) {
     const std::string capture = temporary_.path().toStdString() + "/empty.kxc";
     cli::writeFile(capture, "");
-    const std::string tester = "tcp://127.0.0.1:1";
+    const std::string tester = kTester;
     const std::string madeUp = "replay:" + capture;
     struct {
         std::string folder, first, other, refusal;

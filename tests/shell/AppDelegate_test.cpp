@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "tests/shell/Scenarios.h"
@@ -95,6 +96,35 @@ TEST_F(AppDelegateTest, ASettingsFileOfAnotherProgramIsRefused) {
     file.close();
     expectRefused(1, options_.settings.toStdString() + " is not one of Kestrix's; it is left as it is");
     EXPECT_FALSE(QFile::exists(options_.documents));
+}
+
+// Another process may have written them since this one was started.
+TEST_F(AppDelegateTest, SettingsAreReadOnceTheFolderIsClaimed) {
+    AppDelegate application(options_);
+    platform::UserDefaults other(options_.settings);
+    other.setString(QStringLiteral("tablesIn"), QFileInfo(options_.documents).absoluteFilePath());
+    other.setBool(QStringLiteral("firstOrvo"), true);
+    ASSERT_TRUE(application.applicationDidFinishLaunchingWithOptions()) << application.problem();
+    EXPECT_NE(application.storageProblem().find("has no tables"), std::string::npos)
+        << "it was no first launch any more";
+}
+
+TEST_F(AppDelegateTest, AStartOnAFolderThatIsTakenLeavesEvenDamagedSettings) {
+    const QByteArray damaged = "[Kestrix]\nno key\n";
+    QFile file(options_.settings);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(damaged);
+    file.close();
+    {
+        FolderClaim other;
+        ASSERT_EQ(other.take(options_.documents, {}), FolderClaim::Answer::Ours);
+        expectRefused(1, "is in use by");
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), damaged);
+        file.close();
+    }
+    testing::expectWarning("is damaged; kept as");
+    start();
 }
 
 // Where the standard folders are, while it lives.

@@ -96,6 +96,14 @@ TEST_F(KestrixProgram, AnEmptyOrFolderlessNameIsWrongUsage) {
     }
 }
 
+TEST_F(KestrixProgram, DocumentsThatAreNoFolderAreWrongUsageAndStayAsTheyAre) {
+    cli::writeFile(path("file"), "mine");
+    const cli::Result result = run({"--connect", "simulator:", "--documents", path("file")});
+    EXPECT_EQ(result.status, 2);
+    expectOneLine(result.error, path("file") + " is no folder");
+    EXPECT_EQ(cli::contentOf(path("file")), "mine");
+}
+
 TEST_F(KestrixProgram, ASettingsFileThatIsNotOursIsOneLineAndStaysAsItIs) {
     cli::writeFile(path("foreign.ini"), "[user]\nname=Jo\n");
     const cli::Result result =
@@ -126,12 +134,24 @@ TEST_F(KestrixProgram, ASecondStartBringsTheFirstWindowForward) {
     EXPECT_EQ(second.status, 0);
     expectOneLine(second.error,
                   "a window on " + path("documents") + " is open already, and was brought forward");
+    const cli::Result plain = run({"--documents", path("documents")});
+    EXPECT_EQ(plain.status, 0);
     first.signal(SIGKILL);
     EXPECT_EQ(first.wait(), -SIGKILL);
     Program third(arguments, setup());  // whom a killed one does not hold off
     ASSERT_TRUE(third.waitForError("状态:1")) << third.error();
     third.signal(SIGTERM);
     EXPECT_EQ(third.wait(), 0);
+}
+
+TEST_F(KestrixProgram, ASecondStartForAnotherTesterIsToldThatTheFirstGoesOnWithItsOwn) {
+    Program first({"--connect", "simulator:", "--documents", path("documents")}, setup());
+    ASSERT_TRUE(first.waitForError("状态:1")) << first.error();
+    const cli::Result second = run({"--connect", "simulator:earth", "--documents", path("documents")});
+    EXPECT_EQ(second.status, 1);
+    expectOneLine(second.error, "a window on " + path("documents") +
+                                    " is open already, and was brought forward; it goes on with its own "
+                                    "testers");
 }
 
 // A toolkit whose windows cannot be loaded: the program starts, says what happens, and ends. What lies beside
