@@ -26,6 +26,8 @@ const ScreenRow kMadeUp{
           made.projectName.setText(QStringLiteral("O'Neill & Søn"));
           made.operators.setText(QStringLiteral("ברן"));
       }},
+     {"made-up-row-menu",
+      [](ui::Screen& screen) { dynamic_cast<MadeUpViewController&>(screen).records.openMenu(1); }},
      {"made-up-notice", [](ui::Screen& screen) { dynamic_cast<MadeUpViewController&>(screen).pressTell(); }},
      {"made-up-alert", [](ui::Screen& screen) { dynamic_cast<MadeUpViewController&>(screen).pressAsk(); }}}};
 

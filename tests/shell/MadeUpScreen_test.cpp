@@ -168,6 +168,42 @@ TEST_F(MadeUpScreen, AFieldShowsWhatTheScreenSetsAndASelectionIsReplaced) {
     EXPECT_EQ(made().projectName.text(), QStringLiteral("new 'x'"));
 }
 
+TEST_F(MadeUpScreen, ItsTableIsReachedAndScrolledByKeysAndCopied) {
+    openMadeUp();
+    item("btnTell").forceActiveFocus(Qt::TabFocusReason);
+    pressKey(Qt::Key_Tab);
+    EXPECT_TRUE(item("records").hasActiveFocus());
+    pressKey(Qt::Key_End);
+    settle();
+    EXPECT_GT(item("records").property("contentY").toDouble(), 0);
+    EXPECT_TRUE(isFound(QStringLiteral("row11")));
+    pressKey(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Record 12\t0.2Ω"));
+}
+
+TEST_F(MadeUpScreen, AScreenReaderNamesItsRowsAndPressesTheMenu) {
+    openMadeUp();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&item("records"))->text(QAccessible::Name),
+              QStringLiteral("Records: 12"));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&item("row1"))->text(QAccessible::Name),
+              QStringLiteral("Not stored, Record 2, 0.2Ω"));
+    EXPECT_FALSE(isFound(QStringLiteral("recordsCopyRow")));
+    QTest::mouseClick(&window(), Qt::RightButton, {}, centreOf("row1"));
+    settle();
+    EXPECT_TRUE(isFound(QStringLiteral("recordsCopyRow")));
+    pressByScreenReader("recordsCopyRow");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Record 2\t0.2Ω"));
+    EXPECT_FALSE(isShown("recordsRowMenu"));
+}
+
+TEST_F(MadeUpScreen, APressOnItsBarOfTitleClosesTheMenuOfARow) {
+    openMadeUp();
+    QTest::mouseClick(&window(), Qt::RightButton, {}, centreOf("row1"));
+    EXPECT_TRUE(isShown("recordsRowMenu"));
+    click("screenTitle");
+    EXPECT_FALSE(isShown("recordsRowMenu"));
+}
+
 TEST_F(MadeUpScreen, ReturnEndsEditingOfTheField) {
     openMadeUp();
     item("operators").forceActiveFocus(Qt::TabFocusReason);

@@ -1,3 +1,4 @@
+import QtQuick
 import Kestrix.Ui
 import Kestrix.Madeup
 
@@ -52,5 +53,24 @@ ScreenFrame {
         width: 90
         height: 40
         titleInset: 12
+    }
+    TableHeader {
+        y: 210
+        width: 320
+        height: 25
+        table: page.screen.records
+    }
+    Rectangle {
+        y: 235
+        width: 320
+        height: 120
+        color: "white"
+    }
+    TableView {
+        y: 235
+        width: 320
+        height: 120
+        table: page.screen.records
+        title: qsTr("Records: %1").arg(count)
     }
 }

@@ -23,6 +23,10 @@ void MadeUpViewController::viewDidLoad() {
     btnTell.setTitle(tr("Tell"));
     btnTell.setBackgroundImage(QStringLiteral("orvo_scenario_details_button.png"));
     btnTell.setAction([this] { pressTell(); });
+    constexpr int kRecords = 12;  // more than are seen at once
+    for (int number = 1; number <= kRecords; ++number)
+        rows.append({.texts = {tr("Record %1").arg(number), tr("0.2Ω")}, .mark = {}});
+    rows.setMark(1, tr("Not stored"));
 }
 
 void MadeUpViewController::pressAsk() {

@@ -4,12 +4,14 @@
 #include <vector>
 
 #include "ui/FramedScreen.h"
+#include "ui/Table.h"
 
 namespace kestrix::madeup {
 
 // A screen that no user sees: it shows each part that screens are made of. The model of a new screen.
 class MadeUpViewController final : public kestrix::ui::FramedScreen {
     Q_OBJECT
+    Q_PROPERTY(kestrix::ui::Table* records READ recordsTable CONSTANT FINAL)
 
   public:
     using FramedScreen::FramedScreen;
@@ -20,12 +22,17 @@ class MadeUpViewController final : public kestrix::ui::FramedScreen {
 
     std::vector<std::string> heard;  // what reached it, in order
 
+    ui::Table* recordsTable() { return &records; }
+
     ui::Label lblProject{*this, "lblProject"};
     ui::Label lblOperator{*this, "lblOperator"};
     ui::TextField projectName{*this, "projectName"};
     ui::TextField operators{*this, "operators"};
     ui::Button btnAsk{*this, "btnAsk", ui::Button::Event::TouchUpInside};
     ui::Button btnTell{*this, "btnTell", ui::Button::Event::TouchDown};
+    ui::ListModel rows{
+        {{QStringLiteral("Name"), tr("Name"), 0, 100}, {QStringLiteral("Result"), tr("Result"), 101, 219}}};
+    ui::Table records{*this, "records", rows};
 };
 
 }  // namespace kestrix::madeup
