@@ -32,6 +32,9 @@ ListView {
         }
     }
     reuseItems: true
+    // A row beyond what is seen would be made piece by piece in the turns to come; a screen that goes meanwhile would
+    // leave it unfinished. One that comes into sight is made at once, mostly out of one that went.
+    cacheBuffer: 0
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     activeFocusOnTab: true

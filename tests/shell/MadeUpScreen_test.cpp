@@ -5,7 +5,10 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
+#include <QQmlIncubator>
 #include <QtTest/QTest>
+
+#include <atomic>
 
 #include "shell/Screens.h"
 #include "tests/shell/Scenarios.h"
@@ -179,6 +182,17 @@ TEST_F(MadeUpScreen, ItsTableIsReachedAndScrolledByKeysAndCopied) {
     EXPECT_TRUE(isFound(QStringLiteral("row11")));
     pressKey(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Record 12\t0.2Ω"));
+}
+
+// No row is left unfinished, which the log would say when the window goes.
+TEST_F(MadeUpScreen, ItsTableMayGoAtAnyMoment) {
+    std::atomic<bool> goOn = false;
+    for (int steps = 0; steps < 12; ++steps) {
+        openMadeUp();
+        for (int step = 0; step < steps; ++step) window().incubationController()->incubateWhile(&goOn);
+        app().screens().dismiss(false);
+        stop();
+    }
 }
 
 TEST_F(MadeUpScreen, AScreenReaderNamesItsRowsAndPressesTheMenu) {
