@@ -45,7 +45,7 @@ class Palette : public QObject {
     static constexpr QColor markedRow{255, 214, 208};       // ground of a row with which something is wrong
     static constexpr QColor mark{150, 14, 24};              // what is wrong, in words
     static constexpr QColor scrollTrack{108, 108, 108, 64};
-    static constexpr QColor scrollThumb{69, 94, 149};
+    static constexpr QColor scrollThumb{16, 24, 42};    // told apart from the headers above it
     static constexpr QColor focusLight{255, 209, 102};  // the frame around what has the keyboard: one of
     static constexpr QColor focusDark{16, 24, 42};      // its two lines stands out on any ground
     static constexpr QColor hover{255, 255, 255, 40};   // over a button that the mouse points at

@@ -2,7 +2,7 @@ import QtQuick
 import Kestrix.Ui
 
 // What can be done with one row of a table, beside the place where it was asked for. Any press elsewhere
-// closes it; a button that is pressed then acts as always.
+// closes it, and a button that is pressed then acts as always; so does Escape, wherever the keyboard is.
 Item {
     id: menu
     required property Item list
@@ -24,6 +24,12 @@ Item {
         anchors.fill: parent
         margin: 10000 // beyond what the menu's parent covers
         onPressed: menu.table.closeMenu()
+    }
+    Shortcut {
+        sequences: ["Esc", "Back"]
+        enabled: menu.visible && menu.enabled
+        onActivated: menu.table.closeMenu()
+        onActivatedAmbiguously: menu.table.closeMenu() // two tables may have theirs open
     }
     Rectangle {
         id: entry

@@ -1,14 +1,15 @@
 import QtQuick
 import Kestrix.Ui
 
-// Where in a list one is, and how much of it there is. Takes the mouse and a finger; there is none for a list
-// that is seen whole.
+// Where in a list one is, and how much of it there is. Follows the mouse or the first finger on it, whatever other fingers
+// do; there is none for a list that is seen whole.
 Item {
     id: bar
     required property ListView list
     property real bottomMargin: list.bottomMargin
     readonly property real position: list.visibleArea.yPosition
     readonly property real size: list.visibleArea.heightRatio
+    readonly property bool held: finger.active // the list must not follow the finger then
 
     objectName: list.objectName + "ScrollBar"
     anchors {
@@ -34,14 +35,22 @@ Item {
         height: Math.max(least, bar.size * bar.height)
         color: Colors.scrollThumb
     }
-    MouseArea {
+    Item { // wider than what is seen
         anchors {
             fill: parent
             leftMargin: -6
         }
-        preventStealing: true
-        onPressed: mouse => bar.scrollTo(mouse.y)
-        onPositionChanged: mouse => bar.scrollTo(mouse.y)
+
+        TapHandler { // the rows behind it are not touched
+            acceptedButtons: Qt.AllButtons
+            gesturePolicy: TapHandler.ReleaseWithinBounds
+        }
+        PointHandler { // the later one hears first
+            id: finger
+            acceptedButtons: Qt.LeftButton
+            onPointChanged: if (active) bar.scrollTo(point.position.y)
+            onActiveChanged: if (active) bar.scrollTo(point.position.y)
+        }
     }
 
     function scrollTo(y: real) {

@@ -8,11 +8,13 @@
 #include <utility>
 
 #include "ui/Palette.h"
+#include "ui/TextMeasure.h"
 
 namespace kestrix::ui {
 namespace {
 
 constexpr int kHeaderFontSize = 8;
+const QString kCellFont = QStringLiteral("helvetica");
 constexpr double kReadingStep = 40;  // of a row that is taller than what can be seen at once
 
 std::unique_ptr<Label> headerOf(const Column& column, Screen& screen) {
@@ -40,7 +42,6 @@ Table::Table(Screen& screen, const char* name, ListModel& rows) : Control(screen
         Qt::Key_PageDown, [this] { moveByPage(1); }, Held::Repeats);
     keys_.add(Qt::Key_Home, [this] { setCurrentRow(0); });
     keys_.add(Qt::Key_End, [this] { setCurrentRow(rows_.count() - 1); });
-    menuKeys_.add(Qt::Key_Escape, [this] { closeMenu(); });
     connect(&rows, &ListModel::modelReset, this, [this] {
         closeMenu();
         currentRow_ = -1;
@@ -67,7 +68,6 @@ void Table::setCurrentRow(int row) {
 
 bool Table::pressKey(int key, int modifiers, bool repeated, double pageHeight, double hiddenAbove,
                      double hiddenBelow) {
-    if (menuRow_ >= 0 && menuKeys_.press(key, modifiers, repeated)) return true;
     const QKeySequence pressed(modifiers | key);
     if (QKeySequence::keyBindings(QKeySequence::Copy).contains(pressed)) {
         copyRow(currentRow_);
@@ -128,6 +128,12 @@ void Table::copyRow(int row) const {
     QStringList texts;
     for (const QString& text : rows_.at(row).texts) texts << text.trimmed();
     QGuiApplication::clipboard()->setText(texts.join(u'\t'));
+}
+
+bool Table::fitsUnbroken(const QString& text, double width, int size) {
+    constexpr double kWidestCharacter = 1.5;                                               // of the size
+    if (static_cast<double>(text.size()) * size * kWidestCharacter <= width) return true;  // nearly all
+    return FontTextMeasure::widestWord(text, kCellFont, size) <= width;
 }
 
 }  // namespace kestrix::ui

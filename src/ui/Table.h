@@ -54,6 +54,10 @@ class Table : public kestrix::ui::Control {
     // Puts the row on the clipboard, its texts with tabs between them. Nothing for a row that is not there.
     Q_INVOKABLE void copyRow(int row) const;
 
+    // For the view: whether each word of the text, as the cells draw it, is at most so wide. size: of the
+    // font, in points.
+    Q_INVOKABLE static bool fitsUnbroken(const QString& text, double width, int size);
+
     // The view brings the last row to its bottom, without animation.
     void scrollToLastRow() { Q_EMIT lastRowAsked(); }
 
@@ -71,7 +75,6 @@ class Table : public kestrix::ui::Control {
     ListModel& rows_;
     std::vector<std::unique_ptr<Label>> headers_;
     KeyTable keys_;
-    KeyTable menuKeys_;  // while the menu is open
     double pageHeight_ = 0;
     double hiddenAbove_ = 0;
     double hiddenBelow_ = 0;

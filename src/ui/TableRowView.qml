@@ -13,6 +13,13 @@ Item {
     required property string mark
     required property Table table
     required property bool atKeyboard
+    readonly property var last: table.columns[table.columns.length - 1]
+    // Of the place that the mark has for itself: the whole last column where that is blank, a part of it otherwise.
+    readonly property real markWidth: {
+        if (mark === "")
+            return 0
+        return texts[texts.length - 1].trim() === "" ? last.width : Math.min(rowMark.implicitWidth, last.width / 2)
+    }
 
     component Line: Rectangle {
         id: line
@@ -52,11 +59,12 @@ Item {
             required property var modelData
             objectName: "column" + (index + 1)
             x: modelData.x
-            width: modelData.width
+            width: modelData.width - (index + 1 === row.texts.length ? row.markWidth : 0)
             height: row.height
             text: row.texts[index]
             textFormat: Text.PlainText
-            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+            // A word that is wider than its column is drawn smaller, and broken only where that does not help.
+            wrapMode: row.table.fitsUnbroken(text, width, minimumPixelSize) ? Text.WordWrap : Text.WrapAtWordBoundaryOrAnywhere
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
             font.family: "helvetica"
@@ -68,12 +76,14 @@ Item {
             Accessible.ignored: true
         }
     }
-    Text { // over the last column
+    Text { // at the end of the last column
+        id: rowMark
         objectName: "rowMark"
-        readonly property var place: row.table.columns[row.table.columns.length - 1]
-        x: place.x
-        width: place.width
+        x: row.last.x + row.last.width - width
+        width: row.markWidth
         height: row.height
+        leftPadding: 2
+        rightPadding: 6 // clear of the scroll bar
         visible: row.mark !== ""
         text: row.mark
         textFormat: Text.PlainText

@@ -22,6 +22,7 @@ ListView {
         atKeyboard: list.activeFocus && list.table.currentRow === index
 
         TapHandler {
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
             acceptedButtons: Qt.RightButton
             onTapped: point => menu.open(rowView.index, rowView, point.position)
         }
@@ -37,8 +38,13 @@ ListView {
     cacheBuffer: 0
     clip: true
     boundsBehavior: Flickable.StopAtBounds
+    interactive: !bar.held
     activeFocusOnTab: true
     keyNavigationEnabled: false
+    // The list itself has the keyboard when it comes, and the row that a key moved to afterwards: a screen reader says the
+    // one and the other.
+    currentIndex: table.currentRow
+    highlightFollowsCurrentItem: false
     Accessible.role: Accessible.Table
     Accessible.name: title
     Accessible.ignored: !visible || !enabled // behind another screen, too
@@ -78,6 +84,7 @@ ListView {
         }
     }
     ScrollBar {
+        id: bar
         parent: list
         list: list
     }

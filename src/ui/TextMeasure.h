@@ -19,6 +19,8 @@ class FontTextMeasure final : public TextMeasure {
   public:
     double wrappedHeight(const QString& text, const QString& family, int size, double width,
                          double maxHeight) const override;
+    // The width, in points, of the widest part between two places where a line may break.
+    static double widestWord(const QString& text, const QString& family, int size);
 };
 
 }  // namespace kestrix::ui

@@ -218,6 +218,23 @@ TEST_F(MadeUpScreen, APressOnItsBarOfTitleClosesTheMenuOfARow) {
     EXPECT_FALSE(isShown("recordsRowMenu"));
 }
 
+TEST_F(MadeUpScreen, EscapeAndBackCloseTheMenuOfARowFromWhereverTheKeyboardIsAndNothingElse) {
+    openMadeUp();
+    for (const int key : {Qt::Key_Escape, Qt::Key_Back}) {
+        for (const char* at : {"madeUpView", "projectName", "btnAsk", "records"}) {
+            item(at).forceActiveFocus(Qt::TabFocusReason);
+            const std::string before = focused();
+            QTest::mouseClick(&window(), Qt::RightButton, {}, centreOf("row1"));
+            EXPECT_TRUE(isShown("recordsRowMenu")) << at;
+            pressKey(key);
+            settle();
+            EXPECT_FALSE(isShown("recordsRowMenu")) << at;
+            EXPECT_EQ(presented(), 1) << at;
+            EXPECT_EQ(focused(), before);
+        }
+    }
+}
+
 TEST_F(MadeUpScreen, ReturnEndsEditingOfTheField) {
     openMadeUp();
     item("operators").forceActiveFocus(Qt::TabFocusReason);

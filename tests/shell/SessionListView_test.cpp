@@ -1,4 +1,5 @@
 // The list of this session's measurements: its rows, their cells and lines, and how it scrolls.
+#include <QRegularExpression>
 #include <QtTest/QTest>
 
 #include <algorithm>
@@ -147,6 +148,36 @@ TEST_F(SessionListView, NoTextOfACellIsCut) {
                 << row << "/" << number;
         }
     }
+}
+
+TEST_F(SessionListView, AWordThatIsWiderThanItsColumnIsDrawnSmallerAndNotBroken) {
+    openWithReading();
+    for (const char* scenario : kAll) {
+        tester().play(scenario);
+        record(1);
+    }
+    resize({320, 2000});  // every row on the screen
+    EXPECT_EQ(column(1, 2), "INSULATION");
+    EXPECT_EQ(cell(1, 2).property("lineCount").toInt(), 1);
+    for (int row = 0; row < rows(); ++row) {
+        for (int number = 1; number <= 6; ++number) {
+            const QString words = cell(row, number).property("text").toString();
+            const auto places = words.count(QRegularExpression(QStringLiteral("[ -/\u200B]")));
+            EXPECT_LE(cell(row, number).property("lineCount").toInt(), places + 1) << words.toStdString();
+        }
+    }
+}
+
+// The word is there to its end, at the least size that can be read.
+TEST_F(SessionListView, AWordThatFitsItsColumnInNoSizeIsBroken) {
+    open();
+    screen().dataList()->append({"S_1", "DONAUDAMPFSCHIFFFAHRTSGESELLSCHAFT", "", "", "", " "}, 20);
+    settle();
+    const QQuickItem& text = cell(0, 2);
+    EXPECT_LE(text.property("paintedWidth").toDouble(), text.width());
+    EXPECT_LE(text.property("paintedHeight").toDouble(), 20);
+    EXPECT_GT(text.property("lineCount").toInt(), 1);
+    EXPECT_FALSE(text.property("truncated").toBool());
 }
 
 TEST_F(SessionListView, ATextThatNeedsMoreLinesThanItsRowHasIsDrawnSmaller) {

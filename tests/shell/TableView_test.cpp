@@ -2,9 +2,11 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QStyleHints>
 #include <QtTest/QTest>
 
 #include "tests/shell/TableScreen.h"
+#include "tests/support/Contrast.h"
 #include "tests/support/EventLoop.h"
 #include "tests/support/WindowFixture.h"
 #include "ui/Palette.h"
@@ -123,6 +125,48 @@ TEST_F(TableView, ARowWithSomethingWrongSaysSoToEyesAndScreenReaders) {
               QStringLiteral("Not stored, row 1, text"));
 }
 
+TEST_F(TableView, TheMarkOfARowHasAPlaceOfItsOwn) {
+    openWith(1);
+    for (const char* text :
+         {"text", "", " ", "a text that needs all of its column, and another line beside it"}) {
+        tableScreen().rows.removeAll();
+        tableScreen().rows.append({.texts = {"row", text}, .mark = QStringLiteral("Not stored")});
+        settle();
+        const auto glyphs = [this](const char* name) {
+            return part(0, name).mapRectToScene(testing::paintedRect(part(0, name)));
+        };
+        const QRectF place = part(0, "rowMark").mapRectToScene(QRectF({}, part(0, "rowMark").size()));
+        EXPECT_TRUE(place.contains(glyphs("rowMark"))) << text;
+        const bool blank = QString::fromLatin1(text).trimmed().isEmpty();
+        EXPECT_TRUE(blank || !place.intersects(glyphs("column2"))) << text;
+        EXPECT_EQ(part(0, "rowMark").width() == 219, blank) << text << ": a blank one gives up its column";
+        EXPECT_FALSE(part(0, "rowMark").property("truncated").toBool()) << text;
+    }
+}
+
+// One that comes by Tab has no row yet: a screen reader says the table, and then the row that a key goes to.
+TEST_F(TableView, ItHasTheKeyboardItselfUntilAKeyGoesToARow) {
+    openWith(30);
+    EXPECT_EQ(focused(), "table");
+    EXPECT_FALSE(part(0, "keyboardRow").isVisible());
+    pressKey(Qt::Key_Down);
+    EXPECT_EQ(focused(), "row29");
+    pressKey(Qt::Key_Up);
+    EXPECT_EQ(focused(), "row28");
+    const auto isAt = [this](int number) {
+        return QAccessible::queryAccessibleInterface(row(number))->state().focused != 0;
+    };
+    EXPECT_TRUE(isAt(28));
+    EXPECT_FALSE(isAt(29));
+    item("table").setFocus(false);
+    item("table").forceActiveFocus(Qt::TabFocusReason);
+    EXPECT_EQ(focused(), "row28");  // where it was
+    tableScreen().rows.removeAll();
+    fill(3);
+    EXPECT_EQ(focused(), "table");
+    EXPECT_EQ(item("table").property("currentIndex").toInt(), -1);
+}
+
 TEST_F(TableView, AShortTableHasNoScrollBar) {
     openWith(3);
     EXPECT_FALSE(isShown("tableScrollBar"));
@@ -161,6 +205,80 @@ TEST_F(TableView, AFingerScrollsItWhileAnotherRestsElsewhere) {
     EXPECT_GT(scrolled(), 30);
     QTest::touchEvent(&window(), touchScreen()).stationary(0).release(1, from - QPoint(0, 80));
     QTest::touchEvent(&window(), touchScreen()).release(0, elsewhere);
+}
+
+// A finger has the bar until it is lifted, whatever others do meanwhile.
+TEST_F(TableView, TheScrollBarFollowsOneFingerBesideOthers) {
+    openWith(40);
+    const auto onBar = [this](double part) { return pointIn(item("tableScrollBar"), {0.5, part}); };
+    const QPoint elsewhere = window().contentItem()->mapToScene({20, 500}).toPoint();
+    auto fingers = QTest::touchEvent(&window(), touchScreen(), false);
+    fingers.press(0, elsewhere).commit();
+    fingers.stationary(0).press(1, onBar(0.5)).commit();
+    EXPECT_NEAR(scrolled(), 300, 20);
+    fingers.stationary(0).stationary(1).press(2, onBar(0.1)).commit();
+    EXPECT_NEAR(scrolled(), 300, 20);
+    fingers.stationary(0).move(1, onBar(0.75)).move(2, onBar(0.2)).commit();
+    EXPECT_NEAR(scrolled(), 450, 20);
+    fingers.stationary(0).move(1, onBar(1)).release(2, onBar(0.2)).commit();
+    EXPECT_NEAR(scrolled(), 600, 1);
+    fingers.release(0, elsewhere).release(1, onBar(1)).commit();
+    // Afterwards a finger scrolls the list as ever.
+    const QPoint from = centreOf("table");
+    fingers.press(3, from).commit();
+    for (int step = 1; step <= 10; ++step) fingers.move(3, from + QPoint(0, 8 * step)).commit();
+    EXPECT_LT(scrolled(), 570);
+    fingers.release(3, from + QPoint(0, 80)).commit();
+}
+
+TEST_F(TableView, TheScrollBarStandsOutFromItsGroundAndFromTheHeaders) {
+    openWith(40);
+    tableScreen().rows.setMark(20, QStringLiteral("Not stored"));
+    const QImage drawn = onDisplay();
+    const auto pixelAt = [&](double y) {
+        const QRect bar = pixelsOf(placeOf("tableScrollBar"));
+        return drawn.pixel(bar.center().x(), bar.top() + static_cast<int>(y * bar.height()));
+    };
+    const QRgb thumb = pixelAt(0.12);
+    EXPECT_EQ(QColor(thumb), ui::Palette::scrollThumb);
+    for (int tenth = 4; tenth < 10; ++tenth) EXPECT_GE(testing::contrast(thumb, pixelAt(tenth / 10.0)), 3);
+    EXPECT_GE(testing::contrast(thumb, ui::Palette::header.rgb()), 2.5);
+}
+
+TEST_F(TableView, ALongTouchOffersToCopyTheRow) {
+    openWith(30);
+    const int usual = QGuiApplication::styleHints()->mousePressAndHoldInterval();
+    const auto touch = [this](QPoint at) {
+        QTest::touchEvent(&window(), touchScreen()).press(0, at);
+        return [this, at] { QTest::touchEvent(&window(), touchScreen()).release(0, at); };
+    };
+    touch(middleOf(2))();
+    EXPECT_FALSE(isShown("tableRowMenu")) << "a short one only touches";
+    QGuiApplication::styleHints()->setMousePressAndHoldInterval(1);
+    const auto lift = touch(middleOf(1));
+    EXPECT_TRUE(testing::spinUntil([this] { return isShown("tableRowMenu"); }));
+    lift();
+    EXPECT_TRUE(isShown("tableRowMenu")) << "the finger that opened it is lifted";
+    tap("tableCopyRow");
+    EXPECT_EQ(clipboard(), QStringLiteral("row 1\ttext"));
+    QGuiApplication::styleHints()->setMousePressAndHoldInterval(usual);
+}
+
+TEST_F(TableView, ALongTouchOfTheScrollBarIsNoneOfTheRowBehindIt) {
+    openWith(30);
+    const int usual = QGuiApplication::styleHints()->mousePressAndHoldInterval();
+    QGuiApplication::styleHints()->setMousePressAndHoldInterval(1);
+    std::vector<int> opened;
+    QObject::connect(&table(), &ui::Table::menuRowChanged, &table(),
+                     [&] { opened.push_back(table().menuRow()); });
+    const QPoint onBar = pointIn(item("tableScrollBar"), {0.5, 0.02});
+    auto fingers = QTest::touchEvent(&window(), touchScreen(), false);
+    fingers.press(0, onBar).commit();
+    fingers.stationary(0).press(1, middleOf(4)).commit();
+    EXPECT_TRUE(testing::spinUntil([&] { return !opened.empty() && opened.back() == 4; }));
+    EXPECT_EQ(opened, std::vector<int>{4});
+    fingers.release(0, onBar).release(1, middleOf(4)).commit();
+    QGuiApplication::styleHints()->setMousePressAndHoldInterval(usual);
 }
 
 TEST_F(TableView, TheOtherMouseButtonOffersToCopyTheRow) {

@@ -115,16 +115,6 @@ TEST_F(TableTest, WithoutARowNothingIsCopied) {
     EXPECT_EQ(clipboard(), QStringLiteral("the user's own"));
 }
 
-TEST_F(TableTest, EscapeWithoutModifiersClosesTheMenuAndIsLeftToOthersWithoutOne) {
-    fill(3);
-    EXPECT_FALSE(table_.pressKey(Qt::Key_Escape, Qt::NoModifier, false, 100));
-    table_.openMenu(1);
-    EXPECT_FALSE(table_.pressKey(Qt::Key_Escape, Qt::ControlModifier, false, 100));
-    EXPECT_EQ(table_.menuRow(), 1);
-    EXPECT_TRUE(table_.pressKey(Qt::Key_Escape, Qt::NoModifier, false, 100));
-    EXPECT_EQ(table_.menuRow(), -1);
-}
-
 TEST_F(TableTest, TheMenuCopiesItsRowAndOpensForNoneThatIsNotThere) {
     fill(3);
     table_.openMenu(3);
