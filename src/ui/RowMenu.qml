@@ -5,7 +5,7 @@ import Kestrix.Ui
 // closes it, and a button that is pressed then acts as always; so does Escape, wherever the keyboard is.
 Item {
     id: menu
-    required property Item list
+    required property ListView list
     required property Table table
 
     objectName: list.objectName + "RowMenu"
@@ -14,12 +14,24 @@ Item {
     visible: table.menuRow >= 0 && list.visible
 
     function open(which: int, item: Item, at: point) {
+        table.openMenu(which)
+        place(item, at)
+    }
+
+    function place(item: Item, at: point) {
         const spot = item.mapToItem(menu, at.x, at.y)
         entry.x = Math.max(0, Math.min(width - entry.width, spot.x))
         entry.y = Math.max(0, Math.min(height - entry.height, spot.y - entry.height))
-        table.openMenu(which)
     }
 
+    Connections {
+        target: menu.table
+        function onMenuRowChanged() { // who opens it without a place gets it beside the middle of the row
+            const item = menu.list.itemAtIndex(menu.table.menuRow)
+            if (item !== null)
+                menu.place(item, Qt.point(item.width / 2 - entry.width, 0))
+        }
+    }
     TouchArea {
         anchors.fill: parent
         margin: 10000 // beyond what the menu's parent covers

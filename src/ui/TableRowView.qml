@@ -58,8 +58,11 @@ Item {
             required property int index
             required property var modelData
             objectName: "column" + (index + 1)
-            x: modelData.x
-            width: modelData.width - (index + 1 === row.texts.length ? row.markWidth : 0)
+            // What gives way to the mark stays in the middle where it has room.
+            readonly property real onRight: index + 1 === row.texts.length ? row.markWidth : 0
+            readonly property real onLeft: implicitWidth <= modelData.width - 2 * onRight ? onRight : 0
+            x: modelData.x + onLeft
+            width: modelData.width - onLeft - onRight
             height: row.height
             text: row.texts[index]
             textFormat: Text.PlainText
@@ -83,7 +86,7 @@ Item {
         width: row.markWidth
         height: row.height
         leftPadding: 2
-        rightPadding: 6 // clear of the scroll bar
+        rightPadding: 7 // clear of the scroll bar
         visible: row.mark !== ""
         text: row.mark
         textFormat: Text.PlainText

@@ -140,6 +140,10 @@ TEST_F(TableView, TheMarkOfARowHasAPlaceOfItsOwn) {
         const bool blank = QString::fromLatin1(text).trimmed().isEmpty();
         EXPECT_TRUE(blank || !place.intersects(glyphs("column2"))) << text;
         EXPECT_EQ(part(0, "rowMark").width() == 219, blank) << text << ": a blank one gives up its column";
+        if (QByteArray(text) == "text") {
+            EXPECT_NEAR(placeOf(part(0, "column2")).center().x(), 101 + 219 / 2.0, 0.01)
+                << "one that has room stays in the middle";
+        }
         EXPECT_FALSE(part(0, "rowMark").property("truncated").toBool()) << text;
     }
 }
@@ -243,6 +247,15 @@ TEST_F(TableView, TheScrollBarStandsOutFromItsGroundAndFromTheHeaders) {
     EXPECT_EQ(QColor(thumb), ui::Palette::scrollThumb);
     for (int tenth = 4; tenth < 10; ++tenth) EXPECT_GE(testing::contrast(thumb, pixelAt(tenth / 10.0)), 3);
     EXPECT_GE(testing::contrast(thumb, ui::Palette::header.rgb()), 2.5);
+}
+
+TEST_F(TableView, TheMenuStandsBesideItsRowWhoeverOpensIt) {
+    openWith(3);
+    table().openMenu(1);
+    settle();
+    const QRectF menu = placeOf("tableCopyRow");
+    EXPECT_EQ(menu.bottom(), placeOf(*row(1)).top());
+    EXPECT_NEAR(menu.right(), 160, 0.01);
 }
 
 TEST_F(TableView, ALongTouchOffersToCopyTheRow) {
