@@ -53,6 +53,7 @@ class Tour {
         }
         for (const shell::ScreenRow& row : shell::screens()) {
             for (const shell::ScreenStop& stop : row.stops) {
+                application_.notice().clear();
                 application_.screens().present(row.id, false);
                 if (stop.prepare != nullptr) stop.prepare(*application_.screens().topmost());
                 QCoreApplication::processEvents();
@@ -92,13 +93,14 @@ class Tour {
     }
 
     void visit(const Stop& stop) {
+        application_.notice().clear();  // of the stop before
         if (stop.tester == Stop::Tester::On) tester_->switchOn();
         if (stop.tester == Stop::Tester::Off) tester_->switchOff();
         QCoreApplication::processEvents();
         if (stop.scenario != nullptr) tester_->play(stop.scenario);
         for (int turn = 0; turn < kMostTurns && !tester_->allRead(); ++turn) step();
         step();
-        for (int press = 0; press < stop.presses; ++press) application_.mainView().btnRecord.press();
+        pressRecord(stop, application_.mainView());
     }
 
     void step() {

@@ -1,9 +1,14 @@
 #include "apps/kestrix/TourStops.h"
 
+#include <optional>
+
+#include "apps/kestrix/FullDisk.h"
+
 namespace kestrix::tour {
 namespace {
 
 using enum Stop::Tester;
+using enum Stop::Disk;
 
 constexpr const char* kEarth = R"(
 function earth
@@ -108,14 +113,22 @@ constexpr Stop kStops[] = {
     {"12-limit-exceeded", kAlarm, Stays, 0},
     {"13-one-row", kEarth, Stays, 1},
     {"14-three-rows", kLoop, Stays, 2},
-    {"15-thirty-rows", kRcd, Stays, 27},
-    {"16-link-down", nullptr, Off, 0},
+    {"15-not-stored", kInsulation, Stays, 1, Full},
+    {"16-thirty-rows", kRcd, Stays, 26},
+    {"17-link-down", nullptr, Off, 0},
+    {"18-reading-of-before", nullptr, Stays, 1},
 };
 
 }  // namespace
 
 std::span<const Stop> stops() {
     return kStops;
+}
+
+void pressRecord(const Stop& stop, live::MainViewController& screen) {
+    std::optional<FullDisk> full;
+    if (stop.disk == Full) full.emplace();
+    for (int press = 0; press < stop.presses; ++press) screen.btnRecord.press();
 }
 
 }  // namespace kestrix::tour

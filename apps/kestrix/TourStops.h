@@ -2,19 +2,26 @@
 
 #include <span>
 
+#include "live/MainViewController.h"
+
 namespace kestrix::tour {
 
 // One picture of the tour. Before it the tester comes or goes, then it plays, then the button is pressed.
 struct Stop {
     enum class Tester { Stays, On, Off };
+    enum class Disk { HasRoom, Full };
 
     const char* name;      // of the picture file
     const char* scenario;  // what the tester plays; none: nothing
     Tester tester;
-    int presses;  // of the record button
+    int presses;                // of the record button
+    Disk disk = Disk::HasRoom;  // during the presses
 };
 
 // Every state of the live screen.
 std::span<const Stop> stops();
+
+// Presses the record button as often as the stop says.
+void pressRecord(const Stop& stop, live::MainViewController& screen);
 
 }  // namespace kestrix::tour

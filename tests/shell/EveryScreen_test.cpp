@@ -5,6 +5,7 @@
 #include "apps/kestrix/TourStops.h"
 #include "shell/Screens.h"
 #include "tests/shell/madeup/MadeUpViewController.h"
+#include "tests/support/LogExpectations.h"
 #include "tests/support/WindowWalks.h"
 
 namespace kestrix::shell {
@@ -57,10 +58,12 @@ class EveryScreen : public testing::WindowWalks {
         }
     }
     void visit(const tour::Stop& stop) {
+        app().notice().clear();
         if (stop.tester == tour::Stop::Tester::On) tester().appear();
         if (stop.tester == tour::Stop::Tester::Off) tester().leave();
         if (stop.scenario != nullptr) tester().play(stop.scenario);
-        for (int press = 0; press < stop.presses; ++press) screen().btnRecord.press();
+        if (stop.disk == tour::Stop::Disk::Full) testing::expectWarning("数据操作失败");
+        tour::pressRecord(stop, screen());
         settle();
     }
 };
@@ -72,6 +75,27 @@ TEST_F(EveryScreen, OfTheApplicationIsGoodAtEveryStopOfTheTour) {
         visit(stop);
         expectGood(stop.name);
     }
+}
+
+TEST_F(EveryScreen, AmongTheStatesAreAPressThatFailedAndANotice) {
+    open();
+    int failed = 0;
+    int notices = 0;
+    for (const tour::Stop& stop : tour::stops()) {
+        visit(stop);
+        notices += isShown("notice") ? 1 : 0;
+        if (stop.disk != tour::Stop::Disk::Full) continue;
+        ++failed;
+        const int row = screen().dataList()->count() - 1;
+        EXPECT_EQ(screen().dataList()->at(row).mark, QStringLiteral("Not stored"));
+        QQuickItem& marked = item(QStringLiteral("sessionRow%1").arg(row));
+        EXPECT_TRUE(testing::findItem(marked, QStringLiteral("rowMark"))->isVisible());
+        EXPECT_FALSE(placeOf(marked).intersects(placeOf("notice"))) << "the row can be seen";
+        EXPECT_EQ(app().notice().text(),
+                  QStringLiteral("S_%1 was not stored: the disk is full (disk I/O error)").arg(row + 1));
+    }
+    EXPECT_EQ(failed, 1);
+    EXPECT_EQ(notices, 2);
 }
 
 TEST_F(EveryScreen, TheMadeUpOneIsGoodInAllItsStates) {

@@ -57,6 +57,31 @@ QRectF seenInScene(const QQuickItem& text) {
     return seen;
 }
 
+// How well a text's pixels stand out from what they stand on.
+struct Ink {
+    bool any = false;
+    double worst = 21;
+    double needed = kReadable;
+    QRgb worstGround = 0;
+};
+
+Ink inkIn(const QRect& area, QRgb colour, const QImage& with, const QImage& without) {
+    Ink ink;
+    for (int y = area.top(); y <= area.bottom(); ++y) {
+        for (int x = area.left(); x <= area.right(); ++x) {
+            const QRgb behind = without.pixel(x, y);
+            if (with.pixel(x, y) == behind) continue;
+            ink.any = true;
+            const double here = contrast(colour, behind);
+            if (here >= ink.worst) continue;
+            ink.worst = here;
+            ink.worstGround = behind;
+            ink.needed = (behind | 0xff000000) == kLitTitle ? kReadableOnLitTitle : kReadable;
+        }
+    }
+    return ink;
+}
+
 void collect(QAccessibleInterface& parent, std::vector<QAccessibleInterface*>& all) {
     for (int i = 0; i < parent.childCount(); ++i) {
         QAccessibleInterface* const child = parent.child(i);
@@ -97,44 +122,39 @@ WindowWalks::Problems WindowWalks::contrastProblems() {
     for (QQuickItem* text : texts) text->setOpacity(0);
     settle();
     const QImage ground = onDisplay();
+    for (QQuickItem* text : texts) text->setOpacity(1);
+    settle();
     Problems problems;
-    const double ratio = window().devicePixelRatio();
     for (QQuickItem* text : texts) {
-        text->setOpacity(1);
-        const QRectF scene = seenInScene(*text);
-        const QRect area =
-            QRectF(scene.topLeft() * ratio, scene.size() * ratio).toAlignedRect() & ground.rect();
         const QRgb colour = text->property("color").value<QColor>().rgb();
-        bool ink = false;
-        double worst = 21;
-        double needed = kReadable;
-        QRgb worstGround = 0;
-        for (int y = area.top(); y <= area.bottom(); ++y) {
-            for (int x = area.left(); x <= area.right(); ++x) {
-                const QRgb behind = ground.pixel(x, y);
-                if (drawn.pixel(x, y) == behind) continue;
-                ink = true;
-                const double here = contrast(colour, behind);
-                if (here >= worst) continue;
-                worst = here;
-                worstGround = behind;
-                needed = (behind | 0xff000000) == kLitTitle ? kReadableOnLitTitle : kReadable;
-            }
+        const QRect area = pixelsInWindow(seenInScene(*text)) & ground.rect();
+        Ink ink = inkIn(area, colour, drawn, ground);
+        if (ink.worst < ink.needed) {
+            // Another text may stand here, in front of it: then its own ink is what goes with it alone.
+            text->setOpacity(0);
+            settle();
+            ink = inkIn(area, colour, drawn, onDisplay());
+            text->setOpacity(1);
+            settle();
         }
         std::ostringstream problem;
         problem << std::fixed << std::setprecision(1) << "the text '" << textOfItem(*text) << "' ("
                 << colourName(colour) << ")";
-        if (worst < needed) {
-            problem << " on " << colourName(worstGround) << " has " << std::floor(worst * 10) / 10
-                    << " : 1, needs " << needed;
+        if (ink.worst < ink.needed) {
+            problem << " on " << colourName(ink.worstGround) << " has " << std::floor(ink.worst * 10) / 10
+                    << " : 1, needs " << ink.needed;
             problems.push_back(problem.str());
-        } else if (!ink && !area.isEmpty() && !isInsideList(*text)) {
+        } else if (!ink.any && !area.isEmpty() && !isInsideList(*text)) {
             problem << " cannot be seen";
             problems.push_back(problem.str());
         }
     }
-    settle();
     return problems;
+}
+
+QRect WindowWalks::pixelsInWindow(const QRectF& scene) {
+    const double ratio = window().devicePixelRatio();
+    return QRectF(scene.topLeft() * ratio, scene.size() * ratio).toAlignedRect();
 }
 
 std::vector<QAccessibleInterface*> WindowWalks::found() {

@@ -35,6 +35,7 @@ class WindowWalks : public WindowFixture {
   private:
     // The keyboard is at the screen as a whole, as when it came: no frame is shown.
     void leaveTheControls();
+    QRect pixelsInWindow(const QRectF& scene);
     std::vector<QQuickItem*> usableTexts();
     std::vector<QQuickItem*> tabStops();
     QQuickItem* stopAtKeyboard();  // a list, for its row
