@@ -6,13 +6,13 @@
 
 namespace kestrix::app {
 
-TerminationNotifier::TerminationNotifier(std::function<void()> onSignal) {
-    if (signals_.descriptor() < 0) return;
-    notifier_ = std::make_unique<QSocketNotifier>(signals_.descriptor(), QSocketNotifier::Read);
+TerminationNotifier::TerminationNotifier(const TerminationSignals& signals, std::function<void()> onSignal) {
+    if (signals.descriptor() < 0) return;
+    notifier_ = std::make_unique<QSocketNotifier>(signals.descriptor(), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
-                     [this, onSignal = std::move(onSignal)] {
+                     [this, &signals, onSignal = std::move(onSignal)] {
                          notifier_->setEnabled(false);  // the pipe stays readable
-                         if (signals_.signal() != 0) onSignal();
+                         if (signals.signal() != 0) onSignal();
                      });
 }
 

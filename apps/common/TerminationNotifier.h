@@ -13,13 +13,13 @@ namespace kestrix::app {
 // after the application object.
 class TerminationNotifier {
   public:
-    explicit TerminationNotifier(std::function<void()> onSignal);
+    // signals: outlives it.
+    TerminationNotifier(const TerminationSignals& signals, std::function<void()> onSignal);
     TerminationNotifier(const TerminationNotifier&) = delete;
     TerminationNotifier& operator=(const TerminationNotifier&) = delete;
     ~TerminationNotifier();
 
   private:
-    TerminationSignals signals_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 

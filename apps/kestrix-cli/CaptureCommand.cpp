@@ -105,10 +105,10 @@ Ending capture(Runner& runner, const CaptureOptions& options) {
     CaptureTarget target(options.file, options.force);
     const auto uri = platform::parseAccessoryUri(options.uri);
     if (uri && uri->scheme == "replay" && target.isFile(uri->target))
-        return failed(options.file + ": it is the capture that is to be replayed");
+        return failed(target.name() + ": it is the capture that is to be replayed");
     if (std::string problem = target.open(runner); !problem.empty())
-        return failed(options.file + ": " + problem);
-    if (target.output() == nullptr) return failed(options.file + ": nobody reads it");
+        return failed(target.name() + ": " + problem);
+    if (target.output() == nullptr) return failed(target.name() + ": nobody reads it");
 
     std::string problem;
     {
@@ -121,17 +121,17 @@ Ending capture(Runner& runner, const CaptureOptions& options) {
     }
     runner.finish(*target.output());
     if (const std::string why = target.output()->problem(); !why.empty())
-        return failed(fmt::format("{}: cannot be written to the end ({}); {} bytes are kept", options.file,
+        return failed(fmt::format("{}: cannot be written to the end ({}); {} bytes are kept", target.name(),
                                   why, target.kept()));
     if (target.kept() == 0)
         return failed(options.uri + ": no bytes came" + (problem.empty() ? "" : " (" + problem + ")"));
-    return done(fmt::format("{} bytes in {}", target.kept(), options.file));
+    return done(fmt::format("{} bytes in {}", target.kept(), target.name()));
 }
 
 Action describeCapture(CommandOptions& options) {
     auto given = std::make_shared<CaptureOptions>();
     options.neededWord("uri", given->uri, kUriHelp);
-    options.neededWord("file", given->file, "File to write");
+    options.neededWord("file", given->file, "File to write; - is standard output");
     options.flag("--force", given->force, "Overwrite an earlier capture");
     return [given](Runner& runner) { return capture(runner, *given); };
 }

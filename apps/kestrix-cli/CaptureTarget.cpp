@@ -62,7 +62,17 @@ bool CaptureTarget::openOnce() {
     return descriptor_ >= 0;
 }
 
+// What the caller has made of it is the caller's: nothing in it is replaced.
+std::string CaptureTarget::openOutput() {
+    if (isatty(STDOUT_FILENO) == 1) return "it is a terminal, which raw bytes would garble";
+    descriptor_ = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+    if (descriptor_ < 0) return std::generic_category().message(errno);
+    output_ = std::make_unique<Output>(descriptor_);
+    return {};
+}
+
 std::string CaptureTarget::open(const Runner& runner) {
+    if (isOutput()) return openOutput();
     while (!openOnce()) {
         struct stat status {};
         const int error = errno;
@@ -88,7 +98,7 @@ bool CaptureTarget::write(const std::string& headerLine, std::string_view bytes)
         headerBytes_ = headerLine.size();
         // A pipe and a device have no length. A file that keeps its old bytes must not get new ones among
         // them.
-        if (ftruncate(descriptor_, 0) != 0 && errno != EINVAL) {
+        if (!isOutput() && ftruncate(descriptor_, 0) != 0 && errno != EINVAL) {
             output_->fail(errno);
             return false;
         }

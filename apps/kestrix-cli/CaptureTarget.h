@@ -10,8 +10,8 @@
 
 namespace kestrix::cli {
 
-// The file of a capture. It stays as it was, or does not come to be, until the tester's first bytes are
-// written.
+// The file of a capture, or standard output, by the name "-". A file stays as it was, or does not come to be,
+// until the tester's first bytes are written.
 class CaptureTarget {
   public:
     // force: what exists may be replaced: a pipe, a device, an empty file, and one that begins with a
@@ -25,6 +25,8 @@ class CaptureTarget {
     // too when the command is to stop, and then there is no output.
     std::string open(const Runner& runner);
     bool isFile(const std::string& path) const;
+    // For messages.
+    std::string name() const { return isOutput() ? "standard output" : path_; }
 
     // None before open().
     Output* output() { return output_.get(); }
@@ -37,6 +39,8 @@ class CaptureTarget {
 
   private:
     bool openOnce();
+    bool isOutput() const { return path_ == "-"; }
+    std::string openOutput();
 
     std::string path_;
     bool force_;

@@ -62,7 +62,7 @@ std::optional<Ending> readArguments(CLI::App& program, Runner& runner, const Cho
 
 int runCommandLine(int argc, char** argv, const ProgramParts& parts) {
     fillClosedDescriptors();
-    ignoreClosedPipes();
+    letFailedWritesAnswer();
     Runner runner(argc, argv);
     Chosen chosen;
     CLI::App program{

@@ -111,15 +111,16 @@ ErrorOutput& standardError() {
 }
 
 void fillClosedDescriptors() {
-    int descriptor = 0;
-    do {
-        descriptor = open("/dev/null", O_RDWR);
-    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    if (descriptor > STDERR_FILENO) close(descriptor);
+    for (int standard = STDIN_FILENO; standard <= STDERR_FILENO; ++standard) {
+        if (fcntl(standard, F_GETFD) >= 0) continue;
+        // The lowest free one is this one. Nothing can be written to what is opened for reading.
+        if (open("/dev/null", standard == STDOUT_FILENO ? O_RDONLY : O_RDWR) < 0) return;
+    }
 }
 
-void ignoreClosedPipes() {
+void letFailedWritesAnswer() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace kestrix::cli

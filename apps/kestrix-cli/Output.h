@@ -72,10 +72,12 @@ class ErrorOutput {
 ErrorOutput& standardError();
 
 // Gives standard input, output and error a place where the caller closed them: the next file opened would
-// take it, and receive what is meant for the terminal. Must be called before anything is opened.
+// take it, and receive what is meant for the terminal. What is written to an output that was closed fails.
+// Must be called before anything is opened.
 void fillClosedDescriptors();
 
-// Must be called before the first write: a closed pipe then answers instead of killing the process.
-void ignoreClosedPipes();
+// Must be called before the first write: a closed pipe, and a file that may not grow, then answer instead of
+// killing the process.
+void letFailedWritesAnswer();
 
 }  // namespace kestrix::cli

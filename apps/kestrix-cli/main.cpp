@@ -38,7 +38,7 @@ int becomeProgramOfAllCommands(int argc, char** argv) {
         error = {errno, std::generic_category()};
     }
     fillClosedDescriptors();
-    ignoreClosedPipes();
+    letFailedWritesAnswer();
     Runner runner(argc, argv);
     return runner.end(
         failed("the installation is not complete: " + program.string() + ": " + error.message()));

@@ -5,14 +5,17 @@
 
 #include <csignal>
 #include <iostream>
+#include <optional>
 #include <utility>
 
 #include "apps/common/PrintableLog.h"
 #include "apps/common/SimulatorSource.h"
 #include "apps/common/TerminationNotifier.h"
+#include "apps/common/TerminationSignals.h"
 #include "apps/kestrix/Options.h"
 #include "apps/kestrix/Tour.h"
 #include "apps/kestrix/TourFolder.h"
+#include "apps/kestrix/UsableDisplay.h"
 #include "platform/Log.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
@@ -37,18 +40,13 @@ void chooseRenderer() {
     if (!chosen && !hasGraphicsProcessor()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
-// The platform plugin would abort the process.
-bool hasDisplay() {
-    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
-           qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-}
-
 int fail(const std::string& why, int status) {
     std::cerr << "kestrix: " << why << '\n';
     return status;
 }
 
-int showWindow(const Options& options) {
+// A signal that comes before the event loop runs is noticed between the steps.
+int showWindow(const Options& options, const kestrix::app::TerminationSignals& signals) {
     kestrix::shell::LaunchOptions launch;
     launch.uris = options.uris;
     launch.documents = QString::fromStdString(options.documents);
@@ -63,9 +61,10 @@ int showWindow(const Options& options) {
     if (!application.applicationDidFinishLaunchingWithOptions())
         return fail(application.problem(), application.exitStatus());
     if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
+    if (signals.signal() != 0) return 0;
     if (!window.load()) return fail("the views do not load", kFailed);
+    const kestrix::app::TerminationNotifier notifier(signals, [] { QCoreApplication::quit(); });
     window.show();
-    const kestrix::app::TerminationNotifier signals([] { QCoreApplication::quit(); });
     return QGuiApplication::exec();
 }
 
@@ -81,9 +80,14 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_QUICK_BACKEND", "software");
     }
-    if (!tour && !hasDisplay()) {
-        return fail("there is no display; --tour DIR writes pictures, and kestrix-cli works in a terminal",
-                    kFailed);
+    std::optional<kestrix::app::TerminationSignals> signals;
+    if (!tour) {
+        signals.emplace();
+        const std::string problem = kestrix::displayProblem();
+        if (signals->signal() != 0) return 0;
+        if (!problem.empty())
+            return fail(problem + "; --tour DIR writes pictures, and kestrix-cli works in a terminal",
+                        kFailed);
     }
     chooseRenderer();
     kestrix::platform::installLogFormat(options->verbose);
@@ -91,7 +95,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
-    if (!tour) return showWindow(*options);
+    if (signals) return showWindow(*options, *signals);
     kestrix::ui::installSystemFont();
     return kestrix::tour::run(options->tour);
 }

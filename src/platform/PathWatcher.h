@@ -15,6 +15,8 @@ class PathWatcher {
   public:
     // path: absolute. changed is called from the event loop.
     PathWatcher(QString path, std::function<void()> changed);
+    // Whether what comes and goes in this folder is looked at now.
+    bool isWatching(const QString& folder) const { return watcher_.directories().contains(folder); }
 
   private:
     void watchFolders();

@@ -106,8 +106,9 @@ void MainWindow::bringForward() {
 
 void MainWindow::takePlace() {
     const WindowPlace standard{.position = {}, .size = kSize};
-    const auto remembered = rememberedPlace(application_.settings());
-    const WindowPlace place = placeOnScreens(remembered.value_or(standard), freeScreens(), kUsualFrame);
+    WindowPlace wanted = rememberedPlace(application_.settings()).value_or(standard);
+    wanted.size = wanted.size.expandedTo(minimumSize());
+    const WindowPlace place = placeOnScreens(wanted, freeScreens(), kUsualFrame);
     if (place.position) setFramePosition(*place.position);
     resize(place.size);
     lastNormal_ = {place.position.value_or(QPoint()), place.size};

@@ -12,6 +12,8 @@ const QString kHeight = QStringLiteral("windowHeight");
 const QString kFullScreen = QStringLiteral("windowFullScreen");
 const QString kHasPosition = QStringLiteral("windowHasPosition");
 
+constexpr int kFarthest = 1'000'000;
+
 qint64 commonArea(const QRect& one, const QRect& other) {
     const QRect common = one & other;
     return common.isEmpty() ? 0 : qint64{common.width()} * common.height();
@@ -42,10 +44,13 @@ WindowPlace placeOnScreens(const WindowPlace& wanted, const QList<QRect>& screen
 
 std::optional<WindowPlace> rememberedPlace(const platform::UserDefaults& settings) {
     WindowPlace place;
-    place.size = {settings.integerForKey(kWidth), settings.integerForKey(kHeight)};
+    // Whatever stands there: nothing is so large or so far away that it could not be added to.
+    const auto read = [&settings](const QString& key) {
+        return std::clamp(settings.integerForKey(key), -kFarthest, kFarthest);
+    };
+    place.size = {read(kWidth), read(kHeight)};
     if (place.size.isEmpty()) return std::nullopt;
-    if (settings.boolForKey(kHasPosition))
-        place.position = QPoint(settings.integerForKey(kLeft), settings.integerForKey(kTop));
+    if (settings.boolForKey(kHasPosition)) place.position = QPoint(read(kLeft), read(kTop));
     place.fullScreen = settings.boolForKey(kFullScreen);
     return place;
 }

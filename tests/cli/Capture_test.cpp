@@ -170,6 +170,58 @@ TEST_F(Capture, AFullDiskFailsWithOneLine) {
     EXPECT_THAT(complaintsIn(result.error), ElementsAre(StartsWith("kestrix-cli: /dev/full: ")));
 }
 
+TEST_F(Capture, AFileThatMayNotGrowFailsWithOneLineAndKeepsWhatFits) {
+    Program program({"capture", listener_.uri(), path("x.kxc")});
+    const Descriptor client = listener_.accept();
+    sendAll(client, manyFrames(1));
+    waitForBytes("x.kxc", 36);
+    program.limitFileSize(contentOf(path("x.kxc")).size() + 10);
+    sendAll(client, manyFrames(1));
+    EXPECT_EQ(program.waitForEnd(), 1);
+    EXPECT_THAT(complaintsIn(program.error()),
+                ElementsAre(AllOf(StartsWith("kestrix-cli: " + path("x.kxc") + ": "),
+                                  HasSubstr("File too large"), HasSubstr("46 bytes are kept"))));
+    EXPECT_EQ(bytesIn("x.kxc"), (manyFrames(1) + manyFrames(1)).substr(0, 46));
+}
+
+TEST_F(Capture, ADashIsStandardOutput) {
+    Program program({"capture", listener_.uri(), "-"});
+    const Descriptor client = listener_.accept();
+    const std::string bytes(108, '\x7e');
+    sendAll(client, bytes);
+    ASSERT_TRUE(program.waitForOutput(bytes));
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_THAT(program.output(), ContainsRegex(kHeader));
+    EXPECT_EQ(program.output().substr(program.output().find('\n') + 1), bytes);
+    EXPECT_THAT(complaintsIn(program.error()), ElementsAre("kestrix-cli: 108 bytes in standard output"));
+    EXPECT_NE(access("-", F_OK), 0);
+}
+
+// A shell's >> and 1<> have opened it for what they want.
+TEST_F(Capture, StandardOutputIsNotEmptiedFirst) {
+    const std::string before(1000, 'x');
+    writeFile(path("own"), before);
+    Surroundings setup;
+    setup.output = path("own");
+    Program program({"capture", listener_.uri(), "-"}, setup);
+    const Descriptor client = listener_.accept();
+    sendAll(client, manyFrames(1));
+    ASSERT_TRUE(
+        program.waitUntil([&] { return contentOf(path("own")).find(manyFrames(1)) != std::string::npos; }));
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0);
+    EXPECT_EQ(contentOf(path("own")).size(), before.size());
+}
+
+TEST_F(Capture, ATerminalIsNoPlaceForRawBytes) {
+    Surroundings setup;
+    setup.terminal = true;
+    const Result result = run({"capture", listener_.uri(), "-"}, {}, setup);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, HasSubstr("kestrix-cli: standard output: it is a terminal"));
+}
+
 TEST_F(Capture, SaysWhyNoBytesCame) {
     const std::string port = "serial:/dev/no-such-port";
     Program silent({"capture", listener_.uri(), path("a.kxc"), "--seconds", "1"});

@@ -97,6 +97,22 @@ TEST(Usage, WhatIsAskedForMustReachItsReader) {
     }
 }
 
+// >&- in a shell.
+TEST(Usage, AnOutputThatIsClosedIsAWriteThatFails) {
+    Surroundings closed;
+    closed.closed = {1};
+    for (const Arguments& arguments :
+         {Arguments{"--help"}, Arguments{"--version"}, Arguments{"decode", "--frame", "7e0d1e"},
+          Arguments{"simulate", "--list"}, Arguments{"devices"},
+          Arguments{"monitor", "simulator:", "--seconds", "1"}, Arguments{"capture", "simulator:", "-"}}) {
+        SCOPED_TRACE(::testing::PrintToString(arguments));
+        const Result result = run(arguments, {}, closed);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_THAT(complaintsIn(result.error),
+                    ElementsAre(AllOf(StartsWith("kestrix-cli: "), HasSubstr("Bad file descriptor"))));
+    }
+}
+
 TEST(Usage, NoControlCharacterOfAnArgumentReachesTheTerminal) {
     const Result result = run({"decode",
                                "a\x1b[31m\x7f\xc2\x9b"

@@ -57,6 +57,21 @@ TEST_F(PathWatcherTest, AFolderThatVanishesWithItsPortIsWatchedAgainWhenItReturn
     }
 }
 
+// Each folder is seen only by who watches the one above it, which itself has only just come.
+TEST_F(PathWatcherTest, FoldersThatComeOneAfterTheOtherAreWatchedAsTheyCome) {
+    PathWatcher watcher(at("serial/by-id/tester"), [this] { ++changes_; });
+    for (int round = 0; round < 2; ++round) {
+        for (const char* folder : {"serial", "serial/by-id"}) {
+            ASSERT_TRUE(QDir().mkdir(at(folder)));
+            ASSERT_TRUE(testing::spinUntil([&] { return watcher.isWatching(at(folder)); })) << folder;
+        }
+        make(at("serial/by-id/tester"));
+        EXPECT_TRUE(told()) << "it has come";
+        ASSERT_TRUE(QDir(at("serial")).removeRecursively());
+        EXPECT_TRUE(told()) << "it has gone";
+    }
+}
+
 TEST_F(PathWatcherTest, OtherFilesOfTheFolderAreNoChange) {
     make(at("port"));
     PathWatcher watcher(at("port"), [this] { ++changes_; });

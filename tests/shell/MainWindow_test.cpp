@@ -204,6 +204,13 @@ TEST_F(MainWindowTest, ItsSizeIsRememberedInTheSettings) {
     EXPECT_EQ(MainWindow(app()).size(), QSize(400, 700).boundedTo(largestSize()));
 }
 
+TEST_F(MainWindowTest, ARememberedSizeIsNoSmallerThanTheLeast) {
+    start();
+    app().settings().setInteger(QStringLiteral("windowWidth"), 1);
+    app().settings().setInteger(QStringLiteral("windowHeight"), 1);
+    EXPECT_EQ(MainWindow(app()).size(), QSize(160, 240));
+}
+
 TEST_F(MainWindowTest, TheSizeBeforeFullScreenIsRememberedAndThatItWasFullScreen) {
     open({400, 600});
     pressKey(Qt::Key_F11);

@@ -4,6 +4,8 @@
 
 #include <QTemporaryDir>
 
+#include <limits>
+
 #include <memory>
 
 namespace kestrix::shell {
@@ -63,6 +65,18 @@ TEST_F(RememberedPlace, WhatWasRememberedComesBack) {
         rememberPlace(settings_, place);
         EXPECT_EQ(remembered(), place);
     }
+}
+
+// Of an int's greatest number and a frame there is no sum.
+TEST_F(RememberedPlace, ALargestNumberIsNoMoreThanFarAway) {
+    constexpr int kMost = std::numeric_limits<int>::max();
+    rememberPlace(settings_, {.position = QPoint(kMost, -kMost), .size = {kMost, kMost}});
+    const auto place = remembered();
+    ASSERT_TRUE(place);
+    EXPECT_EQ(place->size, QSize(1'000'000, 1'000'000));
+    EXPECT_EQ(place->position, QPoint(1'000'000, -1'000'000));
+    EXPECT_EQ(placeOnScreens(*place, kLargeScreen, kFrameSize).size,
+              kLargeScreen.first().size() - kFrameSize);
 }
 
 TEST_F(RememberedPlace, ASizeThatIsNoneIsNotUsed) {

@@ -113,8 +113,11 @@ TEST_F(Failures, AFileThatIsMovedAwaySwallowsNoWrites) {
     ServiceDao dao = daoWithTables();
     dao.addMeasureForm(measurement(1));
     fs::rename(path_, path_ + ".aside");
+    EXPECT_TRUE(dao.findMeasureForm(true).empty()) << "it reads what is not in its place";
+    EXPECT_NE(dao.lastOutcome().reason.find("has no tables"), std::string::npos) << dao.lastOutcome().reason;
     testing::expectWarning(kStatementFailed);
     dao.addMeasureForm(measurement(2));
+    EXPECT_NE(dao.lastOutcome().reason.find("has no tables"), std::string::npos) << dao.lastOutcome().reason;
     EXPECT_EQ(Connection(path_ + ".aside").value("SELECT count(*) FROM measurefrom"), "1");
     fs::rename(path_ + ".aside", path_);
     expectWorks(dao, 1);

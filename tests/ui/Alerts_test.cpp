@@ -120,6 +120,18 @@ TEST_F(AlertsTest, WithItsOwnerItGoesUnanswered) {
     EXPECT_EQ(answers_, std::vector<std::string>{"two 0"});
 }
 
+// One that lives as long as the application asks many a question.
+TEST_F(AlertsTest, AnAnsweredOneLeavesNothingAtItsOwner) {
+    struct Owner : QObject {
+        int listeners() const { return receivers(SIGNAL(destroyed(QObject*))); }
+    } owner;
+    const int before = owner.listeners();
+    show("one", owner);
+    EXPECT_GT(owner.listeners(), before);
+    alerts_.answer(0);
+    EXPECT_EQ(owner.listeners(), before);
+}
+
 TEST_F(AlertsTest, AnAnswerMayDestroyItsOwner) {
     auto owner = std::make_unique<QObject>();
     alerts_.show({.title = QStringLiteral("Leave"), .answered = [&](int) { owner.reset(); }}, *owner);
