@@ -120,12 +120,17 @@ TEST_F(LinkStateTest, EveryStateIsLoggedAndStored) {
     }
 }
 
-TEST_F(LinkStateTest, TheStoredStateIsThatOfTheNextStart) {
+TEST_F(LinkStateTest, TheStateStaysStoredUntilTheLinkOfTheNextStartReports) {
     start();
     screen_->viewStatus(1);
+    screen_.reset();
+    EXPECT_EQ(storedState(), 1);
+    int beforeTheReport = -1;
+    whenTheLinkIsMade_ = [&] { beforeTheReport = storedState(); };
     start();
-    EXPECT_TRUE(screen_->lblNoCon.hidden());
-    EXPECT_TRUE(screen_->leftAnimaImg.isAnimating());
+    EXPECT_EQ(beforeTheReport, 1);
+    EXPECT_EQ(storedState(), 0);
+    EXPECT_FALSE(screen_->lblNoCon.hidden());
 }
 
 TEST_F(LinkStateTest, APostedStateIsKeptAndShown) {

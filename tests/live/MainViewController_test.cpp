@@ -26,7 +26,7 @@ class MainViewControllerTest : public MainViewFixture {
 };
 
 TEST_F(MainViewControllerTest, BeforeItIsLoadedNothingIsMade) {
-    screen_ = makeScreen(linkDefaults_);
+    screen_ = makeScreen();
     EXPECT_EQ(screen_->med, nullptr);
     EXPECT_EQ(screen_->red, nullptr);
     EXPECT_EQ(screen_->dao, nullptr);
@@ -159,18 +159,14 @@ TEST_F(MainViewControllerTest, TheListAndTheToolbarAreObservedBehindTheStartOfTh
     EXPECT_EQ(leftImage(), "orvo_home_left_back.png");
 }
 
-// The link publishes what it finds before the screen listens; the stored state is what counts.
-TEST_F(MainViewControllerTest, TheScreenStartsInTheStoredStateAndNotInWhatTheLinkPublishesAtItsStart) {
-    source_->appear(tester(1));
-    start();
-    EXPECT_EQ(loggedStates(), Log{"状态:0"});
-    EXPECT_EQ(screen_->bluestate, 0);
-    EXPECT_FALSE(screen_->lblNoCon.hidden());
-}
-
+// What was stored holds until the link reports; this one has a store of its own, so that its report is not
+// seen.
 TEST_F(MainViewControllerTest,
        AStartWithBluestateStoredAs1ShowsTheAnimationsRunningAndNoNoticeBeforeAnyDeviceIsSeen) {
-    startConnected();
+    platform::UserDefaults unheard{folder_.filePath(QStringLiteral("unheard.ini"))};
+    defaults_.setInteger(QStringLiteral("bluestate"), 1);
+    screen_ = makeScreen(unheard);
+    screen_->loadView();
     EXPECT_EQ(loggedStates(), Log{"状态:1"});
     EXPECT_TRUE(screen_->leftAnimaImg.isAnimating());
     EXPECT_TRUE(screen_->rightAnimaImg.isAnimating());
@@ -178,6 +174,29 @@ TEST_F(MainViewControllerTest,
     EXPECT_TRUE(screen_->btnHelp.hidden());
     EXPECT_EQ(screen_->bluestate, 0);
     EXPECT_TRUE(manager_.connectedAccessories().empty());
+    screen_.reset();  // before its link's store
+}
+
+TEST_F(MainViewControllerTest, AStartWithBluestateStoredAs1AndNoTesterIsNotConnected) {
+    defaults_.setInteger(QStringLiteral("bluestate"), 1);
+    start();
+    EXPECT_EQ(loggedStates(), Log{"状态:0"});
+    EXPECT_FALSE(screen_->leftAnimaImg.isAnimating());
+    EXPECT_FALSE(screen_->lblNoCon.hidden());
+    EXPECT_FALSE(screen_->btnHelp.hidden());
+    EXPECT_EQ(storedState(), 0);
+}
+
+// The link publishes what it finds before the screen listens; what it stored is what the screen reads.
+TEST_F(MainViewControllerTest, AStartWithATesterThereShowsTheAnimationsRunningAndNoNotice) {
+    startConnected();
+    EXPECT_EQ(loggedStates(), Log{"状态:1"});
+    EXPECT_EQ(screen_->bluestate, 0);
+    EXPECT_TRUE(screen_->leftAnimaImg.isAnimating());
+    EXPECT_TRUE(screen_->rightAnimaImg.isAnimating());
+    EXPECT_TRUE(screen_->lblNoCon.hidden());
+    EXPECT_TRUE(screen_->btnHelp.hidden());
+    EXPECT_EQ(storedState(), 1);
 }
 
 TEST_F(MainViewControllerTest, AFirstStartShowsThatNothingIsConnected) {
@@ -187,20 +206,6 @@ TEST_F(MainViewControllerTest, AFirstStartShowsThatNothingIsConnected) {
     EXPECT_FALSE(screen_->btnHelp.hidden());
     EXPECT_EQ(shownLabels(*screen_), "values1-6");
     EXPECT_EQ(tripTimes(*screen_), kNoTripTimes);
-}
-
-// As the application joins them: the link stores its state where the screen reads it.
-TEST_F(MainViewControllerTest, WithOneStoreForBothTheScreenStartsAsTheLinkFoundIt) {
-    defaults_.setInteger(QStringLiteral("bluestate"), 1);
-    screen_ = makeScreen(defaults_);
-    screen_->loadView();
-    EXPECT_EQ(loggedStates(), Log{"状态:0"});
-    screen_.reset();
-    source_->appear(tester(1));
-    testing::forgetLogLines();
-    screen_ = makeScreen(defaults_);
-    screen_->loadView();
-    EXPECT_EQ(loggedStates(), Log{"状态:1"});
 }
 
 TEST_F(MainViewControllerTest, EveryStateOfTheLinkIsFollowed) {

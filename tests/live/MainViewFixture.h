@@ -62,8 +62,8 @@ class FixedTextMeasure final : public ui::TextMeasure {
     double height = 0;
 };
 
-// The live screen with a tester that comes and goes as the test says, and a clock of the test's own. The link
-// keeps its state elsewhere, so that the screen starts with what the screen has stored.
+// The live screen with a tester that comes and goes as the test says, and a clock of the test's own. Screen
+// and link share one store, as in the application.
 class MainViewFixture : public ::testing::Test {
   protected:
     MainViewFixture() {
@@ -83,6 +83,7 @@ class MainViewFixture : public ::testing::Test {
     }
 
     // A screen that is not loaded yet.
+    std::unique_ptr<MainViewController> makeScreen() { return makeScreen(defaults_); }
     std::unique_ptr<MainViewController> makeScreen(platform::UserDefaults& linkDefaults) {
         return std::make_unique<MainViewController>(ui::Services{
                                                         .defaults = defaults_,
@@ -110,12 +111,13 @@ class MainViewFixture : public ::testing::Test {
                                                     });
     }
     MainViewController& start() {
-        screen_ = makeScreen(linkDefaults_);
+        screen_ = makeScreen();
         screen_->loadView();
         return *screen_;
     }
+    // A tester is there already.
     MainViewController& startConnected() {
-        defaults_.setInteger(QStringLiteral("bluestate"), 1);
+        if (manager_.connectedAccessories().empty()) source_->appear(tester(1));
         return start();
     }
     void receive(const protocol::MeterReading& record) { screen_->didReceive3820Data(record, true); }
@@ -138,8 +140,7 @@ class MainViewFixture : public ::testing::Test {
 
     QTemporaryDir folder_;
     platform::DocumentsFolder documents_{folder_.path()};
-    platform::UserDefaults defaults_{folder_.filePath(QStringLiteral("screen.ini"))};
-    platform::UserDefaults linkDefaults_{folder_.filePath(QStringLiteral("link.ini"))};
+    platform::UserDefaults defaults_{folder_.filePath(QStringLiteral("kestrix.ini"))};
     testing::ManualScheduler scheduler_;
     platform::AccessoryManager manager_;
     testing::FakeSource* source_ = nullptr;
