@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,10 @@ struct ChannelKind {
     std::unique_ptr<ChannelRig> (*make)();
     bool swallows;  // it takes whatever is written, without end
 };
+
+inline void PrintTo(const ChannelKind& kind, std::ostream* out) {
+    *out << kind.name;
+}
 
 // Every kind of channel there is. A new transport adds its row.
 extern const std::vector<ChannelKind> kChannelKinds;
