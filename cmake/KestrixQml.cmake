@@ -38,21 +38,50 @@ function(kestrix_views target)
   endif()
 endfunction()
 
-# kestrix_screens(FOLDER live CONTROLLERS a.cpp... VIEWS A.qml... TYPES LiveTypes.h LINK lib...)
-# All that a folder with screens consists of: the library of its controllers, kestrix_live, which needs no display, and the
-# module of its views, Kestrix.Live. LINK: what the controllers need besides ui and platform.
+# kestrix_screens(FOLDER live CONTROLLERS a.cpp... VIEWS A.qml... [SCREENS AViewController... | TYPES LiveTypes.h]
+#   LINK lib... TESTS a_test.cpp...)
+# All that a folder with screens consists of: the library of its controllers, kestrix_live, which needs no display, the
+# module of its views, Kestrix.Live, and the program of its tests, live_tests. SCREENS: the controllers that the views know, each
+# with a header of its name; TYPES: a header that says so by hand, for a folder that shows the views more than its screens. LINK: what
+# the controllers need besides ui and platform. TESTS: in the folder of this name under tests/.
 function(kestrix_screens)
-  cmake_parse_arguments(A "" "FOLDER" "CONTROLLERS;VIEWS;TYPES;LINK" ${ARGN})
+  cmake_parse_arguments(A "" "FOLDER" "CONTROLLERS;VIEWS;SCREENS;TYPES;LINK;TESTS" ${ARGN})
   string(SUBSTRING ${A_FOLDER} 0 1 initial)
   string(SUBSTRING ${A_FOLDER} 1 -1 rest)
   string(TOUPPER ${initial} initial)
   kestrix_library(kestrix_${A_FOLDER} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
   kestrix_qml_types(kestrix_${A_FOLDER})
+  if(A_SCREENS)
+    _kestrix_screen_types(${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h ${A_FOLDER} ${A_SCREENS})
+    list(APPEND A_TYPES ${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h)
+  endif()
   kestrix_views(kestrix_${A_FOLDER}_views URI Kestrix.${initial}${rest}
     QML ${A_VIEWS}
     TYPES ${A_TYPES}
     LINK kestrix_${A_FOLDER} kestrix_ui_views
     DEPENDS QtQuick Kestrix.Ui)
+  target_include_directories(kestrix_${A_FOLDER}_views PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+  if(A_TESTS AND KESTRIX_TESTS)
+    list(TRANSFORM A_TESTS PREPEND ${PROJECT_SOURCE_DIR}/tests/${A_FOLDER}/)
+    kestrix_test(${A_FOLDER}_tests GUI SOURCES ${A_TESTS} LINK kestrix_${A_FOLDER} kestrix_test_support)
+    set_target_properties(${A_FOLDER}_tests PROPERTIES
+      RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests/${A_FOLDER})
+  endif()
+endfunction()
+
+# Writes the header that tells QML the classes of a folder under their own names.
+function(_kestrix_screen_types file folder)
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR} OUTPUT_VARIABLE here)
+  string(REGEX REPLACE "^src/" "" here ${here})
+  set(includes "#pragma once\n\n#include <QtQml/qqmlregistration.h>\n\n")
+  set(types "")
+  foreach(screen IN LISTS ARGN)
+    string(APPEND includes "#include \"${here}/${screen}.h\"\n")
+    string(APPEND types "struct ${screen}Type {\n    Q_GADGET\n    QML_FOREIGN(kestrix::${folder}::${screen})\n"
+      "    QML_NAMED_ELEMENT(${screen})\n    QML_UNCREATABLE(\"belongs to the application\")\n};\n")
+  endforeach()
+  file(CONFIGURE OUTPUT ${file} @ONLY CONTENT
+    "${includes}#include \"ui/UiTypes.h\"\n\nnamespace kestrix::${folder}::qml {\n${types}}\n")
 endfunction()
 
 # kestrix_link_views(TARGET module...): links a program or library with modules of views, and loads them at its start.

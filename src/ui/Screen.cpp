@@ -35,6 +35,10 @@ TextField* Screen::textField(const QString& name) const {
     return find<TextField>(name);
 }
 
+Table* Screen::table(const QString& name) const {
+    return find<Table>(name);
+}
+
 void Screen::setCovered(bool covered) {
     if (covered == covered_) return;
     covered_ = covered;

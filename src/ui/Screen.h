@@ -9,6 +9,7 @@
 #include "ui/ImageView.h"
 #include "ui/Label.h"
 #include "ui/ScreenId.h"
+#include "ui/Table.h"
 #include "ui/TextField.h"
 
 namespace kestrix::ui {
@@ -32,8 +33,8 @@ class Screen : public QObject {
     Q_INVOKABLE kestrix::ui::Label* label(const QString& name) const;
     Q_INVOKABLE kestrix::ui::ImageView* imageView(const QString& name) const;
     Q_INVOKABLE kestrix::ui::Button* button(const QString& name) const;
-
     Q_INVOKABLE kestrix::ui::TextField* textField(const QString& name) const;
+    Q_INVOKABLE kestrix::ui::Table* table(const QString& name) const;
 
     // Whether another screen lies in front of all of it. A covered screen goes on working, but is not drawn,
     // and neither the keyboard nor a screen reader finds it; its controls tell the display nothing until it

@@ -18,16 +18,20 @@ std::string listedIn(const fs::path& path) {
     return content.str();
 }
 
-// In the CMakeLists of its folder, or of one above it.
+bool isNamedIn(const fs::path& folder, const fs::path& source) {
+    const std::regex name("(^|[\\s/])" +
+                          std::regex_replace(source.filename().string(), std::regex("\\."), "\\.") +
+                          "([\\s)]|$)");
+    return std::regex_search(listedIn(folder / "CMakeLists.txt"), name);
+}
+
+// In the CMakeLists of its folder, or of one above it; a folder of screens also names its tests.
 bool isNamed(const fs::path& source, const fs::path& top) {
     for (fs::path folder = source.parent_path(); folder != top.parent_path(); folder = folder.parent_path()) {
-        const std::string lists = listedIn(folder / "CMakeLists.txt");
-        const std::regex name("(^|[\\s/])" +
-                              std::regex_replace(source.filename().string(), std::regex("\\."), "\\.") +
-                              "([\\s)]|$)");
-        if (std::regex_search(lists, name)) return true;
+        if (isNamedIn(folder, source)) return true;
     }
-    return false;
+    const fs::path folder = fs::relative(source.parent_path(), top / "tests");
+    return isNamedIn(top / "src" / folder, source);
 }
 
 TEST(SourceFiles, EachIsNamedByACMakeLists) {

@@ -11,9 +11,6 @@ namespace kestrix::shell {
 
 // A presented screen that is nothing but a table.
 class TableScreen final : public ui::Screen {
-    Q_OBJECT
-    Q_PROPERTY(kestrix::ui::Table* table READ tableOf CONSTANT FINAL)
-
   public:
     explicit TableScreen(ui::ScreenId id) : Screen(id) {}
 
@@ -22,7 +19,6 @@ class TableScreen final : public ui::Screen {
             id, [id] { return std::make_unique<TableScreen>(id); },
             QUrl(QStringLiteral("qrc:/tests/TableScreen.qml")));
     }
-    ui::Table* tableOf() { return &table; }
 
     ui::ListModel rows{{{QStringLiteral("Name"), QStringLiteral("Name"), 0, 100},
                         {QStringLiteral("Text"), QStringLiteral("Text"), 101, 219}}};

@@ -3,7 +3,7 @@ import Kestrix.Ui
 
 FocusScope {
     id: page
-    required property var screen
+    required property Screen screen
 
     Rectangle {
         anchors.fill: parent
@@ -13,14 +13,14 @@ FocusScope {
         y: 40
         width: 320
         height: 25
-        table: page.screen.table
+        table: page.screen.table("table")
     }
     TableView {
         y: 65
         width: 320
         height: 200
         focus: true
-        table: page.screen.table
+        table: page.screen.table("table")
         title: "A table"
     }
 }

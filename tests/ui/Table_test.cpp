@@ -7,6 +7,7 @@
 
 #include <vector>
 
+#include "tests/support/LogExpectations.h"
 #include "tests/ui/TestScreen.h"
 #include "ui/Palette.h"
 
@@ -39,6 +40,12 @@ TEST_F(TableTest, HasAHeaderOverEachColumnWhichTheScreenFindsByName) {
     EXPECT_EQ(screen_.label(QStringLiteral("headerName")), table_.headers().first());
     EXPECT_EQ(table_.headers().last()->text(), QStringLiteral("Its result"));
     EXPECT_EQ(table_.headers().last()->backgroundColor(), Palette::header);
+}
+
+TEST_F(TableTest, TheScreenFindsItByName) {
+    EXPECT_EQ(screen_.table(QStringLiteral("table")), &table_);
+    testing::expectWarning("has no kestrix::ui::Table named 'headerName'");
+    EXPECT_EQ(screen_.table(QStringLiteral("headerName")), nullptr);
 }
 
 TEST_F(TableTest, GivesTheViewItsColumnsAndRows) {

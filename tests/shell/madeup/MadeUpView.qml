@@ -58,7 +58,7 @@ ScreenFrame {
         y: 210
         width: 320
         height: 25
-        table: page.screen.records
+        table: page.screen.table("records")
     }
     Rectangle {
         y: 235
@@ -70,7 +70,7 @@ ScreenFrame {
         y: 235
         width: 320
         height: 120
-        table: page.screen.records
+        table: page.screen.table("records")
         title: qsTr("Records: %1").arg(count)
     }
 }

@@ -4,14 +4,12 @@
 #include <vector>
 
 #include "ui/FramedScreen.h"
-#include "ui/Table.h"
 
 namespace kestrix::madeup {
 
 // A screen that no user sees: it shows each part that screens are made of. The model of a new screen.
 class MadeUpViewController final : public kestrix::ui::FramedScreen {
     Q_OBJECT
-    Q_PROPERTY(kestrix::ui::Table* records READ recordsTable CONSTANT FINAL)
 
   public:
     using FramedScreen::FramedScreen;
@@ -21,8 +19,6 @@ class MadeUpViewController final : public kestrix::ui::FramedScreen {
     void pressTell();
 
     std::vector<std::string> heard;  // what reached it, in order
-
-    ui::Table* recordsTable() { return &records; }
 
     ui::Label lblProject{*this, "lblProject"};
     ui::Label lblOperator{*this, "lblOperator"};
