@@ -77,9 +77,9 @@ int main(int argc, char** argv) {
     std::printf("== start to the first picture, medians of %d in turns\n", pairs);
     allBare.print("bare Qt Quick", total(bare));
     allOurs.print("kestrix", total(ours));
-    std::printf("ratio of the times   %.2f    (goal: at most 1.5)\n",
+    std::printf("ratio of the times   %.2f    (goal: at most 1.4)\n",
                 median(allOurs.times) / median(allBare.times));
-    std::printf("ratio of the memory  %.2f    (goal: at most 1.3)\n",
+    std::printf("ratio of the memory  %.2f    (goal: at most 1.2)\n",
                 median(allOurs.memories) / median(allBare.memories));
     return 0;
 }

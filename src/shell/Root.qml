@@ -32,16 +32,21 @@ Stage {
             height: parent.height
             stack: root.screens
         }
-        NoticeView {
+        Lazily {
             x: 10
             y: parent.height - 68 - height // above the record button
             width: 300
-            notice: root.notice
+            view: "NoticeView"
+            given: ({"notice": root.notice})
+            wanted: root.notice.shown
         }
     }
-    AlertView {
+    Lazily {
         width: 320
         height: parent.height
-        alerts: root.alerts
+        focus: wanted
+        view: "AlertView"
+        given: ({"alerts": root.alerts})
+        wanted: root.alerts.shown
     }
 }

@@ -15,6 +15,7 @@ FocusScope {
     // What the mouse is told where the button shows no words.
     property string hint: button.title === "" ? button.accessibleName : ""
     readonly property bool held: touch.held
+    readonly property bool rested: touch.hovered && !touch.held
 
     objectName: button.objectName
     visible: !button.hidden
@@ -55,11 +56,11 @@ FocusScope {
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
     }
-    Rectangle {
-        objectName: "hoverShade"
+    Lazily { // under a mouse only
         anchors.fill: parent
-        visible: touch.hovered && !view.held
-        color: Colors.hover
+        view: "ButtonHover"
+        given: ({"target": view})
+        wanted: touch.hovered
     }
     TouchArea {
         id: touch
@@ -67,11 +68,6 @@ FocusScope {
         margin: view.touchMargin
         actsOnLanding: view.button.actsOnTouchDown
         onPressed: view.button.press()
-    }
-    ToolTip {
-        target: view
-        text: view.hint
-        wanted: touch.hovered && !view.held
     }
     FocusFrame {
         anchors.margins: -view.frameDistance
