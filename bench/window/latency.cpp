@@ -96,7 +96,7 @@ int main(int argc, char** argv) {
     std::printf("== from bytes at the channel to the picture\n");
     measureInChild("bare window, the toolkit's own idle time of 5 ms", "bare", length, "5");
     measureInChild("bare window, no idle time", "bare", length, "0");
-    measureInChild("kestrix (goals: 10 values/s: at most 1 ms; 10,000 values/s: p99 at most 2 ms)",
-                   "kestrix", length, "0");
+    measureInChild("kestrix (goals: 10 values/s: at most 1 ms; 10,000 values/s: p99 at most 2 ms)", "kestrix",
+                   length, "0");
     return 0;
 }
