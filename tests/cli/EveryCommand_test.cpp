@@ -52,8 +52,30 @@ class EveryCommand : public ::testing::TestWithParam<const Command*> {
         }
     }
 
+    // A command without an example of brief output is one that writes until it is ended.
+    static bool writesNothingBrief(const std::vector<std::string>& words) {
+        if (!words.empty()) return false;
+        EXPECT_EQ(GetParam()->atSignal, AtSignal::EndsIt)
+            << "it writes something, and needs an example of it";
+        return true;
+    }
+
     QTemporaryDir folder_;
 };
+
+struct StalledReader {
+    const char* name;
+    bool terminal;
+};
+constexpr StalledReader kStalledReaders[] = {{"a full pipe", false}, {"a stopped terminal", true}};
+
+Surroundings stalledBy(const StalledReader& reader) {
+    Surroundings setup;
+    setup.stalled = true;
+    setup.terminal = reader.terminal;
+    setup.environment = {"TERM=xterm"};
+    return setup;
+}
 
 TEST_P(EveryCommand, EndsOnASignal) {
     for (const int signal : kSignals) {
@@ -64,25 +86,17 @@ TEST_P(EveryCommand, EndsOnASignal) {
 }
 
 TEST_P(EveryCommand, EndsOnASignalWhileNobodyReadsItsOutput) {
-    for (const bool terminal : {false, true}) {
-        SCOPED_TRACE(terminal ? "a stopped terminal" : "a full pipe");
-        Surroundings setup;
-        setup.stalled = true;
-        setup.terminal = terminal;
-        setup.environment = {"TERM=xterm"};
-        Program program(endless(), setup);
+    for (const StalledReader& reader : kStalledReaders) {
+        SCOPED_TRACE(reader.name);
+        Program program(endless(), stalledBy(reader));
         endBy(SIGTERM, program);
     }
 }
 
 TEST_P(EveryCommand, EndsAtItsTimeLimitWhileNobodyReadsItsOutput) {
-    for (const bool terminal : {false, true}) {
-        SCOPED_TRACE(terminal ? "a stopped terminal" : "a full pipe");
-        Surroundings setup;
-        setup.stalled = true;
-        setup.terminal = terminal;
-        setup.environment = {"TERM=xterm"};
-        Program program(endless("1"), setup);
+    for (const StalledReader& reader : kStalledReaders) {
+        SCOPED_TRACE(reader.name);
+        Program program(endless("1"), stalledBy(reader));
         EXPECT_GE(program.waitForEnd(), 0);
     }
 }
@@ -101,11 +115,7 @@ TEST_P(EveryCommand, LeavesAnIgnoredSignalIgnored) {
 }
 
 TEST_P(EveryCommand, WaitsForAReaderWhoComesLate) {
-    if (brief().empty()) {
-        EXPECT_EQ(GetParam()->atSignal, AtSignal::EndsIt)
-            << "it writes something, and needs an example of it";
-        return;
-    }
+    if (writesNothingBrief(brief())) return;
     Surroundings setup;
     setup.stalled = true;
     Program program(brief(), setup);
@@ -116,11 +126,7 @@ TEST_P(EveryCommand, WaitsForAReaderWhoComesLate) {
 }
 
 TEST_P(EveryCommand, EndsQuietlyWhenTheReaderHasGone) {
-    if (brief().empty()) {
-        EXPECT_EQ(GetParam()->atSignal, AtSignal::EndsIt)
-            << "it writes something, and needs an example of it";
-        return;
-    }
+    if (writesNothingBrief(brief())) return;
     Surroundings setup;
     setup.readerGone = true;
     const Result result = run(brief(), {}, setup);
@@ -129,11 +135,7 @@ TEST_P(EveryCommand, EndsQuietlyWhenTheReaderHasGone) {
 }
 
 TEST_P(EveryCommand, SaysInOneLineThatTheDiskIsFull) {
-    if (brief().empty()) {
-        EXPECT_EQ(GetParam()->atSignal, AtSignal::EndsIt)
-            << "it writes something, and needs an example of it";
-        return;
-    }
+    if (writesNothingBrief(brief())) return;
     Surroundings setup;
     setup.output = "/dev/full";
     const Result result = run(brief(), {}, setup);

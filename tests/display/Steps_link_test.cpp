@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/display/DisplayFixture.h"
+#include "tests/display/Groups.h"
 
 namespace kestrix::display {
 namespace {
@@ -116,17 +117,7 @@ TEST_F(LinkStateStep, AStartInTheConnectedStateHidesNothing) {
 }
 
 TEST(Groups, EachHidesAndShowsItsParts) {
-    struct Row {
-        std::int32_t group;
-        const char* hidden;  // all were shown
-        const char* shown;   // all were hidden
-    };
-    constexpr Row rows[] = {
-        {1, "rows1-4 rows5-6 values1-6", "D1 D2"}, {2, "rows1-4 rows5-6 values1-6", "D1"},
-        {3, "D1 D2 rows5-6 values1-6", "rows1-4"}, {4, "D1 D2 rows1-4 values1-6", "rows5-6"},
-        {5, "D1 D2 rows1-4 rows5-6", "values1-6"},
-    };
-    for (const Row& row : rows) {
+    for (const GroupParts& row : kGroupParts) {
         SCOPED_TRACE(row.group);
         Display display;
         setHidden(display, row.group, true);

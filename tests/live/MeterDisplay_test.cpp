@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/display/Groups.h"
 #include "tests/live/DisplayFixture.h"
 
 namespace kestrix::live {
@@ -174,17 +175,7 @@ TEST_F(MeterDisplayTest, OneRowOfTheResultsIsMadeOfItsThreeTexts) {
 }
 
 TEST_F(MeterDisplayTest, EachGroupHidesAndShowsItsLabels) {
-    struct Row {
-        std::int32_t group;
-        const char* hidden;  // all were shown
-        const char* shown;   // all were hidden
-    };
-    constexpr Row rows[] = {
-        {1, "rows1-4 rows5-6 values1-6", "D1 D2"}, {2, "rows1-4 rows5-6 values1-6", "D1"},
-        {3, "D1 D2 rows5-6 values1-6", "rows1-4"}, {4, "D1 D2 rows1-4 values1-6", "rows5-6"},
-        {5, "D1 D2 rows1-4 rows5-6", "values1-6"},
-    };
-    for (const Row& row : rows) {
+    for (const display::GroupParts& row : display::kGroupParts) {
         SCOPED_TRACE(row.group);
         showAll();
         display_.setHiddenLable(row.group, true);
