@@ -9,14 +9,7 @@ Item {
     required property Table table
 
     objectName: list.objectName + "RowMenu"
-    anchors.fill: parent
-    z: 1
     visible: table.menuRow >= 0 && list.visible
-
-    function open(which: int, item: Item, at: point) {
-        table.openMenu(which)
-        place(item, at)
-    }
 
     function place(item: Item, at: point) {
         const spot = item.mapToItem(menu, at.x, at.y)
@@ -24,12 +17,18 @@ Item {
         entry.y = Math.max(0, Math.min(height - entry.height, spot.y - entry.height))
     }
 
+    // Who opens it without a place gets it beside the middle of the row.
+    function placeBesideRow() {
+        const item = list.itemAtIndex(table.menuRow)
+        if (item !== null)
+            place(item, Qt.point(item.width / 2 - entry.width, 0))
+    }
+
+    Component.onCompleted: placeBesideRow()
     Connections {
         target: menu.table
-        function onMenuRowChanged() { // who opens it without a place gets it beside the middle of the row
-            const item = menu.list.itemAtIndex(menu.table.menuRow)
-            if (item !== null)
-                menu.place(item, Qt.point(item.width / 2 - entry.width, 0))
+        function onMenuRowChanged() {
+            menu.placeBesideRow()
         }
     }
     TouchArea {

@@ -24,12 +24,12 @@ ListView {
         TapHandler {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
             acceptedButtons: Qt.RightButton
-            onTapped: point => menu.open(rowView.index, rowView, point.position)
+            onTapped: point => list.openMenu(rowView.index, rowView, point.position)
         }
         TapHandler {
             id: longTouch
             acceptedDevices: PointerDevice.TouchScreen
-            onLongPressed: menu.open(rowView.index, rowView, longTouch.point.position)
+            onLongPressed: list.openMenu(rowView.index, rowView, longTouch.point.position)
         }
     }
     reuseItems: true
@@ -55,6 +55,12 @@ ListView {
         const above = row === null ? 0 : contentY - row.y
         const below = row === null ? 0 : row.y + row.height - contentY - seen
         event.accepted = table.pressKey(event.key, event.modifiers, event.isAutoRepeat, seen, above, below)
+    }
+
+    function openMenu(row: int, item: Item, at: point) {
+        table.openMenu(row)
+        const shown = menu.item as RowMenu
+        shown.place(item, at)
     }
 
     // The whole row if it fits, and its beginning if it does not.
@@ -92,10 +98,13 @@ ListView {
         parent: list
         anchors.bottomMargin: list.bottomMargin
     }
-    RowMenu {
+    Lazily {
         id: menu
         parent: list.parent // over what stands beside the list, too
-        list: list
-        table: list.table
+        anchors.fill: parent
+        z: 1
+        view: "RowMenu"
+        given: ({"list": list, "table": list.table})
+        wanted: list.table.menuRow >= 0
     }
 }

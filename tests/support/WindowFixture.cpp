@@ -98,6 +98,11 @@ QQuickItem& WindowFixture::item(const QString& name) {
     return found != nullptr ? *found : *window_->contentItem();
 }
 
+bool WindowFixture::isShown(const char* name) {
+    const QQuickItem* const found = findItem(*window_->contentItem(), QString::fromLatin1(name));
+    return found != nullptr && found->isVisible();
+}
+
 QRectF WindowFixture::placeOf(QQuickItem& which) {
     return which.mapRectToItem(&item("points"), QRectF(QPointF(), which.size()));
 }
