@@ -6,6 +6,7 @@ import Kestrix.Live
 FocusScope {
     id: page
     required property MainViewController screen
+    property real coveredBelow: 0 // of the list, by a notice
 
     objectName: "mainView"
     focus: true
@@ -83,7 +84,7 @@ FocusScope {
         y: 231
         width: 320
         height: page.height - 56 - y
-        bottomMargin: 4 // the bottom bar covers as much of the list
+        bottomMargin: 4 + page.coveredBelow // the bottom bar covers as much of the list
         table: page.screen.tableView
         rowName: "sessionRow"
         title: qsTr("Measurements of this session: %1").arg(count)

@@ -22,6 +22,7 @@ Stage {
             width: 320
             height: parent.height
             screen: root.mainView
+            coveredBelow: root.notice.shown ? notice.height + 12 : 0
             visible: !root.mainView.covered
             enabled: root.screens.count === 0
             focus: enabled
@@ -33,6 +34,7 @@ Stage {
             stack: root.screens
         }
         Lazily {
+            id: notice
             x: 10
             y: parent.height - 68 - height // above the record button
             width: 300

@@ -36,6 +36,17 @@ ListView {
     // A row beyond what is seen would be made piece by piece in the turns to come; a screen that goes meanwhile would
     // leave it unfinished. One that comes into sight is made at once, mostly out of one that went.
     cacheBuffer: 0
+    // Who looks at the last row goes on seeing it when the list's end is covered, and when it no longer is.
+    property real knownMargin: -1 // none before all is made
+    Component.onCompleted: knownMargin = bottomMargin
+    onBottomMarginChanged: {
+        if (knownMargin < 0)
+            return
+        const atEnd = contentHeight + knownMargin - height < contentY - originY + 1
+        knownMargin = bottomMargin
+        if (atEnd)
+            showLastRow()
+    }
     clip: true
     boundsBehavior: Flickable.StopAtBounds
     interactive: !bar.held
@@ -63,6 +74,12 @@ ListView {
         shown.place(item, at)
     }
 
+    function showLastRow() {
+        positionViewAtEnd()
+        contentY += bottomMargin
+        returnToBounds()
+    }
+
     // The whole row if it fits, and its beginning if it does not.
     function show(row: int) {
         positionViewAtIndex(row, ListView.Contain)
@@ -84,9 +101,7 @@ ListView {
             list.contentY += by
         }
         function onLastRowAsked() {
-            list.positionViewAtEnd()
-            list.contentY += list.bottomMargin
-            list.returnToBounds()
+            list.showLastRow()
         }
     }
     ScrollBar {

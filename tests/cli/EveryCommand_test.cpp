@@ -14,6 +14,11 @@
 #include "tests/cli/Program.h"
 
 namespace kestrix::cli {
+
+static void PrintTo(const Command* command, std::ostream* out) {
+    *out << command->name;
+}
+
 namespace {
 
 constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};

@@ -78,6 +78,39 @@ TEST_F(Recording, EveryPressRecords) {
     EXPECT_EQ(rows(), 5);
 }
 
+TEST_F(Recording, ANoticeHidesNothingOfTheRowsThatWereJustRecorded) {
+    openWithReading();
+    for (int i = 0; i < 12; ++i) click("btnRecord");
+    settle();
+    const double before = placeOf("sessionRow11").bottom();
+    app().notice().show("a line\nand another");
+    settle();
+    ASSERT_TRUE(isShown("notice"));
+    EXPECT_FALSE(placeOf("sessionRow11").intersects(placeOf("notice")));
+    click("btnRecord");
+    settle();
+    EXPECT_FALSE(placeOf("sessionRow12").intersects(placeOf("notice")));
+    EXPECT_TRUE(placeOf("tableView").contains(placeOf("sessionRow12")));
+    scheduler_.advance(ui::Notice::kDuration);
+    settle();
+    ASSERT_FALSE(isShown("notice"));
+    EXPECT_EQ(placeOf("sessionRow12").bottom(), before);
+}
+
+TEST_F(Recording, ANoticeMovesNothingForOneWhoLooksAtTheBeginning) {
+    openWithReading();
+    for (int i = 0; i < 12; ++i) click("btnRecord");
+    item("tableView").setProperty("contentY", 0.0);
+    settle();
+    const QRectF first = placeOf("sessionRow0");
+    app().notice().show("a line");
+    settle();
+    EXPECT_EQ(placeOf("sessionRow0"), first);
+    scheduler_.advance(ui::Notice::kDuration);
+    settle();
+    EXPECT_EQ(placeOf("sessionRow0"), first);
+}
+
 TEST_F(Recording, APressBesideTheButtonDoesNotRecord) {
     openWithReading();
     const QPoint left = pointIn(item("btnRecord"), {-0.05, 0.5});
