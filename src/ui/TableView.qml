@@ -75,9 +75,8 @@ ListView {
     }
 
     function showLastRow() {
-        positionViewAtEnd()
-        contentY += bottomMargin
-        returnToBounds()
+        positionViewAtEnd() // makes the rows there, which tells the height of all
+        contentY = Math.max(originY, originY + contentHeight + bottomMargin - height)
     }
 
     // The whole row if it fits, and its beginning if it does not.

@@ -97,6 +97,31 @@ TEST_F(Recording, ANoticeHidesNothingOfTheRowsThatWereJustRecorded) {
     EXPECT_EQ(placeOf("sessionRow12").bottom(), before);
 }
 
+// Rows of different heights, of which the first ones have room beside the notice.
+TEST_F(Recording, ANoticeLeavesNoGapBeforeTheRows) {
+    openWithReading();
+    int row = 0;
+    for (const char* scenario : {kEarth, kLoop, kLoop, kInsulation, kEarth, kLoop, kLoop}) {
+        tester().play(scenario);
+        settle();
+        click("btnRecord");
+        app().notice().show("a line\nand another");
+        settle();
+        const QRectF list = placeOf("tableView");
+        QRectF rows;
+        for (QQuickItem* each : testing::itemsUnder(item("tableView"))) {
+            if (each->objectName().startsWith(QLatin1String("sessionRow")) && each->isVisible())
+                rows |= placeOf(*each);
+        }
+        EXPECT_LE(rows.top(), list.top()) << row;
+        EXPECT_TRUE(rows.contains(placeOf(item(QStringLiteral("sessionRow%1").arg(row))))) << row;
+        EXPECT_LE(rows.bottom(), placeOf("notice").top()) << row;
+        scheduler_.advance(ui::Notice::kDuration);
+        settle();
+        ++row;
+    }
+}
+
 TEST_F(Recording, ANoticeMovesNothingForOneWhoLooksAtTheBeginning) {
     openWithReading();
     for (int i = 0; i < 12; ++i) click("btnRecord");
