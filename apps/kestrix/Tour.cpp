@@ -68,6 +68,7 @@ class Tour {
     static shell::LaunchOptions launchOptions(const QDir& folder, TourClock& clock) {
         shell::LaunchOptions options;
         options.documents = folder.absolutePath();
+        options.simulated = true;
         options.locale = "en_US";
         options.zone = "UTC";
         options.scheduler = &clock;

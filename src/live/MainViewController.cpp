@@ -32,6 +32,7 @@ constexpr double kLeastRowHeight = 20;
 constexpr double kMostTextHeight = 300;
 constexpr double kTextColumnWidth = 60;
 constexpr int kListFontSize = 8;
+constexpr int kSimulatedFontSize = 11;
 constexpr int kRowsBeforeScrolling = 3;
 
 // The toolbar's images in one state of the side bars; none: unchanged.
@@ -112,6 +113,11 @@ void MainViewController::buildNotices() {
     lblNoCon.setTextColor(ui::Palette::textOnDark);
     lblNoCon.setAlignment(Qt::AlignHCenter);
     lblNoCon.setShrinksToFit(true);
+    lblSimulated.setText(tr("Simulated"));
+    lblSimulated.setFont(QStringLiteral("Arial"), kSimulatedFontSize);
+    lblSimulated.setTextColor(ui::Palette::textOnDark);
+    lblSimulated.setAlignment(Qt::AlignHCenter);
+    lblSimulated.setHidden(!services_.simulated);
     blueImage.setImage(QStringLiteral("flash.png"));
     blueImage.setAccessibleName(tr("Limit exceeded"));
     blueImage.setHidden(true);
@@ -194,7 +200,8 @@ void MainViewController::pressRecord() {
     sayWhatIsWrong(name);
 }
 
-// A row that was not stored, or that holds a reading of before, must not look like any other.
+// A row that was not stored is marked in the list. One that holds a reading of before is stored like any
+// other: that is said in a notice only.
 void MainViewController::sayWhatIsWrong(const std::string& name) {
     if (!dao->lastOutcome().done) {
         array.setMark(array.count() - 1, tr("Not stored"));

@@ -27,6 +27,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     Q_PROPERTY(kestrix::live::SessionList* dataList READ dataList CONSTANT FINAL)
     Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)
     KESTRIX_CONTROL(Label, lblNoCon)
+    KESTRIX_CONTROL(Label, lblSimulated)
     KESTRIX_CONTROL(Button, btnHelp)
     KESTRIX_CONTROL(Button, btnRecord)
     KESTRIX_CONTROL(Button, Leftbtn)
@@ -87,6 +88,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     std::int32_t bluestate = 0;  // the last published link state
 
     ui::Label lblNoCon{*this, "lblNoCon"};
+    ui::Label lblSimulated{*this, "lblSimulated"};  // while no tester measures the readings
     ui::Button btnHelp{*this, "btnHelp", ui::Button::Event::TouchDown};
     ui::Button btnRecord{*this, "btnRecord", ui::Button::Event::TouchDown};
     ui::Button Leftbtn{*this, "Leftbtn", ui::Button::Event::TouchDown};

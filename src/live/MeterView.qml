@@ -91,6 +91,13 @@ Item {
         frameDistance: 2
     }
     LabelView {
+        label: meter.controller.lblSimulated
+        x: 110
+        y: 50
+        width: 100
+        height: 13
+    }
+    LabelView {
         label: meter.controller.lblNoCon
         x: 125
         y: 115

@@ -57,7 +57,7 @@ QString settingsFor(const LaunchOptions& options, const platform::DocumentsFolde
 
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
-      simulated_(anyMadeUp(options_.uris)),
+      simulated_(options_.simulated || anyMadeUp(options_.uris)),
       documents_(documentsFor(options_, simulated_)),
       defaults_(settingsFor(options_, documents_), platform::UserDefaults::Start::LooksOnly),
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
@@ -197,6 +197,7 @@ ui::Services AppDelegate::makeServices() {
         .now = options_.now,
         .accessories = accessories_,
         .wait = [this](std::chrono::milliseconds duration) { wait(duration); },
+        .simulated = simulated_,
     };
 }
 

@@ -30,6 +30,7 @@ struct LaunchOptions {
     std::vector<std::string> uris;  // where to look for testers
     QString documents;              // folder of the database; empty: one of the standard ones
     QString settings;               // ini file; empty: that of the folder
+    bool simulated = false;         // no URI says it, but no tester measures the readings: the tour
     std::string locale;             // whose week rules stored times follow; empty: the user's
     std::string zone;               // of stored times; empty: the machine's, as it is then
     platform::SimulatorFactory simulator;
@@ -57,7 +58,8 @@ class AppDelegate {
     // usage.
     int exitStatus() const { return exitStatus_; }
 
-    // Whether the tester is the simulator or a replay. Its readings are kept apart from the user's.
+    // Whether the tester is the simulator, a replay or the tour's. Its readings are kept apart from the
+    // user's.
     bool simulated() const { return simulated_; }
     const platform::DocumentsFolder& documents() const { return documents_; }
     // How many measurements of earlier sessions belonged to no test record when the application started.

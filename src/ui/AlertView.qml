@@ -17,13 +17,7 @@ FocusScope {
         if (visible && last !== null)
             last.forceActiveFocus(Qt.PopupFocusReason)
     }
-    Keys.onPressed: event => {
-        const isBack = event.key === Qt.Key_Escape || event.key === Qt.Key_Back
-        if (isBack && event.modifiers === Qt.NoModifier && !event.isAutoRepeat)
-            view.alerts.cancel()
-        // Nothing behind hears a key; Tab goes on to the buttons.
-        event.accepted = event.key !== Qt.Key_Tab && event.key !== Qt.Key_Backtab
-    }
+    Keys.onPressed: event => event.accepted = alerts.pressKey(event.key, event.modifiers, event.isAutoRepeat)
 
     Rectangle {
         objectName: "alertDim"

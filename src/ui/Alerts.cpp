@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "ui/KeyRules.h"
+
 namespace kestrix::ui {
 
 void Alerts::show(Alert alert, const QObject& owner) {
@@ -32,6 +34,11 @@ void Alerts::answer(int button) {
     }
     if (!rest.empty()) Q_EMIT shownChanged();
     if (answered) answered(button);  // may show another, or destroy its owner
+}
+
+bool Alerts::pressKey(int key, int modifiers, bool repeated) {
+    if (!repeated && KeyRules::leadsBack(key, modifiers)) cancel();
+    return key != Qt::Key_Tab && key != Qt::Key_Backtab;
 }
 
 const Alert& Alerts::current() const {

@@ -38,6 +38,10 @@ class Alerts : public QObject {
     Q_INVOKABLE void answer(int button);
     Q_INVOKABLE void cancel() { answer(cancelButton()); }
 
+    // For the view: a key went down, or repeats itself, that none of its buttons used. Those that lead back
+    // cancel. True when it is used up: nothing behind hears a key, but Tab goes on to the buttons.
+    Q_INVOKABLE bool pressKey(int key, int modifiers, bool repeated);
+
     bool isShown() const { return !alerts_.empty(); }
     // Of the alert that is shown; empty without one.
     QString title() const { return current().title; }

@@ -1,16 +1,8 @@
 #include "ui/Button.h"
 
-#include <algorithm>
-#include <iterator>
-
-#include "ui/KeyTable.h"
+#include "ui/KeyRules.h"
 
 namespace kestrix::ui {
-namespace {
-
-constexpr Qt::Key kPressingKeys[] = {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter};
-
-}  // namespace
 
 void Button::setTitle(const QString& title) {
     title_ = title;
@@ -32,9 +24,7 @@ void Button::press() {
 }
 
 bool Button::pressKey(int key, int modifiers, bool repeated) {
-    const bool presses =
-        std::find(std::begin(kPressingKeys), std::end(kPressingKeys), key) != std::end(kPressingKeys);
-    if (!presses || !KeyTable::arePlain(modifiers)) return false;
+    if (!KeyRules::presses(key, modifiers)) return false;
     if (!repeated) press();
     return true;
 }

@@ -1,10 +1,13 @@
 #include "ui/FramedScreen.h"
 
+#include "ui/KeyRules.h"
+#include "ui/Palette.h"
+
 namespace kestrix::ui {
 
 FramedScreen::FramedScreen(ScreenId id, const Services& services) : Screen(id), services_(services) {
     screenTitle.setFont(QStringLiteral("Arial"), 18);
-    screenTitle.setTextColor(Qt::white);
+    screenTitle.setTextColor(Palette::textOnDark);
     screenTitle.setAlignment(Qt::AlignHCenter);
     screenTitle.setShrinksToFit(true);
     btnBack.setImage(QStringLiteral("orvo_home_button_back.png"));
@@ -17,8 +20,7 @@ void FramedScreen::pressBack() {
 }
 
 bool FramedScreen::pressKey(int key, int modifiers, bool repeated) {
-    const bool isBack = key == Qt::Key_Escape || key == Qt::Key_Back;
-    if (!isBack || modifiers != Qt::NoModifier) return Screen::pressKey(key, modifiers, repeated);
+    if (!KeyRules::leadsBack(key, modifiers)) return Screen::pressKey(key, modifiers, repeated);
     if (!repeated && isClosable()) pressBack();
     return true;
 }

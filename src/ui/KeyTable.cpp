@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/KeyRules.h"
+
 namespace kestrix::ui {
 
 void KeyTable::add(Qt::Key key, std::function<void()> action, Held held) {
@@ -11,7 +13,7 @@ void KeyTable::add(Qt::Key key, std::function<void()> action, Held held) {
 }
 
 bool KeyTable::press(int key, int modifiers, bool repeated) const {
-    if (!arePlain(modifiers)) return false;
+    if (!KeyRules::arePlain(modifiers)) return false;
     const auto found =
         std::find_if(rows_.begin(), rows_.end(), [key](const Row& row) { return row.key == key; });
     if (found == rows_.end()) return false;
@@ -19,10 +21,6 @@ bool KeyTable::press(int key, int modifiers, bool repeated) const {
     const auto action = found->action;  // it may change this table
     action();
     return true;
-}
-
-bool KeyTable::arePlain(int modifiers) {
-    return (modifiers & ~static_cast<int>(Qt::KeypadModifier)) == 0;
 }
 
 }  // namespace kestrix::ui

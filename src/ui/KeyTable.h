@@ -8,8 +8,7 @@
 namespace kestrix::ui {
 
 // Which key does what on a screen: one table, filled by the controller and read by the view's one handler. A
-// key acts only without modifiers, because Ctrl+Space, Alt+R and their like belong to the desktop and to
-// input methods; that a key stands on the number pad makes no difference.
+// key acts only with plain modifiers, as KeyRules says.
 class KeyTable : public QObject {
     Q_OBJECT
 
@@ -23,9 +22,6 @@ class KeyTable : public QObject {
     // For the view: a key went down, or repeats itself. True when it is one of the table and bears no
     // modifier: then it is used up, whether it acted or not.
     Q_INVOKABLE bool press(int key, int modifiers, bool repeated) const;
-
-    // Whether these modifiers leave a key what it is.
-    static bool arePlain(int modifiers);
 
   private:
     struct Row {

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "ui/Control.h"
+#include "ui/Palette.h"
 
 namespace kestrix::ui {
 
@@ -52,7 +53,7 @@ class Label : public kestrix::ui::Control {
 
   private:
     struct Style {
-        QColor textColor = Qt::black;
+        QColor textColor = Palette::ungiven;
         QString family = QStringLiteral("Arial");
         int size = 17;
         int alignment = Qt::AlignLeft;
@@ -62,8 +63,8 @@ class Label : public kestrix::ui::Control {
 
     QString text_;
     QString toldText_;
-    QColor background_ = Qt::transparent;
-    QColor toldBackground_ = Qt::transparent;
+    QColor background_ = Palette::clear;
+    QColor toldBackground_ = Palette::clear;
     Style style_;
     Style toldStyle_;
 };

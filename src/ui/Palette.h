@@ -12,6 +12,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor clear MEMBER clear CONSTANT FINAL)
     Q_PROPERTY(QColor stage MEMBER stage CONSTANT FINAL)
     Q_PROPERTY(QColor textOnDark MEMBER textOnDark CONSTANT FINAL)
+    Q_PROPERTY(QColor ungiven MEMBER ungiven CONSTANT FINAL)
     Q_PROPERTY(QColor ink MEMBER ink CONSTANT FINAL)
     Q_PROPERTY(QColor header MEMBER header CONSTANT FINAL)
     Q_PROPERTY(QColor lit MEMBER lit CONSTANT FINAL)
@@ -37,6 +38,7 @@ class Palette : public QObject {
     static constexpr QColor clear{0, 0, 0, 0};
     static constexpr QColor stage{14, 22, 38};              // behind everything, and between the titles
     static constexpr QColor textOnDark{255, 255, 255};      // on the housing, the display and the headers
+    static constexpr QColor ungiven{0, 0, 0};               // of a text whose screen says none
     static constexpr QColor ink{16, 24, 42};                // texts on paper
     static constexpr QColor header{69, 94, 149};            // ground of a table's headers
     static constexpr QColor lit{39, 121, 205};              // ground of the function in use

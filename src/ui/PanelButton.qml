@@ -19,11 +19,8 @@ Rectangle {
     Accessible.ignored: !visible || !enabled
     Accessible.onPressAction: if (enabled) pressed()
     Keys.onPressed: event => {
-        const presses = event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter
-        if (!presses || (event.modifiers & ~Qt.KeypadModifier) !== 0)
-            return
-        event.accepted = true
-        if (!event.isAutoRepeat)
+        event.accepted = KeyRules.presses(event.key, event.modifiers)
+        if (event.accepted && !event.isAutoRepeat)
             button.pressed()
     }
 

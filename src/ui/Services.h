@@ -34,6 +34,7 @@ struct Services {
     platform::AccessoryManager& accessories;
     // How long the link waits before it closes the session of a tester that has gone. It blocks its caller.
     std::function<void(std::chrono::milliseconds)> wait;
+    bool simulated = false;  // whether no tester measures what the accessories say
 };
 
 }  // namespace kestrix::ui

@@ -9,6 +9,7 @@
 #include "ui/Button.h"
 #include "ui/FramedScreen.h"
 #include "ui/ImageView.h"
+#include "ui/KeyRules.h"
 #include "ui/KeyTable.h"
 #include "ui/Label.h"
 #include "ui/Notice.h"
@@ -123,6 +124,19 @@ struct StageMetricsType {
     static StageMetrics* create(QQmlEngine*, QJSEngine*) {
         QJSEngine::setObjectOwnership(&StageMetrics::shared(), QJSEngine::CppOwnership);
         return &StageMetrics::shared();
+    }
+};
+
+struct KeyRulesType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::KeyRules)
+    QML_NAMED_ELEMENT(KeyRules)
+    QML_SINGLETON
+
+  public:
+    static KeyRules* create(QQmlEngine*, QJSEngine*) {
+        QJSEngine::setObjectOwnership(&KeyRules::shared(), QJSEngine::CppOwnership);
+        return &KeyRules::shared();
     }
 };
 

@@ -81,6 +81,21 @@ TEST_F(Tour, DrawsEveryStateAtOneAndAtThreePixelsAPoint) {
     }
 }
 
+// The word in the middle of the display's top: its light pixels.
+TEST_F(Tour, EveryPictureSaysThatItsReadingsAreMadeUp) {
+    for (const Stop& stop : stops()) {
+        for (const int scale : {1, 3}) {
+            const QImage image = picture(scale, stop.name);
+            int light = 0;
+            for (int y = 50 * scale; y < 63 * scale; ++y) {
+                for (int x = 110 * scale; x < 210 * scale; ++x)
+                    light += qGray(image.pixel(x, y)) > 200 ? 1 : 0;
+            }
+            EXPECT_GT(light, 20 * scale) << stop.name << " at " << scale;
+        }
+    }
+}
+
 TEST_F(Tour, NoTwoStatesLookTheSame) {
     for (const int scale : {1, 3}) {
         std::map<QByteArray, const char*> seen;

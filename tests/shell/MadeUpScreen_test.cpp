@@ -280,6 +280,33 @@ TEST_F(MadeUpScreen, EscapeAnswersAnAlertWithItsCancelButtonAndClosesNothingElse
     EXPECT_EQ(focused(), "projectName");  // where it was
 }
 
+TEST_F(MadeUpScreen, EscapeWithAModifierAnswersNoAlert) {
+    openMadeUp();
+    made().pressAsk();
+    settle();
+    pressKey(Qt::Key_Escape, Qt::ControlModifier);
+    EXPECT_TRUE(app().alerts().isShown());
+    pressKey(Qt::Key_Escape, Qt::KeypadModifier);
+    EXPECT_EQ(made().heard, Heard{"answer 1"});
+    EXPECT_EQ(presented(), 1);
+}
+
+TEST_F(MadeUpScreen, EnterOfTheNumberPadPressesTheButtonsOfAnAlertAndOfANotice) {
+    openMadeUp();
+    made().pressAsk();
+    settle();
+    pressKey(Qt::Key_Enter, Qt::ControlModifier | Qt::KeypadModifier);
+    EXPECT_EQ(made().heard, Heard{});
+    pressKey(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(made().heard, Heard{"answer 1"});
+    made().pressTell();
+    settle();
+    item("noticeAction").forceActiveFocus(Qt::TabFocusReason);
+    pressKey(Qt::Key_Enter, Qt::KeypadModifier);
+    EXPECT_EQ(made().heard.size(), 2U);
+    EXPECT_FALSE(app().notice().isShown());
+}
+
 TEST_F(MadeUpScreen, AnAlertIsAnsweredByMouseFingerAndScreenReader) {
     openMadeUp();
     for (const int way : {0, 1, 2}) {

@@ -52,6 +52,30 @@ TEST_F(AlertsTest, EscapeAnswersWithTheCancelButton) {
     EXPECT_EQ(answers_, std::vector<std::string>{"1"});
 }
 
+TEST_F(AlertsTest, EscapeAndBackCancelWithPlainModifiersOnlyAndNotWhileHeldDown) {
+    for (const int key : {Qt::Key_Escape, Qt::Key_Back}) {
+        for (const int plain : {Qt::NoModifier, Qt::KeypadModifier}) {
+            answers_.clear();
+            show("Delete");
+            for (const int foreign : {Qt::ControlModifier, Qt::AltModifier, Qt::ShiftModifier})
+                EXPECT_TRUE(alerts_.pressKey(key, foreign, false));
+            EXPECT_TRUE(alerts_.pressKey(key, plain, true));
+            EXPECT_TRUE(alerts_.isShown()) << key;
+            EXPECT_TRUE(alerts_.pressKey(key, plain, false));
+            EXPECT_EQ(answers_, std::vector<std::string>{"Delete 0"}) << key << " " << plain;
+        }
+    }
+}
+
+TEST_F(AlertsTest, NothingBehindHearsAKeyButTabGoesOn) {
+    show("Delete");
+    for (const int key : {Qt::Key_Space, Qt::Key_R, Qt::Key_F1})
+        EXPECT_TRUE(alerts_.pressKey(key, Qt::NoModifier, false)) << key;
+    EXPECT_FALSE(alerts_.pressKey(Qt::Key_Tab, Qt::NoModifier, false));
+    EXPECT_FALSE(alerts_.pressKey(Qt::Key_Backtab, Qt::ShiftModifier, false));
+    EXPECT_TRUE(alerts_.isShown());
+}
+
 TEST_F(AlertsTest, FurtherOnesWaitUntilTheFirstIsAnswered) {
     show("one");
     show("two");

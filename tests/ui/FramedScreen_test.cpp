@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/TestServices.h"
+#include "ui/Palette.h"
 
 namespace kestrix::ui {
 namespace {
@@ -25,6 +26,7 @@ class FramedScreenTest : public ::testing::Test {
 TEST_F(FramedScreenTest, HasATitleAndABackButton) {
     screen_.setTitle(QStringLiteral("Save"));
     EXPECT_EQ(screen_.titleLabel()->text(), QStringLiteral("Save"));
+    EXPECT_EQ(screen_.titleLabel()->textColor(), Palette::textOnDark);
     EXPECT_EQ(screen_.backButton()->accessibleName(), QStringLiteral("Back"));
     screen_.backButton()->press();
     EXPECT_EQ(services_.asked, Asked{"dismiss animated"});
@@ -36,6 +38,11 @@ TEST_F(FramedScreenTest, EscapeAndBackCloseIt) {
         EXPECT_TRUE(press(key));
         EXPECT_EQ(services_.asked, Asked{"dismiss animated"});
     }
+}
+
+TEST_F(FramedScreenTest, AKeyOfTheNumberPadClosesItToo) {
+    EXPECT_TRUE(press(Qt::Key_Escape, Qt::KeypadModifier));
+    EXPECT_EQ(services_.asked, Asked{"dismiss animated"});
 }
 
 TEST_F(FramedScreenTest, HeldDownEscapeClosesOneScreenOnly) {

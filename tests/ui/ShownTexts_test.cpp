@@ -50,9 +50,9 @@ bool setsBareText(const std::string& line) {
     return std::regex_search(line, shown);
 }
 
-bool hasColourNumber(const std::string& line) {
+bool namesColour(const std::string& line) {
     static const std::regex number(
-        R"re("#[0-9a-fA-F]{3,8}"|QColor\(\d|qRgba?\(|Qt\.rgba\(|[cC]olor: "[a-z]+")re");
+        R"re("#[0-9a-fA-F]{3,8}"|QColor\(\d|qRgba?\(|Qt\.rgba\(|[cC]olor: "[a-z]+"|\bQt::(color[01]|black|white|(dark|light)?[gG]r[ae]y|(dark)?([rR]ed|[gG]reen|[bB]lue|[cC]yan|[mM]agenta|[yY]ellow)|transparent)\b)re");
     return std::regex_search(line, number);
 }
 
@@ -65,10 +65,15 @@ TEST(ShownTexts, TheRulesFindWhatBreaksThem) {
     EXPECT_TRUE(setsBareText("    btnHelp.setTitle(QStringLiteral(\"Help\"));"));
     EXPECT_TRUE(setsBareText("    services_.notice.show(\"Saved\");"));
     EXPECT_FALSE(setsBareText("    btnHelp.setTitle(tr(\"Help\"));"));
-    EXPECT_TRUE(hasColourNumber("    color: \"#10182a\""));
-    EXPECT_TRUE(hasColourNumber("    color: \"white\""));
-    EXPECT_TRUE(hasColourNumber("    const QColor kLit(39, 121, 205); QColor(39, 121, 205)"));
-    EXPECT_FALSE(hasColourNumber("    color: Colors.ink"));
+    EXPECT_TRUE(namesColour("    color: \"#10182a\""));
+    EXPECT_TRUE(namesColour("    color: \"white\""));
+    EXPECT_TRUE(namesColour("    const QColor kLit(39, 121, 205); QColor(39, 121, 205)"));
+    EXPECT_TRUE(namesColour("    screenTitle.setTextColor(Qt::white);"));
+    EXPECT_TRUE(namesColour("    QColor ground = Qt::darkCyan;"));
+    EXPECT_TRUE(namesColour("    QColor ground = Qt::transparent;"));
+    EXPECT_FALSE(namesColour("    color: Colors.ink"));
+    EXPECT_FALSE(namesColour("    screenTitle.setTextColor(Palette::white)"));
+    EXPECT_FALSE(namesColour("    screenTitle.setAlignment(Qt::AlignHCenter);"));
 }
 
 TEST(ShownTexts, EveryTextOfAScreenCanBeTranslated) {
@@ -81,7 +86,7 @@ TEST(ShownTexts, EveryTextOfAScreenCanBeTranslated) {
 TEST(ShownTexts, EveryColourComesFromThePalette) {
     for (const SourceLine& line : sourceLines({".qml", ".cpp", ".h"})) {
         if (line.place.find("src/ui/Palette.h") == 0) continue;
-        EXPECT_FALSE(hasColourNumber(line.text))
+        EXPECT_FALSE(namesColour(line.text))
             << line.place << " names a colour that the palette does not: " << line.text;
     }
 }
