@@ -51,6 +51,7 @@ function(kestrix_screens)
   string(TOUPPER ${initial} initial)
   kestrix_library(kestrix_${A_FOLDER} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
   kestrix_qml_types(kestrix_${A_FOLDER})
+  set_property(GLOBAL APPEND PROPERTY KESTRIX_SCREENS kestrix_${A_FOLDER})
   if(A_SCREENS)
     _kestrix_screen_types(${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h ${A_FOLDER} ${A_SCREENS})
     list(APPEND A_TYPES ${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h)
@@ -82,6 +83,12 @@ function(_kestrix_screen_types file folder)
   endforeach()
   file(CONFIGURE OUTPUT ${file} @ONLY CONTENT
     "${includes}#include \"ui/UiTypes.h\"\n\nnamespace kestrix::${folder}::qml {\n${types}}\n")
+endfunction()
+
+# Links a library with the controllers of every folder of screens that there is so far.
+function(kestrix_link_all_screens target)
+  get_property(screens GLOBAL PROPERTY KESTRIX_SCREENS)
+  target_link_libraries(${target} PUBLIC ${screens})
 endfunction()
 
 # kestrix_link_views(TARGET module...): links a program or library with modules of views, and loads them at its start.

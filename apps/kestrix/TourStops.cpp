@@ -125,6 +125,15 @@ std::span<const Stop> stops() {
     return kStops;
 }
 
+std::vector<const char*> pictures(const std::vector<shell::ScreenRow>& presented) {
+    std::vector<const char*> names;
+    for (const Stop& stop : kStops) names.push_back(stop.name);
+    for (const shell::ScreenRow& row : presented) {
+        for (const shell::ScreenStop& stop : row.stops) names.push_back(stop.name);
+    }
+    return names;
+}
+
 void pressRecord(const Stop& stop, live::MainViewController& screen) {
     std::optional<FullDisk> full;
     if (stop.disk == Full) full.emplace();

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <span>
+#include <vector>
 
 #include "live/MainViewController.h"
+#include "shell/Screens.h"
 
 namespace kestrix::tour {
 
@@ -20,6 +22,9 @@ struct Stop {
 
 // Every state of the live screen.
 std::span<const Stop> stops();
+
+// The names of all pictures of the tour, in its order: of the live screen, then of the presented ones.
+std::vector<const char*> pictures(const std::vector<shell::ScreenRow>& presented = shell::screens());
 
 // Presses the record button as often as the stop says.
 void pressRecord(const Stop& stop, live::MainViewController& screen);

@@ -8,9 +8,9 @@ namespace kestrix::shell {
 
 const std::vector<ScreenRow>& screens() {
     static const std::vector<ScreenRow> rows{
-        // {ScreenId::Name, QT_TRANSLATE_NOOP("Screens", "Title"), make<NameViewController>,
-        // "Folder/NameView.qml",
-        //  {{"20-name"}}},
+        // With its #include "folder/NameViewController.h" above:
+        // {ui::ScreenId::Name, QT_TRANSLATE_NOOP("Screens", "Title"),
+        //  make<folder::NameViewController>, "Folder/NameView.qml", {{"20-name"}}},
     };
     return rows;
 }

@@ -6,6 +6,7 @@ Rectangle {
     id: view
     required property Label label
     readonly property alias paintedWidth: text.paintedWidth
+    property alias elide: text.elide // of a text that is too wide at its least size, too
 
     objectName: label.objectName
     color: label.backgroundColor

@@ -14,6 +14,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor textOnDark MEMBER textOnDark CONSTANT FINAL)
     Q_PROPERTY(QColor ungiven MEMBER ungiven CONSTANT FINAL)
     Q_PROPERTY(QColor ink MEMBER ink CONSTANT FINAL)
+    Q_PROPERTY(QColor paper MEMBER paper CONSTANT FINAL)
     Q_PROPERTY(QColor header MEMBER header CONSTANT FINAL)
     Q_PROPERTY(QColor lit MEMBER lit CONSTANT FINAL)
     Q_PROPERTY(QColor tableLine MEMBER tableLine CONSTANT FINAL)
@@ -40,6 +41,7 @@ class Palette : public QObject {
     static constexpr QColor textOnDark{255, 255, 255};      // on the housing, the display and the headers
     static constexpr QColor ungiven{0, 0, 0};               // of a text whose screen says none
     static constexpr QColor ink{16, 24, 42};                // texts on paper
+    static constexpr QColor paper{255, 255, 255};           // ground of a table, where no picture is
     static constexpr QColor header{69, 94, 149};            // ground of a table's headers
     static constexpr QColor lit{39, 121, 205};              // ground of the function in use
     static constexpr QColor tableLine{108, 108, 108};       // between and around the cells of a table

@@ -24,6 +24,7 @@ std::unique_ptr<Label> headerOf(const Column& column, Screen& screen) {
     header->setTextColor(Palette::textOnDark);
     header->setBackgroundColor(Palette::header);
     header->setAlignment(Qt::AlignHCenter);
+    header->setShrinksToFit(true);
     return header;
 }
 

@@ -21,6 +21,7 @@ Item {
             x: modelData.x
             width: modelData.width
             height: header.height
+            elide: Text.ElideRight // never over the next column; a screen reader says all of it
         }
     }
 }

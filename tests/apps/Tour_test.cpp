@@ -61,7 +61,7 @@ class Tour : public ::testing::Test {
 
 TEST_F(Tour, EndsByItselfAndSaysEachPicture) {
     EXPECT_EQ(answer_.status, 0) << answer_.error.toStdString();
-    EXPECT_EQ(answer_.output.count(u'\n'), static_cast<qsizetype>(2 * stops().size()));
+    EXPECT_EQ(answer_.output.count(u'\n'), static_cast<qsizetype>(2 * pictures().size()));
     int failed = 0;
     for (const Stop& stop : stops()) failed += stop.disk == Stop::Disk::Full ? stop.presses : 0;
     for (const QString& line : answer_.error.split(u'\n', Qt::SkipEmptyParts)) {
@@ -75,9 +75,9 @@ TEST_F(Tour, EndsByItselfAndSaysEachPicture) {
 }
 
 TEST_F(Tour, DrawsEveryStateAtOneAndAtThreePixelsAPoint) {
-    for (const Stop& stop : stops()) {
-        EXPECT_EQ(picture(1, stop.name).size(), QSize(320, 568)) << stop.name;
-        EXPECT_EQ(picture(3, stop.name).size(), QSize(960, 1704)) << stop.name;
+    for (const char* name : pictures()) {
+        EXPECT_EQ(picture(1, name).size(), QSize(320, 568)) << name;
+        EXPECT_EQ(picture(3, name).size(), QSize(960, 1704)) << name;
     }
 }
 
@@ -99,13 +99,22 @@ TEST_F(Tour, EveryPictureSaysThatItsReadingsAreMadeUp) {
 TEST_F(Tour, NoTwoStatesLookTheSame) {
     for (const int scale : {1, 3}) {
         std::map<QByteArray, const char*> seen;
-        for (const Stop& stop : stops()) {
-            const QImage image = picture(scale, stop.name).convertToFormat(QImage::Format_RGB32);
+        for (const char* name : pictures()) {
+            const QImage image = picture(scale, name).convertToFormat(QImage::Format_RGB32);
             const QByteArray pixels(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
-            const auto [same, added] = seen.emplace(pixels, stop.name);
-            EXPECT_TRUE(added) << stop.name << " looks like " << same->second;
+            const auto [same, added] = seen.emplace(pixels, name);
+            EXPECT_TRUE(added) << name << " looks like " << same->second;
         }
     }
+}
+
+TEST(TourPictures, AreThoseOfTheLiveScreenAndOfEveryPresentedScreenInAllItsStates) {
+    const shell::ScreenRow row{ui::ScreenId::SaveData, "", nullptr, "", {{"20-save"}, {"21-save-filled"}}};
+    const std::vector<const char*> names = pictures({row});
+    ASSERT_EQ(names.size(), stops().size() + 2);
+    EXPECT_STREQ(names.front(), "01-not-connected");
+    EXPECT_STREQ(names[stops().size()], "20-save");
+    EXPECT_STREQ(names.back(), "21-save-filled");
 }
 
 TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
@@ -122,11 +131,11 @@ TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
 
 TEST_F(Tour, AnotherTourIntoTheSameFolderStartsAnewAndDrawsTheSame) {
     std::map<std::string, QImage> first;
-    for (const Stop& stop : stops()) first[stop.name] = picture(1, stop.name);
+    for (const char* name : pictures()) first[name] = picture(1, name);
     EXPECT_EQ(tour(path(QString())).status, 0);
     EXPECT_EQ(storage::ServiceDao(platform::DocumentsFolder(path(QString()))).findMeasureForm(true).size(),
               30U);
-    for (const Stop& stop : stops()) EXPECT_TRUE(picture(1, stop.name) == first[stop.name]) << stop.name;
+    for (const char* name : pictures()) EXPECT_TRUE(picture(1, name) == first[name]) << name;
 }
 
 TEST_F(Tour, TheWindowDoesNotRecordIntoATour) {

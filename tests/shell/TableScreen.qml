@@ -7,7 +7,7 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: "white"
+        color: Colors.paper
     }
     TableHeader {
         y: 40

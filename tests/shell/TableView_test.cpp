@@ -1,6 +1,7 @@
 // The table that screens share: its cells, how it is scrolled by hand and by keys, its menu, and many rows.
 #include <QAccessible>
 #include <QClipboard>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QStyleHints>
 #include <QtTest/QTest>
@@ -65,6 +66,33 @@ TEST_F(TableView, ManyRowsNeedNoMoreItemsThanAreSeen) {
     settle();
     EXPECT_TRUE(isSeen(5'000));
     EXPECT_EQ(part(5'000, "column1").property("text").toString(), QStringLiteral("row 5000"));
+}
+
+TEST_F(TableView, ALongHeaderIsDrawnSmallerAndNeverOverTheNextColumn) {
+    openWith(1);
+    for (ui::Label* header : table().headers()) {
+        const QString name = header->objectName();
+        const double width = placeOf(name.toUtf8().constData()).width();
+        const auto drawn = [&](const QString& title) -> QQuickItem& {
+            header->setText(title);
+            settle();
+            return testing::textOf(item(name.toUtf8().constData()));
+        };
+        const auto drawnWidth = [](const QQuickItem& text) {
+            return text.property("contentWidth").toDouble();
+        };
+        // A little too wide at its own size.
+        QFont font(header->fontFamily());
+        font.setPixelSize(header->fontSize());
+        QString title;
+        while (QFontMetricsF(font).horizontalAdvance(title) <= width) title += u'n';
+        QQuickItem& smaller = drawn(title);
+        EXPECT_LE(drawnWidth(smaller), width) << name.toStdString();
+        EXPECT_FALSE(smaller.property("truncated").toBool()) << name.toStdString();
+        // Far too wide at any size.
+        EXPECT_LE(drawnWidth(drawn(title.repeated(5))), width) << name.toStdString();
+        EXPECT_TRUE(smaller.property("truncated").toBool()) << name.toStdString();
+    }
 }
 
 TEST_F(TableView, TheRowOfTheKeyboardIsShownAndMarked) {

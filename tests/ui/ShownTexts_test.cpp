@@ -1,5 +1,5 @@
-// What holds for every source of a screen: its texts can be translated, and its colours come from one
-// palette.
+// What holds for every source of a screen, that of the model screen too: its texts can be translated, and its
+// colours come from one palette.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -18,11 +18,13 @@ struct SourceLine {
     std::string text;
 };
 
-// Every line of the sources with one of these endings, without its comment.
-std::vector<SourceLine> sourceLines(const std::vector<std::string>& endings) {
+constexpr const char* kFolders[] = {"src", "tests/shell/madeup"};
+
+// Every line of the sources in a folder with one of these endings, without its comment.
+std::vector<SourceLine> sourceLinesIn(const char* folder, const std::vector<std::string>& endings) {
     std::vector<SourceLine> lines;
     const fs::path root = KESTRIX_SOURCE_DIR;
-    for (const auto& entry : fs::recursive_directory_iterator(root / "src")) {
+    for (const auto& entry : fs::recursive_directory_iterator(root / folder)) {
         const std::string ending = entry.path().extension().string();
         if (std::find(endings.begin(), endings.end(), ending) == endings.end()) continue;
         std::ifstream file(entry.path());
@@ -31,6 +33,16 @@ std::vector<SourceLine> sourceLines(const std::vector<std::string>& endings) {
             lines.push_back({fs::relative(entry.path(), root).string() + ":" + std::to_string(number),
                              std::regex_replace(line, std::regex(R"(//.*)"), "")});
         }
+    }
+    return lines;
+}
+
+std::vector<SourceLine> sourceLines(const std::vector<std::string>& endings) {
+    std::vector<SourceLine> lines;
+    for (const char* folder : kFolders) {
+        const std::vector<SourceLine> more = sourceLinesIn(folder, endings);
+        EXPECT_FALSE(more.empty()) << folder;
+        lines.insert(lines.end(), more.begin(), more.end());
     }
     return lines;
 }

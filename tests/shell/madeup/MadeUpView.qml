@@ -64,7 +64,7 @@ ScreenFrame {
         y: 235
         width: 320
         height: 120
-        color: "white"
+        color: Colors.paper
     }
     TableView {
         y: 235

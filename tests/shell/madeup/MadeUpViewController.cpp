@@ -1,5 +1,7 @@
 #include "tests/shell/madeup/MadeUpViewController.h"
 
+#include "ui/Palette.h"
+
 namespace kestrix::madeup {
 
 void MadeUpViewController::viewDidLoad() {
@@ -7,7 +9,7 @@ void MadeUpViewController::viewDidLoad() {
     lblOperator.setText(tr("Operator"));
     for (ui::Label* caption : {&lblProject, &lblOperator}) {
         caption->setFont(QStringLiteral("Arial"), 14);
-        caption->setTextColor(Qt::white);
+        caption->setTextColor(ui::Palette::textOnDark);
     }
     projectName.setAccessibleName(tr("Project"));
     projectName.setPlaceholder(tr("project"));
