@@ -1,8 +1,10 @@
 #include "apps/common/PrintableLog.h"
 
+#include <poll.h>
+#include <unistd.h>
 #include <QString>
 
-#include <cstdio>
+#include <climits>
 #include <string>
 #include <utility>
 
@@ -20,7 +22,8 @@ Sink& theSink() {
 }
 
 void writeToStandardError(std::string_view line) {
-    std::fprintf(stderr, "%.*s\n", static_cast<int>(line.size()), line.data());
+    static unsigned long lost = 0;
+    writeUnlessFull(STDERR_FILENO, line, lost);
 }
 
 void writeLine(QtMsgType type, const QMessageLogContext& context, const QString& text) {
@@ -29,6 +32,19 @@ void writeLine(QtMsgType type, const QMessageLogContext& context, const QString&
 }
 
 }  // namespace
+
+// A pipe or a terminal that is ready takes as much at once.
+void writeUnlessFull(int descriptor, std::string_view line, unsigned long& lost) {
+    constexpr std::size_t kRoomForTheCount = 64;
+    pollfd end{descriptor, POLLOUT, 0};
+    if (poll(&end, 1, 0) != 1 || (end.revents & POLLOUT) == 0) {
+        ++lost;
+        return;
+    }
+    std::string text = lost == 0 ? std::string() : std::to_string(std::exchange(lost, 0)) + " lines lost\n";
+    text.append(line.substr(0, PIPE_BUF - kRoomForTheCount)).push_back('\n');
+    [[maybe_unused]] const ssize_t written = write(descriptor, text.data(), text.size());
+}
 
 void installPrintableLog(Sink sink) {
     theSink() = sink ? std::move(sink) : Sink(writeToStandardError);

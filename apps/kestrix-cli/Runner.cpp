@@ -12,6 +12,9 @@ namespace {
 // What a reader has who has not yet taken everything when a signal or the time limit ends the command. It may
 // be needed three times: for a capture's file, standard output and standard error.
 constexpr std::chrono::milliseconds kLastChance{250};
+// A command ends within a second of its signal.
+static_assert(kLastChance < app::TerminationSignals::kPatience &&
+              app::TerminationSignals::kPatience < std::chrono::seconds(1));
 
 }  // namespace
 

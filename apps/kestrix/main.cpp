@@ -40,6 +40,16 @@ void chooseRenderer() {
     if (!chosen && !hasGraphicsProcessor()) QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
 }
 
+// The renderer tears what it draws where a point of the stage is less than a pixel.
+void keepScaleFromShrinking() {
+    for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS"}) {
+        for (const QByteArray& factor : qgetenv(name).split(';')) {
+            const double scale = factor.mid(factor.indexOf('=') + 1).toDouble();
+            if (scale > 0 && scale < 1) qunsetenv(name);
+        }
+    }
+}
+
 int fail(const std::string& why, int status) {
     std::cerr << "kestrix: " << why << '\n';
     return status;
@@ -90,8 +100,10 @@ int main(int argc, char** argv) {
                         kFailed);
     }
     chooseRenderer();
+    keepScaleFromShrinking();
     kestrix::platform::installLogFormat(options->verbose);
     kestrix::app::installPrintableLog();
+    std::signal(SIGPIPE, SIG_IGN);  // nobody may read the log to its end
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));

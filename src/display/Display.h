@@ -49,6 +49,7 @@ struct Display {
     Reading first;
     Reading second;
     std::array<RcdRow, kRcdRows> rcdRows;
+    bool rowsOfEarlierLink = false;  // a trip time among them is of before the link went
 
     // Of the latest record; no function before the first one. What Record stores.
     std::optional<std::string> strfunction;

@@ -15,6 +15,10 @@ void assign(Reading& reading, const std::string& value, const std::string& unit)
     reading.unit = unit;
 }
 
+bool isBlank(const std::string& text) {
+    return text.find_first_not_of(' ') == std::string::npos;
+}
+
 void hideRcdRows(Display& display, bool hidden) {
     setHidden(display, kRcdRows1To4, hidden);
     setHidden(display, kRcdRows5And6, hidden);
@@ -100,6 +104,7 @@ bool linkStateChanged(Display& display, std::int32_t state) {
     display.title = Title::None;
     setHidden(display, kReadings, true);
     hideRcdRows(display, true);
+    for (const RcdRow& row : display.rcdRows) display.rowsOfEarlierLink |= !isBlank(row.value);
     return true;
 }
 
@@ -126,11 +131,12 @@ void setHidden(Display& display, std::int32_t group, bool hidden) {
 
 void clearRcdValues(Display& display) {
     for (RcdRow& row : display.rcdRows) row.value = " ";
+    display.rowsOfEarlierLink = false;
 }
 
 bool showsTripTime(const Display& display, std::size_t row) {
     const RcdRow& shown = display.rcdRows[row];
-    return !shown.hidden && !shown.valueHidden && shown.value.find_first_not_of(' ') != std::string::npos;
+    return !shown.hidden && !shown.valueHidden && !isBlank(shown.value);
 }
 
 bool showsReading(const Display& display) {

@@ -35,6 +35,11 @@ inline bool canBeRecorded(const Display& display) {
     return display.strfunction.has_value() && !display.strfunction->empty();
 }
 
+// Whether Record takes trip times that were measured before the link went.
+inline bool recordsRowsOfEarlierLink(const Display& display) {
+    return display.intfunctions == '7' && display.rowsOfEarlierLink;
+}
+
 // Whether the trip time of this row (0 to 5) is to be read: its row stands there, and it holds a time.
 bool showsTripTime(const Display& display, std::size_t row);
 

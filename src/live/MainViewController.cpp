@@ -203,18 +203,24 @@ void MainViewController::pressRecord() {
 // A row that was not stored is marked in the list. One that holds a reading of before is stored like any
 // other: that is said in a notice only.
 void MainViewController::sayWhatIsWrong(const std::string& name) {
-    if (!dao->lastOutcome().done) {
-        array.setMark(array.count() - 1, tr("Not stored"));
-        services_.notice.show(
-            tr("%1 was not stored: %2")
-                .arg(QString::fromStdString(name), QString::fromStdString(dao->lastOutcome().reason)));
-    }
+    const QString row = QString::fromStdString(name);
+    const QString time = QString::fromStdString(timeOfLatestRecord());
+    if (!dao->lastOutcome().done)
+        return markLatestRow(
+            tr("Not stored"),
+            tr("%1 was not stored: %2").arg(row, QString::fromStdString(dao->lastOutcome().reason)));
+    const QString old = tr("Old reading");
     if (display().link == display::LinkState::NotConnected)
-        services_.notice.show(
-            tr("Not connected: this reading is of %1").arg(QString::fromStdString(timeOfLatestRecord())));
+        markLatestRow(old, tr("%1: not connected, this reading is of %2").arg(row, time));
     else if (recordIsOfEarlierLink_)
-        services_.notice.show(tr("No reading since the tester came: this one is of %1")
-                                  .arg(QString::fromStdString(timeOfLatestRecord())));
+        markLatestRow(old, tr("%1: no reading since the tester came, this one is of %2").arg(row, time));
+    else if (display::recordsRowsOfEarlierLink(display()))
+        markLatestRow(old, tr("%1: with trip times of before the tester came").arg(row));
+}
+
+void MainViewController::markLatestRow(const QString& mark, const QString& notice) {
+    array.setMark(array.count() - 1, mark);
+    services_.notice.show(notice, QStringLiteral("press"));
 }
 
 void MainViewController::pressClearTable() {

@@ -150,9 +150,53 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     QQuickView::closeEvent(event);
 }
 
+// An X server tells a key that is held as one that is released and pressed again in the same moment, which
+// the toolkit does not always see through.
+bool MainWindow::comesOfHoldingTheKey(const QKeyEvent& event) const {
+    return repeatsArePresses_ && !event.isAutoRepeat() && event.key() == releasedKey_ && releasedAt_ != 0 &&
+           event.timestamp() == releasedAt_;
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event) {
+    releasedKey_ = event->key();
+    releasedAt_ = event->timestamp();
+    QQuickView::keyReleaseEvent(event);
+}
+
 void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (comesOfHoldingTheKey(*event)) {
+        QKeyEvent held(event->type(), event->key(), event->modifiers(), event->text(), true);
+        held.setTimestamp(event->timestamp());
+        QQuickView::keyPressEvent(&held);
+        return event->setAccepted(held.isAccepted());
+    }
     if (!event->isAutoRepeat() && pressKey(*event)) return event->accept();
     QQuickView::keyPressEvent(event);
+}
+
+// One mouse button at a time: for the views a second one would end the press of the first and begin it anew.
+bool MainWindow::isOfAnotherMouseButton(const QMouseEvent& event) {
+    if (event.type() == QEvent::MouseButtonRelease) {
+        const bool other = event.button() != mouseButton_;
+        if (!other) mouseButton_ = Qt::NoButton;
+        return other;
+    }
+    const bool other = event.buttons() != event.button();
+    if (!other) mouseButton_ = event.button();
+    return other;
+}
+
+bool MainWindow::event(QEvent* event) {
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+            if (isOfAnotherMouseButton(*static_cast<QMouseEvent*>(event))) return true;
+            break;
+        default:
+            break;
+    }
+    return QQuickView::event(event);
 }
 
 bool MainWindow::pressKey(const QKeyEvent& event) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QGuiApplication>
 #include <QQuickView>
 #include <QString>
 
@@ -31,10 +32,15 @@ class MainWindow : public QQuickView {
     // In front of other windows, and no longer minimised: somebody wanted to start it once more.
     void bringForward();
 
+    // Whether the display server tells the repeats of a held key as presses.
+    void setRepeatsArePresses(bool are) { repeatsArePresses_ = are; }
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void exposeEvent(QExposeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
   private:
@@ -45,6 +51,8 @@ class MainWindow : public QQuickView {
     void showTitle(std::int32_t linkState);
     // True when the key was one of the window's own: they act on every screen.
     bool pressKey(const QKeyEvent& event);
+    bool comesOfHoldingTheKey(const QKeyEvent& event) const;
+    bool isOfAnotherMouseButton(const QMouseEvent& event);
     void quit();
     void closeIt();
     void toggleFullScreen();
@@ -54,6 +62,10 @@ class MainWindow : public QQuickView {
     platform::NotificationCenter::Subscription linkStates_;
     QRect lastNormal_;  // its place when it last was not full screen
     bool shown_ = false;
+    Qt::MouseButton mouseButton_ = Qt::NoButton;  // the one that is held
+    int releasedKey_ = 0;
+    bool repeatsArePresses_ = QGuiApplication::platformName() == QLatin1String("xcb");
+    quint64 releasedAt_ = 0;  // by the clock of the events, milliseconds
 };
 
 }  // namespace kestrix::shell

@@ -11,6 +11,14 @@ void Notice::show(const QString& text) {
     add({text, {}, nullptr, nullptr});
 }
 
+void Notice::show(const QString& text, const QString& matter) {
+    const auto before = std::find_if(lines_.begin(), lines_.end(),
+                                     [&matter](const Line& line) { return line.matter == matter; });
+    if (before == lines_.end()) return add({text, {}, nullptr, nullptr, matter});
+    *before = {text, {}, nullptr, nullptr, matter};
+    if (before == lines_.begin()) begin();
+}
+
 void Notice::show(const QString& text, const QString& actionTitle, std::function<void()> action,
                   const QObject& owner) {
     disconnect(&owner, nullptr, this, nullptr);

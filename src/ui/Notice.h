@@ -33,6 +33,8 @@ class Notice : public QObject {
     // Shows the line at once, or when those before it have had their time. A text that is the last in line
     // already is not shown twice: it has its time anew.
     void show(const QString& text);
+    // The same; one of before about the same matter, shown or waiting, gives its place to it.
+    void show(const QString& text, const QString& matter);
     // The same with something to do about it: `action` is called when the user presses `actionTitle`. owner:
     // whoever the action speaks to; when it is destroyed, the line stays and its action goes.
     void show(const QString& text, const QString& actionTitle, std::function<void()> action,
@@ -58,6 +60,7 @@ class Notice : public QObject {
         QString actionTitle;
         std::function<void()> action;
         const QObject* owner = nullptr;  // never looked into: only compared
+        QString matter = {};
     };
     void forget(const QObject* owner);
     void add(Line line);

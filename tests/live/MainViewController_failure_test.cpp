@@ -52,6 +52,7 @@ TEST_F(FailingDatabaseTest, WithoutAFolderTheRowStaysInTheListAndTheLogSaysIt) {
 TEST_F(FailingDatabaseTest, OnAFullDiskTheRowStaysAndTheNextPressIsStoredOnceThereIsRoom) {
     testing::FailingVfs files;
     start();
+    postState("1");
     files.fail(testing::FailingVfs::Call::Write, "kestrix.sqlite-journal", SQLITE_FULL);
     testing::expectWarning(kStatementFailed);
     recordOne();

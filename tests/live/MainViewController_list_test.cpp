@@ -55,7 +55,7 @@ TEST_F(SessionListOfScreenTest, RecordingWhileNotConnectedStoresAsToldAndSaysOfW
     post(link::Orvoblueviewnotification, std::string("0"));
     EXPECT_FALSE(notice_.isShown());
     press();
-    EXPECT_EQ(notice_.text(), QStringLiteral("Not connected: this reading is of 2024-06-03 09:00:05"));
+    EXPECT_EQ(notice_.text(), QStringLiteral("S_1: not connected, this reading is of 2024-06-03 09:00:05"));
     EXPECT_EQ(screen_->timeOfLatestRecord(), "2024-06-03 09:00:05");
     EXPECT_EQ(screen_->array.row(0).DateTime, "2024-06-03 10:00:05")
         << "stored as told: the time of the press";
@@ -69,11 +69,52 @@ TEST_F(SessionListOfScreenTest, RecordingBeforeTheNextTestersFirstReadingSaysOfW
     postState("1");
     press();
     EXPECT_EQ(notice_.text(),
-              QStringLiteral("No reading since the tester came: this one is of 2024-06-03 09:00:00"));
+              QStringLiteral("S_1: no reading since the tester came, this one is of 2024-06-03 09:00:00"));
     notice_.clear();
     receive(recordOf('2'));
     press();
     EXPECT_FALSE(notice_.isShown());
+}
+
+// A drop keeps the trip times, because the tester may go on where it was. Another one may have come instead.
+TEST_F(SessionListOfScreenTest, RecordingTripTimesOfBeforeTheTesterCameSaysSo) {
+    postState("1");
+    for (int i = 0; i < 3; ++i) receive(display::sequenceRecord(1, "24.3"));
+    postState("0");
+    postState("1");
+    receive(display::sequenceRecord(0, "----"));
+    press();
+    EXPECT_EQ(notice_.text(), QStringLiteral("S_1: with trip times of before the tester came"));
+    EXPECT_EQ(screen_->array.at(0).mark, QStringLiteral("Old reading"));
+    notice_.clear();
+    receive(recordOf('1'));
+    press();
+    EXPECT_FALSE(notice_.isShown());
+    EXPECT_EQ(screen_->array.at(1).mark, QString());
+    for (int i = 0; i < 3; ++i) receive(display::sequenceRecord(1, "18"));
+    press();
+    EXPECT_FALSE(notice_.isShown());
+}
+
+TEST_F(SessionListOfScreenTest, ARowWithAReadingOfBeforeIsMarked) {
+    receive(recordOf('1'));
+    postState("0");
+    press();
+    EXPECT_EQ(screen_->array.at(0).mark, QStringLiteral("Old reading"));
+    postState("1");
+    press();
+    EXPECT_EQ(screen_->array.at(1).mark, QStringLiteral("Old reading"));
+    receive(recordOf('2'));
+    press();
+    EXPECT_EQ(screen_->array.at(2).mark, QString());
+}
+
+TEST_F(SessionListOfScreenTest, TheNoticeIsOfTheLatestPress) {
+    receive(recordOf('1'));
+    postState("0");
+    press();
+    press();
+    EXPECT_TRUE(notice_.text().startsWith(QStringLiteral("S_2: ")));
 }
 
 TEST_F(SessionListOfScreenTest, APressWhileConnectedSaysNothing) {

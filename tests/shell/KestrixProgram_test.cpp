@@ -14,6 +14,7 @@
 #include "tests/cli/Program.h"
 #include "tests/cli/Sockets.h"
 #include "tests/storage/Connection.h"
+#include "tests/support/EventLoop.h"
 
 namespace kestrix {
 namespace {
@@ -54,6 +55,26 @@ TEST_F(KestrixProgram, HelpTellsEveryOption) {
          {"--connect", "--documents", "--settings", "--tour", "--verbose", "--version", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
     EXPECT_EQ(result.error, "");
+}
+
+TEST_F(KestrixProgram, AReaderOfItsLogWhoGoesDoesNotEndIt) {
+    Program program({"--connect", "simulator:", "--documents", path("folder")}, setup());
+    ASSERT_TRUE(program.waitUntilItCatches(SIGTERM));
+    EXPECT_TRUE(testing::spinUntil([&] { return program.ignores(SIGPIPE); }));
+    program.signal(SIGTERM);
+    program.waitForEnd();
+}
+
+// The renderer draws only parts of what has changed where a point is less than a pixel.
+TEST_F(KestrixProgram, AScaleBelowOneIsOne) {
+    Surroundings made = setup();
+    made.ownSettings = false;
+    made.environment.emplace_back("QT_SCALE_FACTOR=0.5");
+    made.environment.emplace_back("QT_SCREEN_SCALE_FACTORS=0.5");
+    EXPECT_EQ(cli::run({"--tour", path("tour")}, {}, made).status, 0);
+    const std::string picture = cli::contentOf(path("tour/1x/01-not-connected.png"));
+    ASSERT_GT(picture.size(), 24U);
+    EXPECT_EQ(picture.substr(16, 8), std::string("\0\0\1\x40\0\0\2\x38", 8)) << "320 by 568";
 }
 
 TEST_F(KestrixProgram, TellsItsVersion) {

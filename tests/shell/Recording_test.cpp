@@ -152,6 +152,53 @@ TEST_F(Recording, SpaceRecordsOnceHoweverLongItIsHeld) {
     EXPECT_EQ(rows(), 1);
 }
 
+// As a display server may tell it: released and pressed again in the same moment.
+TEST_F(Recording, AKeyThatIsHeldRecordsOnceAlsoWhenEachRepeatIsToldAsAPress) {
+    openWithReading();
+    window().setRepeatsArePresses(true);
+    const auto send = [this](QEvent::Type type, quint64 milliseconds) {
+        QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier, QStringLiteral(" "));
+        event.setTimestamp(milliseconds);
+        QCoreApplication::sendEvent(&window(), &event);
+    };
+    for (const char* focus : {"mainView", "btnRecord"}) {
+        item(focus).forceActiveFocus(Qt::TabFocusReason);
+        const int before = rows();
+        send(QEvent::KeyPress, 1000);
+        for (const quint64 repeat : {1500U, 1540U, 1580U}) {
+            send(QEvent::KeyRelease, repeat);
+            send(QEvent::KeyPress, repeat);
+        }
+        send(QEvent::KeyRelease, 1600);
+        EXPECT_EQ(rows(), before + 1) << focus;
+        send(QEvent::KeyPress, 1700);
+        send(QEvent::KeyRelease, 1750);
+        EXPECT_EQ(rows(), before + 2) << focus;
+    }
+}
+
+TEST_F(Recording, OtherMouseButtonsRecordNothingWhileTheLeftOneIsHeld) {
+    openWithReading();
+    const QPoint at = centreOf("btnRecord");
+    const auto send = [&](QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held) {
+        QMouseEvent event(type, at, window().mapToGlobal(at), button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window(), &event);
+    };
+    send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+    for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton, Qt::RightButton}) {
+        send(QEvent::MouseButtonPress, other, Qt::LeftButton | other);
+        send(QEvent::MouseButtonRelease, other, Qt::LeftButton);
+    }
+    send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(rows(), 1);
+    send(QEvent::MouseButtonPress, Qt::RightButton, Qt::RightButton);
+    send(QEvent::MouseButtonRelease, Qt::RightButton, Qt::NoButton);
+    EXPECT_EQ(rows(), 1);
+    send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(rows(), 2);
+}
+
 TEST_F(Recording, TheFocusedRecordButtonTakesSpaceAndEnterOnce) {
     openWithReading();
     item("btnRecord").forceActiveFocus(Qt::TabFocusReason);

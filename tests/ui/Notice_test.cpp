@@ -41,6 +41,24 @@ TEST_F(NoticeTest, ALineIsShownAtOnceAndGoesByItself) {
     EXPECT_EQ(scheduler_.pending(), 0U);
 }
 
+TEST_F(NoticeTest, ANewerOneOfTheSameMatterTakesThePlaceOfTheOlder) {
+    notice_.show(QStringLiteral("S_1"), QStringLiteral("press"));
+    scheduler_.advance(500ms);
+    notice_.show(QStringLiteral("S_2"), QStringLiteral("press"));
+    EXPECT_EQ(text(), "S_2");
+    show("another");
+    notice_.show(QStringLiteral("S_3"), QStringLiteral("press"));
+    EXPECT_EQ(text(), "S_3");
+    scheduler_.advance(Notice::kLeastDuration);
+    EXPECT_EQ(text(), "another");
+    notice_.show(QStringLiteral("S_4"), QStringLiteral("press"));
+    notice_.show(QStringLiteral("S_5"), QStringLiteral("press"));
+    scheduler_.advance(Notice::kLeastDuration);
+    EXPECT_EQ(text(), "S_5");
+    scheduler_.advance(Notice::kDuration);
+    EXPECT_FALSE(notice_.isShown());
+}
+
 TEST_F(NoticeTest, SeveralAreShownOneAfterTheOther) {
     show("one");
     scheduler_.advance(500ms);
