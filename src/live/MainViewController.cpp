@@ -200,8 +200,8 @@ void MainViewController::pressRecord() {
     sayWhatIsWrong(name);
 }
 
-// A row that was not stored, or that holds a reading of before, must not look like any other. The database knows
-// no difference.
+// A row that was not stored, or that holds a reading of before, must not look like any other. The database
+// knows no difference.
 void MainViewController::sayWhatIsWrong(const std::string& name) {
     const QString row = QString::fromStdString(name);
     const QString time = QString::fromStdString(timeOfLatestRecord());
