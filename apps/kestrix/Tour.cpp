@@ -20,7 +20,6 @@
 namespace kestrix::tour {
 namespace {
 
-constexpr int kScales[] = {1, 3};
 constexpr QSize kStage{320, 568};
 constexpr QPoint kNoMouse{100'000, 100'000};
 constexpr std::chrono::milliseconds kStep{0};  // so that the lightning stands in every picture alike
@@ -36,8 +35,8 @@ class Tour {
 
     int run() {
         for (const int scale : kScales) {
-            if (!folder_.mkpath(subfolder(scale)))
-                return fail("cannot make " + folder_.filePath(subfolder(scale)));
+            if (!folder_.mkpath(picturesFolder(scale)))
+                return fail("cannot make " + folder_.filePath(picturesFolder(scale)));
         }
         if (!application_.applicationDidFinishLaunchingWithOptions())
             return fail(QString::fromStdString(application_.problem()));
@@ -77,7 +76,6 @@ class Tour {
         options.slideDuration = std::chrono::milliseconds(0);
         return options;
     }
-    static QString subfolder(int scale) { return QString::number(scale) + u'x'; }
     static int fail(const QString& why) {
         std::cerr << "kestrix: " << why.toStdString() << '\n';
         return 1;
@@ -86,7 +84,8 @@ class Tour {
     // The picture of this name at every scale. False, with the reason said, when one cannot be written.
     bool save(const char* name) {
         for (const int scale : kScales) {
-            const QString file = folder_.filePath(subfolder(scale) + u'/' + QLatin1String(name) + ".png");
+            const QString file =
+                folder_.filePath(picturesFolder(scale) + u'/' + QLatin1String(name) + ".png");
             if (!picture(scale).save(file)) return fail("cannot write " + file) == 0;
             std::cout << file.toStdString() << '\n';
         }
@@ -127,10 +126,10 @@ class Tour {
 
 int run(const std::string& folder) {
     const QString path = QString::fromStdString(folder);
-    const std::string problem = prepareFolder(path);
-    if (problem.empty()) return Tour(QDir(path)).run();
-    std::cerr << "kestrix: " << problem << '\n';
-    return 1;
+    const FolderProblem problem = prepareFolder(path);
+    if (problem.why.empty()) return Tour(QDir(path)).run();
+    std::cerr << "kestrix: " << problem.why << '\n';
+    return problem.exitStatus;
 }
 
 }  // namespace kestrix::tour

@@ -138,7 +138,7 @@ UserDefaults::File UserDefaults::read(Values& values) {
     if (!content.isFile) return refused(QStringLiteral("is no regular file"));
     const QString foreign = QStringLiteral("is not one of Kestrix's");
     if (content.bytes.size() > kLargest) return refused(foreign);
-    if (content.bytes.trimmed().isEmpty()) return File::Missing;
+    if (content.bytes.isEmpty()) return File::Missing;
     const QByteArray firstLine =
         content.bytes.first(std::max<qsizetype>(content.bytes.indexOf('\n'), 0)).trimmed();
     const bool parsed = parse(content.bytes, values);

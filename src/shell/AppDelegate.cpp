@@ -15,8 +15,13 @@
 namespace kestrix::shell {
 namespace {
 
+using Owner = storage::DatabaseLook::Owner;
+
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
+
+// For a locked database while nothing is shown yet. At most eight statements ask for it: less than a second.
+constexpr std::chrono::milliseconds kPatienceAtStart{100};
 
 // Whether no tester measured what comes from there.
 bool isMadeUp(const std::string& uri) {
@@ -75,12 +80,17 @@ AppDelegate::AppDelegate(LaunchOptions options)
 bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     std::optional<Sources> sources = makeSources();
     if (!sources || !mayUseFolder() || !hasFolder()) return false;
-    dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_);
-    if (!options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);  // in the database as well
-    readStorage();
+    starting_ = true;
+    if (isLocked()) {
+        storageProblem_ = look_.reason;
+        sayNothingCanBeRecorded(storageProblem_);
+    } else {
+        takeUpDatabase(kPatienceAtStart);
+    }
     mainView_.loadView();
     mainView_.viewWillAppear();
     mainView_.viewDidAppear();
+    starting_ = false;
     for (auto& source : *sources) accessories_.addSource(std::move(source));
     return true;
 }
@@ -100,26 +110,51 @@ bool AppDelegate::mayUseFolder() {
     if (!options_.documents.isEmpty() && chosen.exists() && !chosen.isDir())
         return fail(options_.documents.toStdString() + " is no folder", kWrongUsage);
     if (!defaults_.problem().isEmpty()) return fail(defaults_.problem().toStdString(), kFailed);
-    const std::string why = whyReadingsAreKeptOut();
-    return why.empty() || fail(why, kWrongUsage);
+    const std::string why = whyDatabaseIsKeptOut(kPatienceAtStart);
+    return why.empty() || fail(why, look_.owner == Owner::Other ? kFailed : kWrongUsage);
 }
 
-std::string AppDelegate::whyReadingsAreKeptOut() const {
-    return options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_);
+std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience) {
+    look_ = storage::lookAtDatabase(documents_, patience);
+    if (look_.owner == Owner::Other)
+        return "database " + documents_.filePath(QLatin1String(storage::kDatabaseFile)).toStdString() +
+               " is not one of Kestrix's; it is left as it is";
+    return options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_, look_);
 }
 
-// The folder may have been away, and come back as somebody else's.
+// The folder may have been away, and come back as somebody else's; or its database was locked, so that nobody
+// could look at it.
 std::string AppDelegate::whyFolderIsKeptOut() {
-    if (claim_.covers()) return {};
-    if (!claim_.takeAgain()) return documents_.path().toStdString() + " is in use by " + claim_.holder();
-    std::string why = whyReadingsAreKeptOut();
-    if (why.empty() && !options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);
-    if (!why.empty()) claim_.letGo();
+    const bool covered = claim_.covers();
+    if (covered && (!isLocked() || !QFileInfo::exists(documents_.path()))) return {};
+    if (covered && starting_) return look_.reason;  // it was waited for
+    if (!covered && !claim_.takeAgain())
+        return documents_.path().toStdString() + " is in use by " + claim_.holder();
+    const bool wasLocked = isLocked();
+    std::string why = whyDatabaseIsKeptOut(storage::ServiceDao::kPatience);
+    if (why.empty()) why = look_.reason;
+    if (why.empty() && wasLocked) {
+        takeUpDatabase(storage::ServiceDao::kPatience);
+    } else if (why.empty() && !options_.uris.empty()) {
+        noteReadings(kindOf(simulated_), documents_);
+        markReadings(kindOf(simulated_), documents_, look_, storage::ServiceDao::kPatience);
+    }
+    if (!why.empty() && !covered) claim_.letGo();
     return why;
 }
 
+// Its guard lets it be opened by now.
+void AppDelegate::takeUpDatabase(std::chrono::milliseconds patience) {
+    const bool kept = !options_.uris.empty();
+    if (kept) noteReadings(kindOf(simulated_), documents_);
+    dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_, patience);
+    if (kept) markReadings(kindOf(simulated_), documents_, look_, patience);
+    readStorage(patience);
+    if (dataDB_) dataDB_->setPatience(storage::ServiceDao::kPatience);
+}
+
 bool AppDelegate::hasFolder() {
-    const bool there = documents_.ensure();  // the display is live without it
+    documents_.ensure();  // the display is live without it
     const std::string folder = documents_.path().toStdString();
     switch (claim_.take(documents_.path(), purposeOf(options_.uris))) {
         case FolderClaim::Answer::Ours:
@@ -135,23 +170,24 @@ bool AppDelegate::hasFolder() {
     }
     // Another window may have been here since it was asked first.
     defaults_.readNow();
-    if (!mayUseFolder()) return false;
-    if (there && !options_.uris.empty()) noteReadings(kindOf(simulated_), documents_);
-    return true;
+    return mayUseFolder();
 }
 
-void AppDelegate::readStorage() {
+void AppDelegate::sayNothingCanBeRecorded(const std::string& why) {
+    notice_.show(QCoreApplication::translate("AppDelegate", "Nothing can be recorded: %1")
+                     .replace(QLatin1String("%1"), QString::fromStdString(why)));
+}
+
+void AppDelegate::readStorage(std::chrono::milliseconds patience) {
     std::unique_ptr<storage::ServiceDao> own;
-    if (!dataDB_) own = std::make_unique<storage::ServiceDao>(documents_);
+    if (!dataDB_) own = std::make_unique<storage::ServiceDao>(documents_, patience);
     storage::ServiceDao& dao = dataDB_ ? *dataDB_ : *own;
     unsavedAtStart_ = dao.findMeasureForm(false).size();
     storageProblem_ = dao.lastOutcome().reason;
     const auto say = [this](const char* text, const QString& what) {
         notice_.show(QCoreApplication::translate("AppDelegate", text).replace(QLatin1String("%1"), what));
     };
-    if (!storageProblem_.empty())
-        say(QT_TRANSLATE_NOOP("AppDelegate", "Nothing can be recorded: %1"),
-            QString::fromStdString(storageProblem_));
+    if (!storageProblem_.empty()) sayNothingCanBeRecorded(storageProblem_);
     // They are in no list, and the next test record takes them in.
     if (unsavedAtStart_ == 1)
         say(QT_TRANSLATE_NOOP("AppDelegate", "A measurement of an earlier session is not saved yet"), {});

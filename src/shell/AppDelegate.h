@@ -18,6 +18,7 @@
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
 #include "shell/FolderClaim.h"
+#include "storage/DatabaseLook.h"
 #include "storage/ServiceDao.h"
 #include "ui/ScreenStack.h"
 #include "ui/Services.h"
@@ -49,8 +50,9 @@ class AppDelegate {
 
     // Makes the tables at the first launch, loads the live screen, and begins to look for testers. False, and
     // `problem` says why in one line, when it cannot start: a tester's URI is wrong, made-up readings would
-    // come among real ones, the settings file is not to be used, or another window has the folder. Nothing is
-    // made or changed then.
+    // come among real ones, the settings file is not to be used, the database is another program's, or
+    // another window has the folder. Nothing is made or changed then. A database that another program holds
+    // locked is hardly waited for: it is taken up before the first row is stored.
     bool applicationDidFinishLaunchingWithOptions();
 
     const std::string& problem() const { return problem_; }
@@ -62,9 +64,10 @@ class AppDelegate {
     // user's.
     bool simulated() const { return simulated_; }
     const platform::DocumentsFolder& documents() const { return documents_; }
-    // How many measurements of earlier sessions belonged to no test record when the application started.
+    // How many measurements of earlier sessions belonged to no test record when the application took the
+    // database up: at its start, or, when it was locked then, before it stored its first row.
     std::size_t unsavedAtStart() const { return unsavedAtStart_; }
-    // Why nothing could be read from the database when the application started, in words; empty: it could.
+    // Why nothing could be read from the database when it was last taken up, in words; empty: it could.
     const std::string& storageProblem() const { return storageProblem_; }
 
     // Called while the event loop runs when the application is started once more on its folder.
@@ -89,9 +92,14 @@ class AppDelegate {
     std::optional<Sources> makeSources();
     bool mayUseFolder();
     bool hasFolder();
-    std::string whyReadingsAreKeptOut() const;
+    // Whether nobody could look at the database, which another program holds.
+    bool isLocked() const { return look_.owner == storage::DatabaseLook::Owner::Locked; }
+    // Looks at the folder's database.
+    std::string whyDatabaseIsKeptOut(std::chrono::milliseconds patience);
     std::string whyFolderIsKeptOut();
-    void readStorage();
+    void takeUpDatabase(std::chrono::milliseconds patience);
+    void readStorage(std::chrono::milliseconds patience);
+    void sayNothingCanBeRecorded(const std::string& why);
     bool fail(const std::string& problem, int exitStatus);
     void wait(std::chrono::milliseconds duration) const;
 
@@ -103,6 +111,8 @@ class AppDelegate {
     std::string storageProblem_;
     std::function<void()> beforeWait_;
     platform::QtScheduler eventLoop_;
+    bool starting_ = false;
+    storage::DatabaseLook look_;  // the last one
     platform::DocumentsFolder documents_;
     platform::UserDefaults defaults_;
     FolderClaim claim_;

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 
 #include <optional>
+#include <string>
 
 #include "platform/UserDefaults.h"
 #include "storage/ServiceDao.h"
@@ -20,21 +21,27 @@ QString noteIn(const platform::DocumentsFolder& folder) {
 }
 
 // None: either may come.
-std::optional<Readings> kindOf(const platform::DocumentsFolder& folder) {
-    if (const auto marked = storage::markedReadings(folder)) return marked;
+std::optional<Readings> kindOf(const platform::DocumentsFolder& folder, const storage::DatabaseLook& look) {
+    if (look.readings) return look.readings;
     if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return Readings::Measured;
     if (folder.isSameAs(platform::DocumentsFolder::simulatedPath())) return Readings::MadeUp;
     const QString noted = platform::UserDefaults(noteIn(folder), platform::UserDefaults::Start::LooksOnly)
                               .stringForKey(QLatin1String(kKey));
     if (noted == QLatin1String(kMadeUp)) return Readings::MadeUp;
-    const bool recorded = QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)));
+    const bool recorded = look.owner != storage::DatabaseLook::Owner::Locked &&
+                          QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)));
     return noted.isEmpty() && !recorded ? std::nullopt : std::optional(Readings::Measured);
+}
+
+bool mayBeWritten(const platform::DocumentsFolder& folder) {
+    return QFileInfo(folder.path()).isWritable();  // otherwise the database says so
 }
 
 }  // namespace
 
-std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folder) {
-    if (kindOf(folder).value_or(readings) == readings) return {};
+std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folder,
+                       const storage::DatabaseLook& look) {
+    if (kindOf(folder, look).value_or(readings) == readings) return {};
     const std::string path = folder.path().toStdString();
     return readings == Readings::MadeUp
                ? path + " holds what was measured; made-up readings (simulator:, replay:) are not kept there"
@@ -42,12 +49,17 @@ std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folde
 }
 
 void noteReadings(Readings readings, const platform::DocumentsFolder& folder) {
-    if (!QFileInfo(folder.path()).isWritable()) return;  // the database says so
-    if (!folder.isSameAs(platform::DocumentsFolder::standardPath()))
-        platform::UserDefaults(noteIn(folder))
-            .setString(QLatin1String(kKey),
-                       QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
-    storage::markReadings(readings, folder);
+    if (!mayBeWritten(folder) || folder.isSameAs(platform::DocumentsFolder::standardPath())) return;
+    platform::UserDefaults(noteIn(folder))
+        .setString(QLatin1String(kKey), QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
+}
+
+void markReadings(Readings readings, const platform::DocumentsFolder& folder,
+                  const storage::DatabaseLook& look, std::chrono::milliseconds patience) {
+    if (!mayBeWritten(folder) || look.readings == readings) return;
+    if (!QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)))) return;
+    storage::ServiceDao(folder, patience)
+        .execSql("PRAGMA application_id = " + std::to_string(storage::applicationNumber(readings)));
 }
 
 }  // namespace kestrix::shell

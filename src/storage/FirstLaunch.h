@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 
 #include "platform/DocumentsFolder.h"
@@ -18,8 +19,9 @@ inline constexpr const char* kTablesIn = "tablesIn";
 // On the first launch in this folder (the default "firstOrvo" is not set for it) sets it, makes the tables,
 // and gives the connection that did; on a later launch gives none and makes no tables, even when the file has
 // been deleted since; a file that is there gets the indexes that it lacks. A launch that could not make them,
-// or was killed before it had, does not count: the next one tries again.
+// or was killed before it had, does not count: the next one tries again. patience: the connection's.
 std::unique_ptr<ServiceDao> createTablesOnFirstLaunch(platform::UserDefaults& defaults,
-                                                      const platform::DocumentsFolder& folder);
+                                                      const platform::DocumentsFolder& folder,
+                                                      std::chrono::milliseconds patience);
 
 }  // namespace kestrix::storage

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/PrivateFiles.h"
+#include "storage/DatabaseLook.h"
 #include "storage/Rows.h"
 #include "storage/StatementText.h"
 #include "storage/Statements.h"
@@ -17,8 +18,6 @@ namespace kestrix::storage {
 Q_LOGGING_CATEGORY(lcStorage, "kestrix.storage", QtWarningMsg)
 
 namespace {
-
-constexpr int kBusyMilliseconds = 5000;
 
 struct Finalize {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
@@ -41,15 +40,21 @@ void ServiceDao::Close::operator()(sqlite3* connection) const {
     sqlite3_close(connection);
 }
 
-ServiceDao::ServiceDao(const platform::DocumentsFolder& folder)
+ServiceDao::ServiceDao(const platform::DocumentsFolder& folder, std::chrono::milliseconds patience)
     : folder_(folder),
-      path_(QDir(folder.path()).absoluteFilePath(QLatin1String(kDatabaseFile)).toStdString()) {
+      path_(QDir(folder.path()).absoluteFilePath(QLatin1String(kDatabaseFile)).toStdString()),
+      patience_(patience) {
     createDatadase();
 }
 
 ServiceDao::ServiceDao(ServiceDao&&) noexcept = default;
 ServiceDao& ServiceDao::operator=(ServiceDao&&) noexcept = default;
 ServiceDao::~ServiceDao() = default;
+
+void ServiceDao::setPatience(std::chrono::milliseconds patience) {
+    patience_ = patience;
+    if (db_) sqlite3_busy_timeout(db_.get(), static_cast<int>(patience_.count()));
+}
 
 void ServiceDao::createDatadase() {
     db_.reset();
@@ -58,11 +63,8 @@ void ServiceDao::createDatadase() {
         qCWarning(lcStorage, "数据库创建失败");
         return;
     }
-    // The engine gives the journal the rights of the database.
     const QString path = QString::fromStdString(path_);
     platform::makePrivateFile(path);
-    platform::keepPrivate(path);
-    platform::keepPrivate(path + QStringLiteral("-journal"));
     sqlite3* opened = nullptr;
     const int status = sqlite3_open(path_.c_str(), &opened);
     db_.reset(opened);
@@ -72,7 +74,12 @@ void ServiceDao::createDatadase() {
         qCWarning(lcStorage, "数据库创建失败");
         return;
     }
-    sqlite3_busy_timeout(opened, kBusyMilliseconds);
+    // The engine gives the journal the rights of the database.
+    if (mayBeOurs(opened)) {
+        platform::keepPrivate(path);
+        platform::keepPrivate(path + QStringLiteral("-journal"));
+    }
+    setPatience(patience_);
 }
 
 sqlite3* ServiceDao::connection() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -29,19 +30,25 @@ inline constexpr const char* kDatabaseFile = "kestrix.sqlite";
 //   a SELECT fails                           the rows read so far: mostly none
 //   a DELETE fails                           nothing
 // Every operation opens the connection again when it is closed, or when the file was moved away under it. A
-// lock of another connection is waited for, 5 s at most.
+// lock of another connection is waited for, as long as the patience says, each time.
 //
 // Ids reach the database as 32-bit signed decimals: of a wider one the low 32 bits. Texts are stored byte by
 // byte, whatever they hold.
 class ServiceDao {
   public:
+    static constexpr std::chrono::milliseconds kPatience{5000};
+
     // Opens the file and makes it when it is missing, but neither the folder nor the tables. File and journal
-    // are their owner's alone from then on. A folder whose guard keeps it out cannot be opened, for that
-    // reason.
-    explicit ServiceDao(const platform::DocumentsFolder& folder);
+    // are their owner's alone from then on, unless the file is no database or has another program's number. A
+    // folder whose guard keeps it out cannot be opened, for that reason.
+    explicit ServiceDao(const platform::DocumentsFolder& folder,
+                        std::chrono::milliseconds patience = kPatience);
     ServiceDao(ServiceDao&&) noexcept;
     ServiceDao& operator=(ServiceDao&&) noexcept;
     ~ServiceDao();
+
+    // From now on.
+    void setPatience(std::chrono::milliseconds patience);
 
     // Opens the connection, anew when there is one.
     void createDatadase();
@@ -101,6 +108,7 @@ class ServiceDao {
 
     platform::DocumentsFolder folder_;
     std::string path_;
+    std::chrono::milliseconds patience_;
     Outcome outcome_;
     std::unique_ptr<sqlite3, Close> db_;
 };

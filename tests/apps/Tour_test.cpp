@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -171,6 +172,30 @@ TEST(TourOfAFolder, OneThatHoldsSomethingElseIsRefusedAndStaysAsItIs) {
         EXPECT_EQ(file.readAll(), "mine");
         EXPECT_EQ(
             QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(), 1);
+    }
+}
+
+// An earlier tour's folder, and in it a link to what is the user's.
+TEST(TourOfAFolder, OneThatLeadsElsewhereIsRefusedAndNothingIsWritten) {
+    for (const char* name : {"1x", "3x", "1x/02-earth.png"}) {
+        const QTemporaryDir base;
+        const QString folder = base.filePath(QStringLiteral("tour"));
+        const QString users = base.filePath(QStringLiteral("mine"));
+        ASSERT_TRUE(QDir().mkpath(users));
+        ASSERT_TRUE(QDir().mkpath(folder));
+        const QString link = folder + u'/' + QLatin1String(name);
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(link).absolutePath()));
+        for (const char* made : {"kestrix.tour", "kestrix.sqlite"}) {
+            QFile file(folder + u'/' + QLatin1String(made));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        }
+        ASSERT_TRUE(QFile::link(users, link));
+        const QStringList before = QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        expectRefused(
+            tour(folder), 2,
+            QStringLiteral("kestrix: %1 is a link: a tour draws into folders of its own").arg(link));
+        EXPECT_EQ(QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before) << name;
+        EXPECT_TRUE(QDir(users).isEmpty()) << name;
     }
 }
 

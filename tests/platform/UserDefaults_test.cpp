@@ -137,10 +137,11 @@ TEST_F(UserDefaultsTest, AnEmptyFileIsTakenForOurs) {
 }
 
 TEST_F(UserDefaultsTest, AFileOfAnotherProgramIsRefusedAndLeftAsItIs) {
-    for (const char* content : {"[General]\ncolour=green\n", "[user]\n  name = Jo\n", "bluestate=1\n",
-                                "# a note\n", "not an ini file", "[General]\nbluestate=1\nno equals sign\n",
-                                "\x7f"
-                                "ELF"}) {
+    for (const char* content :
+         {"[General]\ncolour=green\n", "[user]\n  name = Jo\n", "bluestate=1\n", "# a note\n", "\n\n \n", " ",
+          "not an ini file", "[General]\nbluestate=1\nno equals sign\n",
+          "\x7f"
+          "ELF"}) {
         holdText(content);
         const auto before = stateOf(path_);
         UserDefaults defaults(path_);

@@ -24,7 +24,7 @@ class FirstLaunch : public QuickStorageFixture {
     }
     std::unique_ptr<ServiceDao> launch() const {
         platform::UserDefaults now = defaults();
-        return createTablesOnFirstLaunch(now, folder_);
+        return createTablesOnFirstLaunch(now, folder_, ServiceDao::kPatience);
     }
     bool marked() const { return defaults().boolForKey(QStringLiteral("firstOrvo")); }
 };
@@ -63,10 +63,12 @@ TEST_F(FirstLaunch, EachFolderGetsItsTablesThoughTheSettingsAreTheSame) {
     const QString other = temporary_.filePath(QStringLiteral("other"));
     QDir().mkpath(other);
     platform::UserDefaults now = defaults();
-    const auto dataDB = createTablesOnFirstLaunch(now, platform::DocumentsFolder(other));
+    const auto dataDB =
+        createTablesOnFirstLaunch(now, platform::DocumentsFolder(other), ServiceDao::kPatience);
     ASSERT_NE(dataDB, nullptr);
     EXPECT_TRUE(dataDB->hasTables());
-    EXPECT_EQ(createTablesOnFirstLaunch(now, platform::DocumentsFolder(other)), nullptr);
+    EXPECT_EQ(createTablesOnFirstLaunch(now, platform::DocumentsFolder(other), ServiceDao::kPatience),
+              nullptr);
 }
 
 // They do not say which folder they speak of. Tables that are there stay.
@@ -167,7 +169,7 @@ TEST_F(FirstLaunch, AFirstLaunchThatIsKilledBeforeTheTablesAreThereIsTakenUpByTh
     fs::remove(path_);
     platform::UserDefaults asKilled(QString::fromStdString(settings));
     EXPECT_TRUE(asKilled.boolForKey(QStringLiteral("firstOrvo")));
-    const auto dataDB = createTablesOnFirstLaunch(asKilled, folder_);
+    const auto dataDB = createTablesOnFirstLaunch(asKilled, folder_, ServiceDao::kPatience);
     ASSERT_NE(dataDB, nullptr);
     EXPECT_TRUE(dataDB->hasTables());
 }

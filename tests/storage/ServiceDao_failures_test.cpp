@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QFile>
 
 #include <array>
 #include <filesystem>
@@ -201,6 +202,38 @@ TEST_F(Failures, AReadThatFailsGivesTheRowsReadSoFar) {
     expectNothingFound(dao);
     vfs_.heal();
     EXPECT_EQ(dao.findMeasureForm(true).size(), 20U);
+}
+
+// What of that name is no database, or another program's, keeps its rights; ours are its owner's alone.
+TEST_F(Failures, OnlyWhatMayBeOursIsMadeItsOwnersAlone) {
+    const fs::perms shared = fs::perms::owner_read | fs::perms::owner_write | fs::perms::others_read;
+    const fs::perms own = fs::perms::owner_read | fs::perms::owner_write;
+    const auto rightsAfterOpening = [&] {
+        for (const std::string& path : {path_, path_ + "-journal"}) fs::permissions(path, shared);
+        const ServiceDao dao(folder_);
+        EXPECT_EQ(fs::status(path_).permissions(), fs::status(path_ + "-journal").permissions());
+        return fs::status(path_).permissions();
+    };
+    const auto write = [](const std::string& path, const QByteArray& content) {
+        QFile file(QString::fromStdString(path));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    };
+    write(path_ + "-journal", "");
+    write(path_,
+          "a letter that is longer than the header of a database, which has a hundred bytes before "
+          "its first page begins");
+    EXPECT_EQ(rightsAfterOpening(), shared) << "a text";
+    write(path_, "short");
+    EXPECT_EQ(rightsAfterOpening(), shared) << "a short text";
+    write(path_, "");
+    EXPECT_EQ(rightsAfterOpening(), own) << "an empty file";
+    Connection(path_).run("PRAGMA application_id = 7");
+    write(path_ + "-journal", "");
+    EXPECT_EQ(rightsAfterOpening(), shared) << "another program's";
+    Connection(path_).run("PRAGMA application_id = 1264078149");
+    write(path_ + "-journal", "");
+    EXPECT_EQ(rightsAfterOpening(), own) << "ours";
 }
 
 // Another connection in the middle of something; its statements, and what of ours can go on.
