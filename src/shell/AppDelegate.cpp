@@ -119,23 +119,23 @@ std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience
     if (look_.owner == Owner::Other)
         return "database " + documents_.filePath(QLatin1String(storage::kDatabaseFile)).toStdString() +
                " is not one of Kestrix's; it is left as it is";
-    return options_.uris.empty() ? std::string() : whyKeptOut(kindOf(simulated_), documents_, look_);
+    return takesReadings() ? whyKeptOut(kindOf(simulated_), documents_, look_) : std::string();
 }
 
-// The folder may have been away, and come back as somebody else's; or its database was locked, so that nobody
-// could look at it.
+// The folder may have been away, and come back as somebody else's; its database may be another one by now, or
+// was locked, so that nobody could look at it.
 std::string AppDelegate::whyFolderIsKeptOut() {
+    if (!QFileInfo::exists(documents_.path())) return {};  // whoever opens the file says so
     const bool covered = claim_.covers();
-    if (covered && (!isLocked() || !QFileInfo::exists(documents_.path()))) return {};
-    if (covered && starting_) return look_.reason;  // it was waited for
+    if (covered && starting_) return isLocked() ? look_.reason : std::string();  // it was looked at
     if (!covered && !claim_.takeAgain())
         return documents_.path().toStdString() + " is in use by " + claim_.holder();
     const bool wasLocked = isLocked();
     std::string why = whyDatabaseIsKeptOut(storage::ServiceDao::kPatience);
-    if (why.empty()) why = look_.reason;
+    if (why.empty() && (!covered || isLocked())) why = look_.reason;
     if (why.empty() && wasLocked) {
         takeUpDatabase(storage::ServiceDao::kPatience);
-    } else if (why.empty() && !options_.uris.empty()) {
+    } else if (why.empty() && takesReadings()) {
         noteReadings(kindOf(simulated_), documents_);
         markReadings(kindOf(simulated_), documents_, look_, storage::ServiceDao::kPatience);
     }
@@ -145,7 +145,7 @@ std::string AppDelegate::whyFolderIsKeptOut() {
 
 // Its guard lets it be opened by now.
 void AppDelegate::takeUpDatabase(std::chrono::milliseconds patience) {
-    const bool kept = !options_.uris.empty();
+    const bool kept = takesReadings();
     if (kept) noteReadings(kindOf(simulated_), documents_);
     dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_, patience);
     if (kept) markReadings(kindOf(simulated_), documents_, look_, patience);

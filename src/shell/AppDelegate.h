@@ -92,6 +92,8 @@ class AppDelegate {
     std::optional<Sources> makeSources();
     bool mayUseFolder();
     bool hasFolder();
+    // Whether anything measures here, a tester or what makes readings up: then their kind counts.
+    bool takesReadings() const { return simulated_ || !options_.uris.empty(); }
     // Whether nobody could look at the database, which another program holds.
     bool isLocked() const { return look_.owner == storage::DatabaseLook::Owner::Locked; }
     // Looks at the folder's database.

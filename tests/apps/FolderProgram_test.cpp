@@ -117,6 +117,33 @@ TEST_F(FolderProgram, AFolderThatWasAwayHasOneWindow) {
 }
 
 // A folder that was not there at the start, and what another process then put there.
+TEST_F(FolderProgram, ADatabaseOfTheOtherKindThatIsPutInItsPlaceTakesNothing) {
+    const std::string measured = folder_ + "/measured";
+    const std::string madeUp = folder_ + "/madeUp";
+    const std::string capture = temporary_.path().toStdString() + "/empty.kxc";
+    cli::writeFile(capture, "");
+    fs::create_directories(measured);
+    fs::create_directories(madeUp);
+    {
+        Program other({madeUp, "replay:" + capture}, setup());
+        ASSERT_TRUE(other.waitForOutput("ready 0")) << other.output();
+        EXPECT_EQ(press(other), "stored 1\n");
+    }
+    Program first({measured, "tcp://127.0.0.1:1"}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0")) << first.output();
+    EXPECT_EQ(press(first), "stored 1\n");
+    fs::rename(measured + "/kestrix.sqlite", measured + "/own");
+    fs::copy_file(madeUp + "/kestrix.sqlite", measured + "/kestrix.sqlite");
+    EXPECT_EQ(press(first).rfind("failed " + measured + " holds made-up readings", 0), 0U) << first.output();
+    {
+        storage::Connection there(measured + "/kestrix.sqlite");
+        EXPECT_EQ(there.value("SELECT count(*) FROM measurefrom"), "1");
+        EXPECT_EQ(there.value("PRAGMA application_id"), "1264078165");
+    }
+    fs::rename(measured + "/own", measured + "/kestrix.sqlite");
+    EXPECT_EQ(press(first), "stored 2\n");
+}
+
 class FolderThatComesBack : public FolderProgram {
   protected:
     std::string above_ = folder_ + "/above";

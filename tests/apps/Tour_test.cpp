@@ -13,6 +13,7 @@
 #include <string>
 
 #include "apps/kestrix/TourStops.h"
+#include "storage/DatabaseLook.h"
 #include "storage/ServiceDao.h"
 
 namespace kestrix::tour {
@@ -128,6 +129,9 @@ TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
     EXPECT_EQ(rows[3].dataName, "S_5") << "S_4 is the one that was not stored";
     EXPECT_EQ(rows.back().dataName, "S_31");
     for (const auto& row : rows) EXPECT_EQ(row.dateTime, "2026-01-15 10:00:00");
+    const auto look =
+        storage::lookAtDatabase(platform::DocumentsFolder(path(QString())), storage::ServiceDao::kPatience);
+    EXPECT_EQ(look.readings, storage::Readings::MadeUp);
 }
 
 TEST_F(Tour, AnotherTourIntoTheSameFolderStartsAnewAndDrawsTheSame) {
