@@ -40,6 +40,7 @@ class BuildScripts : public ::testing::Test {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("PATH"),
                            path(QStringLiteral("bin:")) + environment.value(QStringLiteral("PATH")));
+        environment.remove(QStringLiteral("CCACHE_DISABLE"));
         environment.insert(QStringLiteral("CCACHE_DIR"), path(QStringLiteral("cache")));
         environment.insert(QStringLiteral("CCACHE_CONFIGPATH"), path(QStringLiteral("no.conf")));
         environment.remove(QStringLiteral("CI"));
