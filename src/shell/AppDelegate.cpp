@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <utility>
@@ -80,17 +81,18 @@ AppDelegate::AppDelegate(LaunchOptions options)
 bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     std::optional<Sources> sources = makeSources();
     if (!sources || !mayUseFolder() || !hasFolder()) return false;
-    starting_ = true;
-    if (isLocked()) {
-        storageProblem_ = look_.reason;
-        sayNothingCanBeRecorded(storageProblem_);
-    } else {
-        takeUpDatabase(kPatienceAtStart);
+    {
+        const QScopedValueRollback<bool> holds(lookHolds_, true);
+        if (isLocked()) {
+            storageProblem_ = look_.reason;
+            sayNothingCanBeRecorded(storageProblem_);
+        } else {
+            takeUpDatabase(kPatienceAtStart);
+        }
+        mainView_.loadView();
+        mainView_.viewWillAppear();
+        mainView_.viewDidAppear();
     }
-    mainView_.loadView();
-    mainView_.viewWillAppear();
-    mainView_.viewDidAppear();
-    starting_ = false;
     for (auto& source : *sources) accessories_.addSource(std::move(source));
     return true;
 }
@@ -127,12 +129,13 @@ std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience
 std::string AppDelegate::whyFolderIsKeptOut() {
     if (!QFileInfo::exists(documents_.path())) return {};  // whoever opens the file says so
     const bool covered = claim_.covers();
-    if (covered && starting_) return isLocked() ? look_.reason : std::string();  // it was looked at
+    if (covered && lookHolds_) return look_.reason;
     if (!covered && !claim_.takeAgain())
         return documents_.path().toStdString() + " is in use by " + claim_.holder();
     const bool wasLocked = isLocked();
     std::string why = whyDatabaseIsKeptOut(storage::ServiceDao::kPatience);
-    if (why.empty() && (!covered || isLocked())) why = look_.reason;
+    if (why.empty()) why = look_.reason;
+    const QScopedValueRollback<bool> holds(lookHolds_, true);  // what follows opens the file, and asks again
     if (why.empty() && wasLocked) {
         takeUpDatabase(storage::ServiceDao::kPatience);
     } else if (why.empty() && takesReadings()) {

@@ -113,8 +113,8 @@ class AppDelegate {
     std::string storageProblem_;
     std::function<void()> beforeWait_;
     platform::QtScheduler eventLoop_;
-    bool starting_ = false;
     storage::DatabaseLook look_;  // the last one
+    bool lookHolds_ = false;      // whoever opens the file now has just looked at it
     platform::DocumentsFolder documents_;
     platform::UserDefaults defaults_;
     FolderClaim claim_;

@@ -144,6 +144,17 @@ TEST_F(FolderProgram, ADatabaseOfTheOtherKindThatIsPutInItsPlaceTakesNothing) {
     EXPECT_EQ(press(first), "stored 2\n");
 }
 
+TEST_F(FolderProgram, ADatabaseWithoutAMarkThatIsPutInItsPlaceGetsOne) {
+    Program program({folder_, "tcp://127.0.0.1:1"}, setup());
+    ASSERT_TRUE(program.waitForOutput("ready 0")) << program.output();
+    EXPECT_EQ(press(program), "stored 1\n");
+    fs::copy_file(folder_ + "/kestrix.sqlite", folder_ + "/before");
+    storage::Connection(folder_ + "/before").run("PRAGMA application_id = 0");
+    fs::rename(folder_ + "/before", folder_ + "/kestrix.sqlite");
+    EXPECT_EQ(press(program), "stored 2\n");
+    EXPECT_EQ(storage::Connection(folder_ + "/kestrix.sqlite").value("PRAGMA application_id"), "1264078149");
+}
+
 class FolderThatComesBack : public FolderProgram {
   protected:
     std::string above_ = folder_ + "/above";

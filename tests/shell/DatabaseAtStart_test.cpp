@@ -99,6 +99,21 @@ TEST_F(LockedAtStart, TheTablesOfAFirstLaunchAreMadeOnceItIsFree) {
     EXPECT_EQ(inDatabase("SELECT count(*) FROM measurefrom"), "1");
 }
 
+TEST_F(LockedAtStart, OneWithoutAMarkGetsItOnceItIsFree) {
+    options_.simulated = true;
+    start();
+    stop();
+    storage::Connection other(databasePath());
+    other.run("PRAGMA application_id = 0");
+    other.run("BEGIN EXCLUSIVE");
+    testing::expectWarning(kNotOpened);
+    start();
+    other.run("ROLLBACK");
+    press();
+    EXPECT_TRUE(outcome().done) << outcome().reason;
+    EXPECT_EQ(inDatabase("PRAGMA application_id"), "1264078165");
+}
+
 // It can be read, so it is known whose it is, but nothing can be written into it.
 TEST_F(LockedAtStart, OneThatIsBeingWrittenIsHardlyWaitedForEither) {
     storage::Connection other(databasePath());
