@@ -32,6 +32,15 @@ function(kestrix_app target)
   install(TARGETS ${target} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endfunction()
 
+# Of a test the compiler's time is what a newcomer waits for: most of it goes into the headers of the test
+# framework and into making quick what runs once.
+function(_kestrix_read_quickly target)
+  target_precompile_headers(${target} REUSE_FROM kestrix_test_headers)
+  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_options(${target} PRIVATE -O1)
+  endif()
+endfunction()
+
 # kestrix_test(NAME [GUI] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest by
 # name. GUI: with fonts and windows, though without a display.
 function(kestrix_test target)
@@ -45,6 +54,7 @@ function(kestrix_test target)
   endif()
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
+  _kestrix_read_quickly(${target})
   target_link_libraries(${target} PRIVATE ${A_LINK} ${main} GTest::gmock)
   target_compile_definitions(${target} PRIVATE
     KESTRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KESTRIX_BINARY_DIR="${PROJECT_BINARY_DIR}")
