@@ -9,7 +9,19 @@ namespace kestrix::ui {
 Q_NAMESPACE
 
 // Every screen that can be presented by another folder's screen, which does not know its class.
-enum class ScreenId : std::uint8_t { MainView, SaveData, BluetoothConnectionHelp };
+enum class ScreenId : std::uint8_t {
+    MainView,
+    SideBars,
+    RecordList,
+    Menu,
+    SaveData,
+    History,
+    HistoryCell,
+    BluetoothConnectionHelp,
+    Help,
+    About,
+    MoreApps,
+};
 Q_ENUM_NS(ScreenId)
 
 // As it stands above: "SaveData".
