@@ -236,6 +236,7 @@ ui::Services AppDelegate::makeServices() {
         .now = options_.now,
         .accessories = accessories_,
         .wait = [this](std::chrono::milliseconds duration) { wait(duration); },
+        .slideDuration = options_.slideDuration,
         .simulated = simulated_,
     };
 }

@@ -32,6 +32,8 @@ class Palette : public QObject {
     Q_PROPERTY(QColor selection MEMBER selection CONSTANT FINAL)
     Q_PROPERTY(QColor placeholder MEMBER placeholder CONSTANT FINAL)
     Q_PROPERTY(QColor panelEdge MEMBER panelEdge CONSTANT FINAL)
+    Q_PROPERTY(QColor heldTitle MEMBER heldTitle CONSTANT FINAL)
+    Q_PROPERTY(QColor rowLine MEMBER rowLine CONSTANT FINAL)
 
   public:
     static Palette& shared();
@@ -49,16 +51,21 @@ class Palette : public QObject {
     static constexpr QColor markedRow{255, 214, 208};       // ground of a row with which something is wrong
     static constexpr QColor mark{150, 14, 24};              // what is wrong, in words
     static constexpr QColor scrollTrack{108, 108, 108, 64};
-    static constexpr QColor scrollThumb{16, 24, 42};    // told apart from the headers above it
-    static constexpr QColor focusLight{255, 209, 102};  // the frame around what has the keyboard: one of
-    static constexpr QColor focusDark{16, 24, 42};      // its two lines stands out on any ground
-    static constexpr QColor hover{255, 255, 255, 40};   // over a button that the mouse points at
-    static constexpr QColor field{255, 255, 255};       // ground of a text field
-    static constexpr QColor fieldEdge{108, 120, 144};   // around it
-    static constexpr QColor selection{42, 93, 176};     // ground of its selected text
-    static constexpr QColor placeholder{95, 107, 128};  // what stands in it while it is empty
-    static constexpr QColor panelEdge{143, 180, 232};   // around notices and questions
-    static constexpr QColor tip{16, 24, 42};            // ground of the words beside such a button
+    static constexpr QColor scrollThumb{16, 24, 42};         // told apart from the headers above it
+    static constexpr QColor focusLight{255, 209, 102};       // the frame around what has the keyboard: one of
+    static constexpr QColor focusDark{16, 24, 42};           // its two lines stands out on any ground
+    static constexpr QColor hover{255, 255, 255, 40};        // over a button that the mouse points at
+    static constexpr QColor field{255, 255, 255};            // ground of a text field
+    static constexpr QColor fieldEdge{108, 120, 144};        // around it
+    static constexpr QColor selection{42, 93, 176};          // ground of its selected text
+    static constexpr QColor placeholder{95, 107, 128};       // what stands in it while it is empty
+    static constexpr QColor panelEdge{143, 180, 232};        // around notices and questions
+    static constexpr QColor menuButton{255, 255, 255, 77};   // over the ground of a menu
+    static constexpr QColor menuCancel{255, 255, 255, 128};  // the same, of the button that cancels
+    static constexpr QColor menuCancelTitle{16, 24, 42};
+    static constexpr QColor heldTitle{85, 85, 85};   // of a menu's button while it is held
+    static constexpr QColor rowLine{128, 128, 128};  // below a row of a side bar's menu
+    static constexpr QColor tip{16, 24, 42};         // ground of the words beside such a button
 };
 
 }  // namespace kestrix::ui

@@ -7,12 +7,15 @@ FocusScope {
     id: frame
     required property FramedScreen framed
     property string ground: "orvo_home_bg.png"
+    property MBButtonMenuViewController menu: null // that rises over this screen
+    readonly property MBButtonMenuView menuView: risen.item as MBButtonMenuView
     default property alias content: below.data
 
     objectName: "screenFrame"
     Accessible.role: Accessible.Pane
     Accessible.name: framed.titleLabel.text
     Accessible.ignored: !visible || !enabled
+    scale: menuView === null ? 1 : 1 - 0.1 * menuView.progress
     Keys.onPressed: event =>
         event.accepted = frame.framed.pressKey(event.key, event.modifiers, event.isAutoRepeat)
 
@@ -23,6 +26,7 @@ FocusScope {
     Item {
         id: toolbar
         objectName: "screenToolbar"
+        enabled: risen.hasGone
         width: frame.width
         height: 44
 
@@ -49,6 +53,7 @@ FocusScope {
     Item {
         id: below
         objectName: "screenContent"
+        enabled: risen.hasGone
         y: 46
         width: frame.width
         height: frame.height - y
@@ -58,5 +63,13 @@ FocusScope {
         width: frame.width
         height: 2
         name: "orvo_all_line.png"
+    }
+    Lazily {
+        id: risen
+        readonly property bool hasGone: frame.menu === null || !frame.menu.onScreen
+        anchors.fill: parent
+        view: "MBButtonMenuView"
+        given: ({"menu": frame.menu})
+        wanted: !hasGone
     }
 }

@@ -34,6 +34,8 @@ struct Services {
     platform::AccessoryManager& accessories;
     // How long the link waits before it closes the session of a tester that has gone. It blocks its caller.
     std::function<void(std::chrono::milliseconds)> wait;
+    // Of everything that slides or rises; 0: at once.
+    std::chrono::milliseconds slideDuration{300};
     bool simulated = false;  // whether no tester measures what the accessories say
 };
 

@@ -12,6 +12,7 @@
 #include "ui/KeyRules.h"
 #include "ui/KeyTable.h"
 #include "ui/Label.h"
+#include "ui/MBButtonMenuViewController.h"
 #include "ui/Notice.h"
 #include "ui/Palette.h"
 #include "ui/Screen.h"
@@ -91,6 +92,19 @@ struct TableType {
     QML_FOREIGN(kestrix::ui::Table)
     QML_NAMED_ELEMENT(Table)
     QML_UNCREATABLE("belongs to its screen")
+};
+
+struct MBButtonMenuViewControllerType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::MBButtonMenuViewController)
+    QML_NAMED_ELEMENT(MBButtonMenuViewController)
+    QML_UNCREATABLE("belongs to its screen")
+};
+
+struct MenuButtonType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::MenuButton)
+    QML_ANONYMOUS
 };
 
 struct ScreenType {

@@ -28,6 +28,7 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
             .now = [this] { return now; },
             .accessories = accessories,
             .wait = [](std::chrono::milliseconds) {},
+            .slideDuration = std::chrono::milliseconds(0),
         };
     }
 

@@ -27,6 +27,7 @@ struct Drawn {
 
 constexpr Drawn kDrawn[] = {
     {"background", {8, 64}},
+    {"background.PNG", {8, 160}},
     {"flash", {25, 25}},
     {"kestrix", {64, 64}},
     {"orvo_all_line", {8, 2}},
@@ -65,9 +66,13 @@ struct Stretched {
 };
 
 constexpr Stretched kStretched[] = {
-    {"orvo_contrast_tab", {0, 0, 8, 44}, false}, {"orvo_all_line", {0, 0, 8, 2}, false},
-    {"orvo_home_bg", {0, 0, 8, 530}, false},     {"orvo_home_blue_bg.9", {11, 11, 14, 14}, true},
-    {"background", {0, 39, 8, 25}, true},        {"orvo_home_tab_down_bg.9", {7, 7, 10, 53}, true},
+    {"orvo_contrast_tab", {0, 0, 8, 44}, false},
+    {"orvo_all_line", {0, 0, 8, 2}, false},
+    {"orvo_home_bg", {0, 0, 8, 530}, false},
+    {"orvo_home_blue_bg.9", {11, 11, 14, 14}, true},
+    {"background", {0, 39, 8, 25}, true},
+    {"background.PNG", {0, 0, 8, 160}, true},
+    {"orvo_home_tab_down_bg.9", {7, 7, 10, 53}, true},
 };
 
 constexpr QRgb kWhite = 0xffffffff;
@@ -90,7 +95,8 @@ constexpr TextGround kTextGrounds[] = {
 
 QImage picture(const std::string& name, int scale) {
     load();
-    const QString path = QStringLiteral(":/artwork/%1/%2.png").arg(scale).arg(QString::fromStdString(name));
+    QString path = QStringLiteral(":/artwork/%1/%2").arg(scale).arg(QString::fromStdString(name));
+    if (!path.endsWith(QStringLiteral(".PNG"))) path += QStringLiteral(".png");
     const QImage image(path);
     EXPECT_FALSE(image.isNull()) << path.toStdString();
     return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
