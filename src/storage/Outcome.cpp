@@ -81,4 +81,8 @@ Outcome failure(const char* reason) {
     return {false, QCoreApplication::translate(kContext, reason).toStdString(), 0};
 }
 
+Outcome recordIsGone() {
+    return failure(QT_TRANSLATE_NOOP("Outcome", "the test record is no longer there"));
+}
+
 }  // namespace kestrix::storage

@@ -24,5 +24,7 @@ struct Outcome {
 Outcome failureOf(sqlite3* connection, const std::string& path);
 // A failure of ours.
 Outcome failure(const char* reason);
+// The one for a test record that somebody deleted.
+Outcome recordIsGone();
 
 }  // namespace kestrix::storage

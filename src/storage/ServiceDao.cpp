@@ -33,6 +33,7 @@ Statement prepared(sqlite3* connection, const StatementText& text) {
 
 constexpr const char* kTooLong = QT_TRANSLATE_NOOP("Outcome", "a text is too long");
 constexpr const char* kNoSuchRow = QT_TRANSLATE_NOOP("Outcome", "the measurement is no longer there");
+constexpr const char* kMoved = QT_TRANSLATE_NOOP("Outcome", "the database was moved away meanwhile");
 
 }  // namespace
 
@@ -83,10 +84,25 @@ void ServiceDao::createDatadase() {
 }
 
 sqlite3* ServiceDao::connection() {
+    if (inTransaction_) return connectionOfTransaction();
+    if (!isInPlace()) createDatadase();
+    return db_.get();
+}
+
+// Whether there is a connection, and its file is still where it was opened.
+bool ServiceDao::isInPlace() {
     int moved = 0;
     if (db_) sqlite3_file_control(db_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
-    if (!db_ || moved != 0) createDatadase();
-    return db_.get();
+    return db_ != nullptr && moved == 0;
+}
+
+// After a failure the engine may have undone all of it on its own, and whatever followed would count by
+// itself.
+sqlite3* ServiceDao::connectionOfTransaction() {
+    if (!outcome_.done) return nullptr;
+    if (isInPlace() && sqlite3_get_autocommit(db_.get()) == 0) return db_.get();
+    outcome_ = failure(kMoved);
+    return nullptr;
 }
 
 bool ServiceDao::execute(const char* sql) {
@@ -184,6 +200,28 @@ void ServiceDao::updateMeasureForm(const std::string& recordName, std::int64_t r
     if (run(statementText(kUpdateMeasure, {recordName, recordId, dataId}).get()) &&
         sqlite3_changes(db_.get()) == 0)
         outcome_ = failure(kNoSuchRow);
+}
+
+void ServiceDao::updateRecordForm(const RecordData& record) {
+    if (run(statementText(kUpdateRecord,
+                          {record.startTime, record.endTime, record.dates, record.samples, record.recordId})
+                .get()) &&
+        sqlite3_changes(db_.get()) == 0)
+        outcome_ = recordIsGone();
+}
+
+void ServiceDao::restoreMeasureForm(const MeasureData& measure) {
+    runInsert(statementText(kRestoreMeasure, {measure.dataId, measure.recordId, measure.dataName,
+                                              measure.function, measure.parameters, measure.result,
+                                              measure.dateTime, measure.comments, measure.recordName})
+                  .get());
+}
+
+void ServiceDao::restoreRecordForm(const RecordData& record) {
+    runInsert(statementText(kRestoreRecord, {record.recordId, record.company, record.operators, record.addres,
+                                             record.startTime, record.endTime, record.dates, record.samples,
+                                             record.serial, record.projectName})
+                  .get());
 }
 
 std::vector<RecordData> ServiceDao::findRecordForm() {

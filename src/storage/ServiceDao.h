@@ -21,8 +21,8 @@ namespace kestrix::storage {
 inline constexpr const char* kDatabaseFile = "kestrix.sqlite";
 
 // The one way to the measurements: "kestrix.sqlite" in the documents folder, over a connection of its own.
-// Many may be open on one file; none holds a transaction between calls. docs/database.md has tables and
-// durability.
+// Many may be open on one file; none holds a transaction between calls, unless a Transaction lives.
+// docs/database.md has tables and durability.
 //
 // Nothing throws, and the operations themselves answer nothing on failure; who must know asks lastOutcome().
 //   the file cannot be opened                "数据库创建失败" in the log
@@ -76,10 +76,16 @@ class ServiceDao {
 
     // Files the measurement dataId under a record.
     void updateMeasureForm(const std::string& recordName, std::int64_t recordId, std::int64_t dataId);
+    // Writes the record's times and its number of measurements anew.
+    void updateRecordForm(const RecordData& record);
 
     // A record's measurements stay.
     void DeleteMeasureFormData(std::int64_t dataId);
     void DeleteRecordFormData(std::int64_t recordId);
+
+    // Inserts the row under the identity that it has. Fails where there is such a row.
+    void restoreMeasureForm(const MeasureData& measure);
+    void restoreRecordForm(const RecordData& record);
 
     void execSql(const std::string& sql);
 
@@ -88,12 +94,17 @@ class ServiceDao {
     const Outcome& lastOutcome() const { return outcome_; }
 
   private:
+    friend class Transaction;
+
     struct Close {
         void operator()(sqlite3* connection) const;
     };
 
-    // Null when the file cannot be opened.
+    // Null when the file cannot be opened, and from the first failure of a transaction to its end.
     sqlite3* connection();
+    bool isInPlace();
+    // The same while a transaction is open: another connection would not be part of it.
+    sqlite3* connectionOfTransaction();
     // Carries the statement out and tells the outcome. sql: null when it could not be composed.
     bool execute(const char* sql);
     // The same; a failure is logged and closes the connection.
@@ -110,6 +121,7 @@ class ServiceDao {
     std::string path_;
     std::chrono::milliseconds patience_;
     Outcome outcome_;
+    bool inTransaction_ = false;
     std::unique_ptr<sqlite3, Close> db_;
 };
 

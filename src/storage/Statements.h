@@ -39,6 +39,14 @@ inline constexpr std::string_view kRecordOfId = "SELECT *FROM recordfrom WHERE d
 inline constexpr std::string_view kDeleteMeasure = "DELETE FROM measurefrom WHERE dataId = '%d'";
 inline constexpr std::string_view kDeleteRecord = "DELETE FROM recordfrom WHERE dataId = '%d'";
 
+// Ours beside them: for a record that grows while it is there already, and for rows that were deleted.
+inline constexpr std::string_view kUpdateRecord =
+    "UPDATE recordfrom SET startTime='%@',endTime='%@',dates='%@',samples='%d' WHERE dataId = '%d'";
+inline constexpr std::string_view kRestoreMeasure =
+    "INSERT INTO measurefrom VALUES ('%d', '%d', '%@', '%@', '%@', '%@', '%@', '%@', '%@')";
+inline constexpr std::string_view kRestoreRecord =
+    "INSERT INTO recordfrom VALUES ('%d', '%@', '%@', '%@', '%@', '%@', '%@', '%d', '%@', '%@')";
+
 // A statement ends when its rollback journal is gone for good. Deleted, as by default, it could come back
 // after a power cut and undo the statement; emptied, it is synchronised before the statement returns.
 inline constexpr const char* kDurable = "PRAGMA journal_mode = TRUNCATE";
