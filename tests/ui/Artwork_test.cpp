@@ -30,7 +30,9 @@ constexpr Drawn kDrawn[] = {
     {"background.PNG", {8, 160}},
     {"flash", {25, 25}},
     {"kestrix", {64, 64}},
+    {"orvo_all_bg", {8, 530}},
     {"orvo_all_line", {8, 2}},
+    {"orvo_cell_jian", {20, 25}},
     {"orvo_contrast_tab", {8, 44}},
     {"orvo_home_bg", {8, 530}},
     {"orvo_home_blue_bg.9", {36, 36}},
@@ -87,6 +89,7 @@ struct TextGround {
 constexpr TextGround kTextGrounds[] = {
     {"orvo_contrast_tab", {0, 0, 8, 44}, kWhite},
     {"orvo_home_bg", {0, 0, 8, 530}, kWhite},
+    {"orvo_all_bg", {0, 0, 8, 530}, kWhite},
     {"orvo_home_blue_bg.9", {12, 12, 12, 12}, kWhite},
     {"background", {0, 0, 8, 31}, kWhite},
     {"background", {0, 31, 8, 33}, kInk},
