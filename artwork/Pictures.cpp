@@ -1,6 +1,12 @@
 #include "artwork/Pictures.h"
 
+#include <QByteArray>
+#include <QResource>
 #include <QtGlobal>
+
+#include <cstring>
+
+#include "artwork/Pixels.h"
 
 // The macro declares a function of the global namespace and must stand there.
 static void initResource() {
@@ -8,9 +14,31 @@ static void initResource() {
 }
 
 namespace kestrix::artwork {
+namespace {
+
+void forget(void* bytes) {
+    delete static_cast<QByteArray*>(bytes);
+}
+
+}  // namespace
 
 void load() {
     initResource();
+}
+
+QImage picture(const QString& name, int scale) {
+    const QString stem = name.endsWith(QLatin1String(".png")) ? name.chopped(4) : name;
+    const QResource resource(QStringLiteral(":/artwork/%1/%2.pixels").arg(scale).arg(stem));
+    if (!resource.isValid()) return {};
+    auto* const bytes = new QByteArray(resource.uncompressedData());
+    PixelsHead head;
+    std::memcpy(&head, bytes->constData(), sizeof head);
+    // The image holds the bytes, and lets them go with its last copy.
+    const QImage image(reinterpret_cast<const uchar*>(bytes->constData()) + sizeof head, head.width,
+                       head.height, qsizetype{4} * head.width, static_cast<QImage::Format>(head.format),
+                       forget, bytes);
+    const bool aligned = reinterpret_cast<std::uintptr_t>(bytes->constData()) % alignof(std::uint32_t) == 0;
+    return aligned ? image : image.copy();  // what was not worth packing lies anywhere in the program
 }
 
 }  // namespace kestrix::artwork

@@ -1,9 +1,16 @@
 #pragma once
 
+#include <QImage>
+#include <QString>
+
 namespace kestrix::artwork {
 
-// Makes the pictures known as ":/artwork/SCALE/NAME.png" (qrc:/artwork/... in QML); scales are 1 to 4 pixels
-// to the point. Call it once before the first window; again does no harm.
+// Makes the pictures known as ":/artwork/SCALE/NAME.pixels"; scales are 1 to 4 pixels to the point. Call it
+// once before the first picture is asked for; again does no harm.
 void load();
+
+// The picture of this name ("flash.png") at this scale; none when there is no such picture. It is ready to be
+// drawn: its pixels are kept as the screen takes them.
+QImage picture(const QString& name, int scale);
 
 }  // namespace kestrix::artwork

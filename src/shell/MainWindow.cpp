@@ -4,8 +4,11 @@
 #include <QIcon>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickImageProvider>
 #include <QResizeEvent>
 #include <QScreen>
+
+#include <algorithm>
 
 #include "artwork/Pictures.h"
 #include "link/BluetoothConnect.h"
@@ -19,6 +22,19 @@ namespace kestrix::shell {
 namespace {
 
 const QUrl kViews(QStringLiteral("qrc:/qt/qml/Kestrix/Shell/Root.qml"));
+
+// The pictures of the artwork for the views: image://artwork/SCALE/NAME.
+class Pictures : public QQuickImageProvider {
+  public:
+    Pictures() : QQuickImageProvider(Image) {}
+    QImage requestImage(const QString& id, QSize* size, const QSize&) override {
+        const qsizetype slash = id.indexOf(u'/');
+        QImage image =
+            artwork::picture(id.mid(slash + 1), QStringView(id).first(std::max(slash, qsizetype{0})).toInt());
+        if (size != nullptr) *size = image.size();
+        return image;
+    }
+};
 
 // What a frame is thought to add before the desktop has drawn it: a title bar, mostly.
 constexpr QSize kUsualFrame{8, 40};
@@ -49,6 +65,7 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
             const auto* const state = platform::objectOf<std::string>(notification);
             showTitle(state != nullptr ? QString::fromStdString(*state).toInt() : link::kNotConnected);
         });
+    engine()->addImageProvider(QStringLiteral("artwork"), new Pictures);
     engine()->addImportPath(QStringLiteral("qrc:/qt/qml"));
     // Another thread reads the views while the application starts; `load` finds them read.
     new QQmlComponent(engine(), kViews, QQmlComponent::Asynchronous, this);
@@ -59,7 +76,9 @@ MainWindow::MainWindow(AppDelegate& application) : application_(application) {
     });
     connect(this, &QQuickWindow::frameSwapped, this, [] { ui::DisplayUpdates::shared().frameDone(); });
     // Reading it takes as long as all pictures of the live screen: not before that is seen.
-    const auto showIcon = [this] { setIcon(QIcon(QStringLiteral(":/artwork/4/kestrix.png"))); };
+    const auto showIcon = [this] {
+        setIcon(QIcon(QPixmap::fromImage(artwork::picture(QStringLiteral("kestrix.png"), 4))));
+    };
     connect(this, &QQuickWindow::frameSwapped, this, showIcon,
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     // No reading stands on the display while the wait for a lost tester blocks.

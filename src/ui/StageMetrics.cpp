@@ -29,7 +29,7 @@ void StageMetrics::fit(const QSizeF& window, double devicePixelRatio) {
 
 QUrl StageMetrics::picture(const QString& name, int scale) const {
     if (name.isEmpty()) return {};
-    return QUrl(QStringLiteral("qrc:/artwork/%1/%2").arg(scale).arg(name));
+    return QUrl(QStringLiteral("image://artwork/%1/%2").arg(scale).arg(name));
 }
 
 }  // namespace kestrix::ui

@@ -1,6 +1,7 @@
 // The stage in windows of every size, and how sharp it is. Run at several pixels to the point.
 #include <QtMath>
 
+#include "artwork/Pictures.h"
 #include "tests/shell/Scenarios.h"
 #include "tests/shell/TestScreen.h"
 #include "tests/support/WindowFixture.h"
@@ -90,7 +91,7 @@ TEST_F(Stage, AtAWholeScaleAPictureIsDrawnPixelByPixel) {
         resize({qRound(width), qRound(width * 1.6)});
         const QRect place = pixelsOf(placeOf("btnRecord"));
         const QImage drawn = onDisplay().copy(place);
-        const QImage picture(QStringLiteral(":/artwork/%1/orvo_home_button_record.png").arg(scale));
+        const QImage picture = artwork::picture(QStringLiteral("orvo_home_button_record.png"), scale);
         ASSERT_EQ(drawn.size(), picture.size());
         int opaque = 0;
         for (int y = 0; y < picture.height(); ++y) {

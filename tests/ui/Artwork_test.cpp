@@ -98,10 +98,10 @@ constexpr TextGround kTextGrounds[] = {
 
 QImage picture(const std::string& name, int scale) {
     load();
-    QString path = QStringLiteral(":/artwork/%1/%2").arg(scale).arg(QString::fromStdString(name));
-    if (!path.endsWith(QStringLiteral(".PNG"))) path += QStringLiteral(".png");
-    const QImage image(path);
-    EXPECT_FALSE(image.isNull()) << path.toStdString();
+    QString file = QString::fromStdString(name);
+    if (!file.endsWith(QStringLiteral(".PNG"))) file += QStringLiteral(".png");
+    const QImage image = artwork::picture(file, scale);
+    EXPECT_FALSE(image.isNull()) << name << " at " << scale;
     return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

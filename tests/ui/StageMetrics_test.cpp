@@ -97,7 +97,7 @@ TEST_F(StageMetricsTest, AWindowWithoutAreaChangesNothing) {
 
 TEST_F(StageMetricsTest, APictureIsFoundByScaleAndName) {
     EXPECT_EQ(metrics_.picture(QStringLiteral("flash.png"), 3),
-              QUrl(QStringLiteral("qrc:/artwork/3/flash.png")));
+              QUrl(QStringLiteral("image://artwork/3/flash.png")));
     EXPECT_TRUE(metrics_.picture({}, 1).isEmpty());
 }
 
