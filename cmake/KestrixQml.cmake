@@ -9,12 +9,16 @@ function(kestrix_qml_types target)
   qt_extract_metatypes(${target})
 endfunction()
 
-# kestrix_qml_module(TARGET URI Kestrix.X QML a.qml... TYPES XTypes.h LINK lib... DEPENDS Kestrix.Y)
+# kestrix_qml_module(TARGET [NO_PLUGIN] URI Kestrix.X QML a.qml... TYPES XTypes.h LINK lib... DEPENDS Kestrix.Y)
 function(kestrix_qml_module target)
-  cmake_parse_arguments(A "" "URI" "QML;TYPES;LINK;DEPENDS" ${ARGN})
+  cmake_parse_arguments(A "NO_PLUGIN" "URI" "QML;TYPES;LINK;DEPENDS" ${ARGN})
   set(CMAKE_AUTOMOC ON)
+  set(options)
+  if(A_NO_PLUGIN)
+    list(APPEND options NO_PLUGIN)
+  endif()
   qt_add_library(${target} STATIC)
-  qt_add_qml_module(${target}
+  qt_add_qml_module(${target} ${options}
     URI ${A_URI} VERSION 1.0
     RESOURCE_PREFIX /qt/qml
     QML_FILES ${A_QML}
@@ -27,9 +31,9 @@ function(kestrix_qml_module target)
 endfunction()
 
 # The views of one folder: a module (arguments as above) that the window loads, and whose QML files are checked; any
-# warning fails.
+# warning fails. Without a plugin: Qt reads what every static plugin says of itself again whenever it looks for any plugin at all.
 function(kestrix_views target)
-  kestrix_qml_module(${target} ${ARGN})
+  kestrix_qml_module(${target} NO_PLUGIN ${ARGN})
   set_property(GLOBAL APPEND PROPERTY KESTRIX_VIEWS ${target})
   if(KESTRIX_TESTS)
     get_target_property(files ${target} QT_QML_MODULE_QML_FILES)
@@ -91,17 +95,16 @@ function(kestrix_link_all_screens target)
   target_link_libraries(${target} PUBLIC ${screens})
 endfunction()
 
-# kestrix_link_views(TARGET module...): links a program or library with modules of views, and loads them at its start.
+# kestrix_link_views(TARGET module...): links a program or library with modules of views, which register themselves at the
+# start. Each does so in its library, of which the linker takes only what is asked for: its function, by the compiler's name.
 function(kestrix_link_views target)
-  set(imports "#include <QtQml/qqmlextensionplugin.h>\n")
   foreach(module IN LISTS ARGN)
     get_target_property(uri ${module} QT_QML_MODULE_URI)
-    string(REPLACE "." "_" plugin ${uri}Plugin)
-    string(APPEND imports "Q_IMPORT_QML_PLUGIN(${plugin})\n")
-    target_link_libraries(${target} PUBLIC ${module} ${module}plugin)
+    string(REPLACE "." "_" function "qml_register_types_${uri}")
+    string(LENGTH ${function} length)
+    target_link_options(${target} PUBLIC LINKER:--undefined=_Z${length}${function}v)
+    target_link_libraries(${target} PUBLIC ${module})
   endforeach()
-  file(CONFIGURE OUTPUT ${target}_views.cpp CONTENT "${imports}" @ONLY)
-  target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}_views.cpp)
   target_link_libraries(${target} PUBLIC Qt6::Quick)
 endfunction()
 
