@@ -7,6 +7,17 @@ function(_kestrix_common target)
   target_compile_definitions(${target} PRIVATE QT_NO_KEYWORDS)
 endfunction()
 
+# A program on Qt. The loader asks the libraries one after the other for each name, in the order in which they stand in the program:
+# first those that have most of what is asked for.
+function(kestrix_find_names_soon target)
+  if(NOT KESTRIX_SANITIZE)
+    set(own ${ARGN})
+    list(TRANSFORM own REPLACE "(.+)" "$<TARGET_FILE:\\1>")
+    target_link_options(${target} PRIVATE
+      LINKER:--push-state,--no-as-needed -lstdc++ -lc $<TARGET_FILE:Qt6::Core> ${own} LINKER:--pop-state)
+  endif()
+endfunction()
+
 # A program with a window: under the sanitizers it knows what the toolkit leaks.
 function(kestrix_has_window target)
   if(KESTRIX_SANITIZE)
