@@ -38,6 +38,11 @@ constexpr int kSteps = 200;
 constexpr milliseconds kSilence = platform::DialingSource::kSilenceLimit;
 constexpr milliseconds kFrameEvery{300};
 
+// What a tester measures: without a mode set, RCD is the automatic sequence.
+constexpr char kRcdSequence = '6';
+constexpr char kOtherFunction = '1';
+constexpr std::uint8_t kTestRuns = 0x02;  // RCD says it beside its alarm
+
 int upTo(Random& random, int most) {
     return static_cast<int>(random() % static_cast<unsigned>(most + 1));
 }
@@ -54,6 +59,9 @@ struct Tester {
     bool newBytes = false;
     bool newEnd = false;
     Time nextFrame{};
+    char function = kOtherFunction;
+    int framesOfFunction =
+        0;  // that are still to come: long enough for trip times, of a whole sequence now and then
     Time sendingSince{};  // whole frames, one after the other
     bool newFrame = false;
     int dials = 0;                       // how often it was dialled when `literal` began to read along
@@ -93,6 +101,7 @@ class World final : public link::BusinessCommunicationDelegate {
         ++records_;
         EXPECT_EQ(state_, "1") << "a reading beside state 0";
         display::recordCame(display_, record);
+        tripTimes_ += display::showsTripTime(display_, 0) ? 1 : 0;
     }
 
     void play() {
@@ -109,6 +118,7 @@ class World final : public link::BusinessCommunicationDelegate {
         }
     }
     std::size_t records() const { return records_; }
+    std::size_t tripTimes() const { return tripTimes_; }
 
   private:
     Time now() const { return scheduler_.now(); }
@@ -129,7 +139,11 @@ class World final : public link::BusinessCommunicationDelegate {
             put(tester, std::vector<std::uint8_t>(static_cast<std::size_t>(upTo(random_, 30)), 0x7E));
         if (tester.doing != Doing::Sending || now() < tester.nextFrame) return;
         tester.nextFrame = now() + kFrameEvery;
-        const auto frame = FrameBuilder(upTo(random_, 3) == 0 ? '7' : '1').reading(1, 7, 0).bytes();
+        if (tester.framesOfFunction-- == 0) {
+            tester.function = upTo(random_, 1) == 0 ? kRcdSequence : kOtherFunction;
+            tester.framesOfFunction = upTo(random_, 20);
+        }
+        const auto frame = FrameBuilder(tester.function).alarm(kTestRuns).reading(1, 7, 0).bytes();
         if (upTo(random_, 29) == 0) {  // half a frame, and then nothing for a while
             put(tester, {frame.begin(), frame.begin() + 1 + upTo(random_, 30)});
             tester.doing = Doing::Silent;
@@ -169,8 +183,9 @@ class World final : public link::BusinessCommunicationDelegate {
         scheduler_.runDue();
     }
 
-    bool readingStands() const {
-        bool stands = !display_.first.hidden && !display_.first.value.empty();
+    bool readingStands() const { return !display_.first.hidden && !display_.first.value.empty(); }
+    bool tripTimeStands() const {
+        bool stands = false;
         for (std::size_t row = 0; row < display::kRcdRows; ++row)
             stands = stands || display::showsTripTime(display_, row);
         return stands;
@@ -195,6 +210,7 @@ class World final : public link::BusinessCommunicationDelegate {
         EXPECT_EQ(state_ == "1", someHeard);
         EXPECT_EQ(manager_.connectedAccessories().size(), someHeard ? 1U : 0U);
         EXPECT_FALSE(readingStands() && state_ != "1") << "a reading stands beside state 0";
+        EXPECT_FALSE(tripTimeStands() && state_ != "1") << "a trip time stands beside state 0";
         if (state_ == "1") {
             EXPECT_NE(connect_.measuredevice(), nullptr);
             EXPECT_EQ(connect_.measuredevice(), manager_.connectedAccessories().front());
@@ -213,6 +229,7 @@ class World final : public link::BusinessCommunicationDelegate {
     display::Display display_;
     bool waited_ = false;
     std::size_t records_ = 0;
+    std::size_t tripTimes_ = 0;  // how often the first one of a sequence stood on the display
 };
 
 TEST(ManyTesters, TheLinkStateIsOneExactlyWhileTheAnnouncedTesterIsHeard) {
@@ -221,14 +238,17 @@ TEST(ManyTesters, TheLinkStateIsOneExactlyWhileTheAnnouncedTesterIsHeard) {
                                QStringLiteral("/kestrix-XXXXXX"));
     platform::UserDefaults defaults(folder.filePath(QStringLiteral("kestrix.ini")));
     std::size_t records = 0;
+    std::size_t tripTimes = 0;
     for (unsigned seed = 0; seed < kSequences && !HasFailure(); ++seed) {
         SCOPED_TRACE("sequence " + std::to_string(seed));
         testing::forgetLogLines();
         World world(seed, defaults);
         world.play();
         records += world.records();
+        tripTimes += world.tripTimes();
     }
     EXPECT_GT(records, 100'000U);
+    EXPECT_GT(tripTimes, 10'000U);
 }
 
 }  // namespace
