@@ -12,6 +12,7 @@ void Notice::show(const QString& text) {
 }
 
 void Notice::show(const QString& text, const QString& matter) {
+    if (matter.isEmpty()) return show(text);
     const auto before = std::find_if(lines_.begin(), lines_.end(),
                                      [&matter](const Line& line) { return line.matter == matter; });
     if (before == lines_.end()) return add({text, {}, nullptr, nullptr, matter});

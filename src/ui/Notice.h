@@ -33,7 +33,8 @@ class Notice : public QObject {
     // Shows the line at once, or when those before it have had their time. A text that is the last in line
     // already is not shown twice: it has its time anew.
     void show(const QString& text);
-    // The same; one of before about the same matter, shown or waiting, gives its place to it.
+    // The same; one of before about the same matter, shown or waiting, gives its place to it. An empty matter
+    // is none.
     void show(const QString& text, const QString& matter);
     // The same with something to do about it: `action` is called when the user presses `actionTitle`. owner:
     // whoever the action speaks to; when it is destroyed, the line stays and its action goes.

@@ -41,6 +41,17 @@ TEST_F(NoticeTest, ALineIsShownAtOnceAndGoesByItself) {
     EXPECT_EQ(scheduler_.pending(), 0U);
 }
 
+TEST_F(NoticeTest, OneOfAnEmptyMatterTakesNobodysPlace) {
+    show("plain");
+    notice_.show(QStringLiteral("of no matter"), QString());
+    notice_.show(QStringLiteral("of none either"), QString());
+    EXPECT_EQ(text(), "plain");
+    scheduler_.advance(Notice::kLeastDuration);
+    EXPECT_EQ(text(), "of no matter");
+    scheduler_.advance(Notice::kLeastDuration);
+    EXPECT_EQ(text(), "of none either");
+}
+
 TEST_F(NoticeTest, ANewerOneOfTheSameMatterTakesThePlaceOfTheOlder) {
     notice_.show(QStringLiteral("S_1"), QStringLiteral("press"));
     scheduler_.advance(500ms);
