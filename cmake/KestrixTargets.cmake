@@ -52,13 +52,14 @@ function(_kestrix_read_quickly target)
   endif()
 endfunction()
 
-# kestrix_test(NAME [GUI] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest by
-# name. GUI: with fonts and windows, though without a display.
+# kestrix_test(NAME [GUI] [ONE_PROCESS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
+# by name. GUI: with fonts and windows, though without a display. ONE_PROCESS: ctest knows the program only, because what its tests share is
+# dear to make.
 function(kestrix_test target)
   if(NOT KESTRIX_TESTS)
     return()
   endif()
-  cmake_parse_arguments(A "GUI" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "GUI;ONE_PROCESS" "" "SOURCES;LINK" ${ARGN})
   set(main kestrix_test_main)
   if(A_GUI)
     set(main kestrix_gui_test_main)
@@ -72,8 +73,8 @@ function(kestrix_test target)
   if(A_GUI)
     kestrix_has_window(${target})
   endif()
-  if(A_GUI AND KESTRIX_SANITIZE)
-    # In one process: there the start of one with fonts and windows costs more than most tests.
+  if(A_ONE_PROCESS OR (A_GUI AND KESTRIX_SANITIZE))
+    # Under the sanitizers the start of one with fonts and windows costs more than most tests.
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES TIMEOUT 600)
   else()

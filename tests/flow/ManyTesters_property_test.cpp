@@ -2,8 +2,6 @@
 // whatever happens, the link state and the readings agree with what is on the lines.
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdint>
@@ -233,9 +231,7 @@ class World final : public link::BusinessCommunicationDelegate {
 };
 
 TEST(ManyTesters, TheLinkStateIsOneExactlyWhileTheAnnouncedTesterIsHeard) {
-    const QString fast = QStringLiteral("/dev/shm");  // every change of the link state is stored
-    const QTemporaryDir folder((QFileInfo(fast).isWritable() ? fast : QDir::tempPath()) +
-                               QStringLiteral("/kestrix-XXXXXX"));
+    const QTemporaryDir folder;
     platform::UserDefaults defaults(folder.filePath(QStringLiteral("kestrix.ini")));
     std::size_t records = 0;
     std::size_t tripTimes = 0;

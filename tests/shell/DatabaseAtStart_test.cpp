@@ -56,6 +56,19 @@ class LockedAtStart : public DatabaseAtStart {
         vfs_.observe([this](const FailingVfs::Event& event) { waited_ += event.duration; });
     }
     ~LockedAtStart() override { stop(); }  // before the file system that its connections use
+
+    // While `other` holds the database, in which it has made this change.
+    void startLocked(storage::Connection& other, const char* change) {
+        other.run(change);
+        other.run("BEGIN EXCLUSIVE");
+        testing::expectWarning(kNotOpened);
+        start();
+    }
+    void expectStoredOnceFree(storage::Connection& other) {
+        other.run("ROLLBACK");
+        press();
+        EXPECT_TRUE(outcome().done) << outcome().reason;
+    }
 };
 
 TEST_F(LockedAtStart, TheDisplayIsLiveWithinASecondAndRowsAreStoredOnceItIsFree) {
@@ -88,14 +101,9 @@ TEST_F(LockedAtStart, TheDisplayIsLiveWithinASecondAndRowsAreStoredOnceItIsFree)
 // There is a file already, and neither tables nor settings.
 TEST_F(LockedAtStart, TheTablesOfAFirstLaunchAreMadeOnceItIsFree) {
     storage::Connection other(databasePath());
-    other.run("PRAGMA user_version = 1");
-    other.run("BEGIN EXCLUSIVE");
-    testing::expectWarning(kNotOpened);
-    start();
+    startLocked(other, "PRAGMA user_version = 1");
     EXPECT_LE(waited_, 1'000'000);
-    other.run("ROLLBACK");
-    press();
-    EXPECT_TRUE(outcome().done) << outcome().reason;
+    expectStoredOnceFree(other);
     EXPECT_EQ(inDatabase("SELECT count(*) FROM measurefrom"), "1");
 }
 
@@ -104,13 +112,8 @@ TEST_F(LockedAtStart, OneWithoutAMarkGetsItOnceItIsFree) {
     start();
     stop();
     storage::Connection other(databasePath());
-    other.run("PRAGMA application_id = 0");
-    other.run("BEGIN EXCLUSIVE");
-    testing::expectWarning(kNotOpened);
-    start();
-    other.run("ROLLBACK");
-    press();
-    EXPECT_TRUE(outcome().done) << outcome().reason;
+    startLocked(other, "PRAGMA application_id = 0");
+    expectStoredOnceFree(other);
     EXPECT_EQ(inDatabase("PRAGMA application_id"), "1264078165");
 }
 
@@ -131,13 +134,10 @@ TEST_F(LockedAtStart, ReadingsOfTheOtherKindAreKeptOutOnceItIsFree) {
     start();
     stop();
     storage::Connection other(databasePath());
-    other.run("PRAGMA application_id = 1264078149");  // measured
     const QString note = QDir(options_.documents).filePath(QStringLiteral("kestrix.ini"));
     ASSERT_FALSE(QFile::exists(note));
-    other.run("BEGIN EXCLUSIVE");
     options_.uris = {"simulator:earth"};
-    testing::expectWarning(kNotOpened);
-    start();
+    startLocked(other, "PRAGMA application_id = 1264078149");  // measured
     other.run("ROLLBACK");
     const QByteArray before = content();
     testing::expectWarning(kNotOpened);
@@ -150,10 +150,7 @@ TEST_F(LockedAtStart, ReadingsOfTheOtherKindAreKeptOutOnceItIsFree) {
 
 TEST_F(LockedAtStart, AnotherProgramsIsKeptOutOnceItIsFree) {
     storage::Connection other(databasePath());
-    other.run("CREATE TABLE letters (text)");
-    other.run("BEGIN EXCLUSIVE");
-    testing::expectWarning(kNotOpened);
-    start();
+    startLocked(other, "CREATE TABLE letters (text)");
     other.run("ROLLBACK");
     const QByteArray before = content();
     testing::expectWarning(kNotOpened);
