@@ -66,7 +66,9 @@ function(kestrix_test target)
   endif()
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
-  _kestrix_read_quickly(${target})
+  # At the end: the folders under src/ name tests of theirs before the headers are there.
+  cmake_language(EVAL CODE
+    "cmake_language(DEFER DIRECTORY \${PROJECT_SOURCE_DIR} CALL _kestrix_read_quickly ${target})")
   target_link_libraries(${target} PRIVATE ${A_LINK} ${main} GTest::gmock)
   target_compile_definitions(${target} PRIVATE
     KESTRIX_SOURCE_DIR="${PROJECT_SOURCE_DIR}" KESTRIX_BINARY_DIR="${PROJECT_BINARY_DIR}")

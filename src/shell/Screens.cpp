@@ -2,6 +2,9 @@
 
 #include <QCoreApplication>
 
+#include "history/HistoryCellViewController.h"
+#include "history/HistoryViewController.h"
+#include "shell/HistoryStops.h"
 #include "ui/FramedScreen.h"
 
 namespace kestrix::shell {
@@ -11,6 +14,17 @@ const std::vector<ScreenRow>& screens() {
         // With its #include "folder/NameViewController.h" above:
         // {ui::ScreenId::Name, QT_TRANSLATE_NOOP("Screens", "Title"),
         //  make<folder::NameViewController>, "Folder/NameView.qml", {{"20-name"}}},
+        {ui::ScreenId::History,
+         QT_TRANSLATE_NOOP("Screens", "History"),
+         make<history::HistoryViewController>,
+         "History/HistoryView.qml",
+         {{"30-history", showRecord}, {"31-history-empty", showEmptyRecord},
+          {"32-history-export", showExportMenu}}},
+        {ui::ScreenId::HistoryCell,
+         QT_TRANSLATE_NOOP("Screens", "Measurement"),
+         make<history::HistoryCellViewController>,
+         "History/HistoryCellView.qml",
+         {{"33-measurement", showMeasurement}}},
     };
     return rows;
 }
@@ -19,7 +33,7 @@ void registerScreen(const ScreenRow& row, ui::ScreenStack& stack, const ui::Serv
     const auto makeScreen = [row, services] {
         std::unique_ptr<ui::Screen> screen = row.make(row.id, services);
         if (auto* framed = qobject_cast<ui::FramedScreen*>(screen.get()))
-            framed->setTitle(QCoreApplication::translate("Screens", row.title));
+            framed->setName(QCoreApplication::translate("Screens", row.title));
         return screen;
     };
     stack.registerScreen(row.id, makeScreen,

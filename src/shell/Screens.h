@@ -21,7 +21,7 @@ struct ScreenStop {
 // and the tests that go over every screen.
 struct ScreenRow {
     ui::ScreenId id;
-    const char* title;  // in the frame's toolbar, to be translated
+    const char* title;  // in the frame's toolbar and for screen readers, to be translated
     std::unique_ptr<ui::Screen> (*make)(ui::ScreenId id, const ui::Services& services);
     const char* view;               // the QML file that draws it: "Live/MainView.qml"
     std::vector<ScreenStop> stops;  // at least one

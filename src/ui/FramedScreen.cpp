@@ -5,7 +5,8 @@
 
 namespace kestrix::ui {
 
-FramedScreen::FramedScreen(ScreenId id, const Services& services) : Screen(id), services_(services) {
+FramedScreen::FramedScreen(ScreenId id, const Services& services, const char* titleName)
+    : Screen(id), screenTitle(*this, titleName), services_(services) {
     screenTitle.setFont(QStringLiteral("Arial"), 18);
     screenTitle.setTextColor(Palette::textOnDark);
     screenTitle.setAlignment(Qt::AlignHCenter);
@@ -13,6 +14,12 @@ FramedScreen::FramedScreen(ScreenId id, const Services& services) : Screen(id), 
     btnBack.setImage(QStringLiteral("orvo_home_button_back.png"));
     btnBack.setAccessibleName(tr("Back"));
     btnBack.setAction([this] { pressBack(); });
+}
+
+void FramedScreen::setName(const QString& name) {
+    name_ = name;
+    setTitle(name);
+    Q_EMIT nameChanged();
 }
 
 void FramedScreen::pressBack() {

@@ -13,11 +13,17 @@ namespace kestrix::ui {
 // button. `ScreenFrame` draws it. Back button, Escape and the Back key close it.
 class FramedScreen : public kestrix::ui::Screen {
     Q_OBJECT
+    Q_PROPERTY(QString name READ name NOTIFY nameChanged FINAL)
     Q_PROPERTY(kestrix::ui::Label* titleLabel READ titleLabel CONSTANT FINAL)
     Q_PROPERTY(kestrix::ui::Button* backButton READ backButton CONSTANT FINAL)
 
   public:
-    FramedScreen(ScreenId id, const Services& services);
+    // titleName: under which the title is found.
+    FramedScreen(ScreenId id, const Services& services, const char* titleName = "screenTitle");
+
+    // What it is, for a screen reader; its title, too, until it gets another.
+    QString name() const { return name_; }
+    void setName(const QString& name);
 
     // The title; a screen may change it while it is shown.
     void setTitle(const QString& title) { screenTitle.setText(title); }
@@ -35,11 +41,17 @@ class FramedScreen : public kestrix::ui::Screen {
     Label* titleLabel() { return &screenTitle; }
     Button* backButton() { return &btnBack; }
 
-    Label screenTitle{*this, "screenTitle"};
+    Label screenTitle;
     Button btnBack{*this, "btnBack", Button::Event::TouchDown};
+
+  Q_SIGNALS:
+    void nameChanged();
 
   protected:
     Services services_;
+
+  private:
+    QString name_;
 };
 
 }  // namespace kestrix::ui

@@ -6,6 +6,7 @@ Rectangle {
     id: view
     required property Label label
     readonly property alias paintedWidth: text.paintedWidth
+    property real textWidth: width   // a longer text may stand out of the label's ground on both sides
     property alias elide: text.elide // of a text that is too wide at its least size, too
 
     objectName: label.objectName
@@ -17,7 +18,9 @@ Rectangle {
 
     Text {
         id: text
-        anchors.fill: parent
+        x: (view.width - width) / 2
+        width: view.textWidth
+        height: view.height
         text: view.label.text
         textFormat: Text.PlainText
         color: view.label.textColor

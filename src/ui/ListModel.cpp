@@ -1,10 +1,23 @@
 #include "ui/ListModel.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "ui/LineBreaks.h"
 
 namespace kestrix::ui {
+namespace {
+
+// No cell has room for more characters at the least size of its font; to lay out more only takes time.
+constexpr qsizetype kMostShown = 4000;
+
+QString asShown(const QString& text) {
+    if (text.size() <= kMostShown) return withLineBreaks(text);
+    const qsizetype end = text[kMostShown].isLowSurrogate() ? kMostShown - 1 : kMostShown;
+    return withLineBreaks(text.left(end)) + QChar(0x2026);
+}
+
+}  // namespace
 
 void ListModel::append(TableRow row) {
     Q_ASSERT(row.texts.size() == columns_.size());
@@ -15,8 +28,14 @@ void ListModel::append(TableRow row) {
 }
 
 void ListModel::removeAll() {
+    setRows({});
+}
+
+void ListModel::setRows(std::vector<TableRow> rows) {
+    Q_ASSERT(std::all_of(rows.begin(), rows.end(),
+                         [this](const TableRow& row) { return row.texts.size() == columns_.size(); }));
     beginResetModel();
-    rows_.clear();
+    rows_ = std::move(rows);
     endResetModel();
     Q_EMIT countChanged();
 }
@@ -24,6 +43,12 @@ void ListModel::removeAll() {
 void ListModel::setMark(int row, const QString& mark) {
     rows_.at(static_cast<std::size_t>(row)).mark = mark;
     Q_EMIT dataChanged(index(row), index(row), {MarkRole, WordsRole});
+}
+
+void ListModel::setHeights(double height) {
+    if (rows_.empty()) return;
+    for (TableRow& row : rows_) row.height = height;
+    Q_EMIT dataChanged(index(0), index(count() - 1), {RowHeightRole});
 }
 
 QString ListModel::text(int row, const QString& role) const {
@@ -52,7 +77,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     switch (role) {
         case TextsRole: {
             QStringList texts;
-            for (const QString& text : row.texts) texts << withLineBreaks(text);
+            for (const QString& text : row.texts) texts << asShown(text);
             return texts;
         }
         case WordsRole:

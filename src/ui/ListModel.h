@@ -18,8 +18,8 @@ struct TableRow {
 };
 
 // The rows of a table, under one named role for each of its columns, and "texts" (all of them, as the cells
-// show them), "words" (the row for a screen reader), "rowHeight" and "mark". One class for every table: what
-// differs is the columns.
+// show them: of a very long one the beginning), "words" (the row for a screen reader), "rowHeight" and
+// "mark". One class for every table: what differs is the columns.
 class ListModel : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged FINAL)
@@ -33,9 +33,13 @@ class ListModel : public QAbstractListModel {
 
     // A row has as many texts as there are columns.
     void append(TableRow row);
+    // All rows at once, in place of those of before: however many, the view is told once.
+    void setRows(std::vector<TableRow> rows);
     void removeAll();
     // Empty: nothing is wrong with it any more.
     void setMark(int row, const QString& mark);
+    // Of every row, in points.
+    void setHeights(double height);
 
     int count() const { return static_cast<int>(rows_.size()); }
     const TableRow& at(int row) const { return rows_.at(static_cast<std::size_t>(row)); }

@@ -9,11 +9,14 @@ FocusScope {
     property string ground: "orvo_home_bg.png"
     property MBButtonMenuViewController menu: null // that rises over this screen
     readonly property MBButtonMenuView menuView: risen.item as MBButtonMenuView
+    property real lineY: 44         // of the toolbar's line, two points high
+    property real titleWidth: 0     // of the title's label; 0: as wide as the toolbar lets it
     default property alias content: below.data
+    property alias toolbarItems: toolbar.data // beside title and back button
 
     objectName: "screenFrame"
     Accessible.role: Accessible.Pane
-    Accessible.name: framed.titleLabel.text
+    Accessible.name: framed.titleLabel.text.trim() === "" ? framed.name : framed.titleLabel.text
     Accessible.ignored: !visible || !enabled
     scale: menuView === null ? 1 : 1 - 0.1 * menuView.progress
     Keys.onPressed: event =>
@@ -43,9 +46,12 @@ FocusScope {
             button: frame.framed.backButton
         }
         LabelView {
-            x: 48
-            width: frame.width - 96
+            readonly property real room: frame.width - 96
+            x: (frame.width - width) / 2
+            width: frame.titleWidth > 0 ? frame.titleWidth : room
+            textWidth: room
             height: 44
+            elide: Text.ElideRight
             label: frame.framed.titleLabel
             Accessible.role: Accessible.Heading
         }
@@ -54,12 +60,12 @@ FocusScope {
         id: below
         objectName: "screenContent"
         enabled: risen.hasGone
-        y: 46
+        y: frame.lineY + 2
         width: frame.width
         height: frame.height - y
     }
     Picture {
-        y: 44
+        y: frame.lineY
         width: frame.width
         height: 2
         name: "orvo_all_line.png"

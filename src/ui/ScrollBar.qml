@@ -19,7 +19,8 @@ Item {
         bottomMargin: bar.bottomMargin
     }
     width: 5
-    visible: size < 0.999
+    // Not for a rounding of the rows' heights.
+    visible: list.contentHeight + list.bottomMargin - list.height > 4
     Accessible.ignored: true // the list itself says how long it is, and takes the keys
 
     Rectangle {

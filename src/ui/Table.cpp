@@ -62,6 +62,20 @@ QList<Label*> Table::headers() const {
     return headers;
 }
 
+void Table::setChoice(std::function<void(int)> action) {
+    choice_ = std::move(action);
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) keys_.add(key, [this] { choose(currentRow_); });
+}
+
+void Table::choose(int row) {
+    if (choice_ && row >= 0 && row < rows_.count()) choice_(row);
+}
+
+void Table::setEmptyText(const QString& text) {
+    emptyText_ = text;
+    Q_EMIT emptyTextChanged();
+}
+
 void Table::setCurrentRow(int row) {
     currentRow_ = std::clamp(row, std::min(0, rows_.count() - 1), rows_.count() - 1);
     Q_EMIT currentRowChanged();  // also when it is the same: the view shows it, wherever it was scrolled to

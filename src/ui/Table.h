@@ -3,6 +3,7 @@
 #include <QList>
 #include <QVariantList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -21,8 +22,16 @@ class Table : public kestrix::ui::Control {
     Q_PROPERTY(QVariantList columns READ columns CONSTANT FINAL)
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged FINAL)
     Q_PROPERTY(int menuRow READ menuRow NOTIFY menuRowChanged FINAL)
+    Q_PROPERTY(bool choosable READ isChoosable CONSTANT FINAL)
+    Q_PROPERTY(Lines lines READ lines CONSTANT FINAL)
+    Q_PROPERTY(QString emptyText READ emptyText NOTIFY emptyTextChanged FINAL)
 
   public:
+    // Which lines a row has across: one at its top and one at its bottom; one between it and the next, with
+    // one around all; one below it.
+    enum class Lines { TopAndBottom, Shared, Below };
+    Q_ENUM(Lines)
+
     // rows: not owned; they outlive the table. A header is named "header" and its column's role.
     Table(Screen& screen, const char* name, ListModel& rows);
 
@@ -33,6 +42,21 @@ class Table : public kestrix::ui::Control {
     Q_INVOKABLE kestrix::ui::Label* header(int column) const {
         return headers_.at(static_cast<std::size_t>(column)).get();
     }
+
+    // From now on a row can be chosen: by a tap, with Enter, or by a screen reader's press. action: is called
+    // with its number. To be set before the table is shown.
+    void setChoice(std::function<void(int row)> action);
+    bool isChoosable() const { return choice_ != nullptr; }
+    // The user's choice. Nothing for a row that is not there.
+    Q_INVOKABLE void choose(int row);
+
+    // To be set before the table is shown.
+    void setLines(Lines lines) { lines_ = lines; }
+    Lines lines() const { return lines_; }
+
+    // What stands in place of the rows while there are none: what they would be, and what to do.
+    QString emptyText() const { return emptyText_; }
+    void setEmptyText(const QString& text);
 
     // The row at which the keyboard is; -1: at none yet. One that is not there becomes the nearest.
     int currentRow() const { return currentRow_; }
@@ -64,6 +88,7 @@ class Table : public kestrix::ui::Control {
   Q_SIGNALS:
     void currentRowChanged();
     void menuRowChanged();
+    void emptyTextChanged();
     void lastRowAsked();
     void scrollAsked(double by);  // in points, downwards
 
@@ -75,6 +100,9 @@ class Table : public kestrix::ui::Control {
     ListModel& rows_;
     std::vector<std::unique_ptr<Label>> headers_;
     KeyTable keys_;
+    std::function<void(int)> choice_;
+    QString emptyText_;
+    Lines lines_ = Lines::TopAndBottom;
     double pageHeight_ = 0;
     double hiddenAbove_ = 0;
     double hiddenBelow_ = 0;

@@ -7,6 +7,7 @@ import Kestrix.Ui
 Item {
     id: header
     required property Table table
+    property bool divided: false // by lines, as the columns below it
 
     Rectangle { // one ground, so that no gap shows between the columns
         anchors.fill: parent
@@ -22,6 +23,18 @@ Item {
             width: modelData.width
             height: header.height
             elide: Text.ElideRight // never over the next column; a screen reader says all of it
+        }
+    }
+    Repeater {
+        model: header.divided ? header.table.columns.length - 1 : 0
+        delegate: Rectangle {
+            required property int index
+            readonly property var column: header.table.columns[index]
+            objectName: "headerLine" + index
+            x: column.x + column.width
+            width: StageMetrics.line
+            height: header.height
+            color: Colors.tableLine
         }
     }
 }

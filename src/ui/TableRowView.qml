@@ -34,6 +34,11 @@ Item {
     }
 
     height: rowHeight
+    // Only a row that can be chosen says that it can be pressed.
+    Component.onCompleted: {
+        if (table.choosable)
+            Accessible.pressAction.connect(() => row.table.choose(row.index))
+    }
     Accessible.role: Accessible.Row
     Accessible.name: words
     Accessible.ignored: !visible || !enabled // behind another screen, too
@@ -55,6 +60,7 @@ Item {
     Repeater {
         model: row.table.columns
         delegate: Text {
+            id: cell
             required property int index
             required property var modelData
             objectName: "column" + (index + 1)
@@ -68,15 +74,24 @@ Item {
             textFormat: Text.PlainText
             // A word that is wider than its column is drawn smaller, and broken only where that does not help.
             wrapMode: row.table.fitsUnbroken(text, width, minimumPixelSize) ? Text.WordWrap : Text.WrapAtWordBoundaryOrAnywhere
-            horizontalAlignment: Text.AlignHCenter
+            elide: Text.ElideRight // at the least size, too
+            horizontalAlignment: modelData.alignment
             verticalAlignment: Text.AlignVCenter
             font.family: "helvetica"
-            font.pixelSize: 8
+            font.pixelSize: modelData.fontSize
             // A long text is drawn smaller rather than cut.
             fontSizeMode: Text.Fit
-            minimumPixelSize: 4
-            color: Colors.ink
+            minimumPixelSize: modelData.fontSize / 2
+            color: modelData.asHeader ? Colors.textOnDark : Colors.ink
             Accessible.ignored: true
+
+            Rectangle {
+                z: -1
+                visible: cell.modelData.asHeader
+                width: cell.width
+                height: cell.height
+                color: Colors.header
+            }
         }
     }
     Text { // at the end of the last column
@@ -107,11 +122,15 @@ Item {
             required property int index
             readonly property var column: row.table.columns[index]
             x: column.x + column.width
+            visible: row.table.columns[index + 1].x === x + 1
             upright: true
         }
     }
-    Line {}
     Line {
+        visible: row.table.lines !== Table.Below
+    }
+    Line {
+        visible: row.table.lines !== Table.Shared || row.index === row.table.rows.count - 1
         y: row.height - StageMetrics.line
     }
 }

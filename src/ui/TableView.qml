@@ -22,6 +22,10 @@ ListView {
         atKeyboard: list.activeFocus && list.table.currentRow === index
 
         TapHandler {
+            enabled: list.table.choosable
+            onTapped: list.table.choose(rowView.index)
+        }
+        TapHandler {
             acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad | PointerDevice.Stylus
             acceptedButtons: Qt.RightButton
             onTapped: point => list.openMenu(rowView.index, rowView, point.position)
@@ -102,6 +106,27 @@ ListView {
         function onLastRowAsked() {
             list.showLastRow()
         }
+    }
+    Text {
+        objectName: list.objectName + "EmptyText"
+        parent: list
+        anchors {
+            fill: parent
+            margins: 24
+            bottomMargin: 24 + list.bottomMargin
+        }
+        visible: list.count === 0 && text !== ""
+        text: list.table.emptyText
+        textFormat: Text.PlainText
+        wrapMode: Text.WordWrap
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        font.family: "helvetica"
+        font.pixelSize: 14
+        color: Colors.ink
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: !visible || !enabled
     }
     ScrollBar {
         id: bar

@@ -2,6 +2,11 @@
 
 #include <QString>
 
+#include <map>
+#include <utility>
+
+#include "ui/LineEstimate.h"
+
 namespace kestrix::ui {
 
 // How much room a text takes. A seam: without a display there are no fonts.
@@ -14,13 +19,21 @@ class TextMeasure {
                                  double maxHeight) const = 0;
 };
 
-// With the fonts of the system, as the screens draw them. Needs the QGuiApplication.
+// With the fonts of the system, as the screens draw them. Needs the QGuiApplication. What a text surely takes
+// is told without laying it out; the answers are the same.
 class FontTextMeasure final : public TextMeasure {
   public:
     double wrappedHeight(const QString& text, const QString& family, int size, double width,
                          double maxHeight) const override;
     // The width, in points, of the widest part between two places where a line may break.
     static double widestWord(const QString& text, const QString& family, int size);
+
+  private:
+    struct KnownFont {
+        LineEstimate estimate;
+        double lineHeight;
+    };
+    mutable std::map<std::pair<QString, int>, KnownFont> fonts_;
 };
 
 }  // namespace kestrix::ui

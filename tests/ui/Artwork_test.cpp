@@ -37,6 +37,7 @@ constexpr Drawn kDrawn[] = {
     {"orvo_home_bg", {8, 530}},
     {"orvo_home_blue_bg.9", {36, 36}},
     {"orvo_home_button_back", {30, 30}},
+    {"orvo_home_button_share", {30, 30}},
     {"orvo_home_button_history", {30, 30}},
     {"orvo_home_button_information", {30, 30}},
     {"orvo_home_button_record", {102, 56}},

@@ -1,0 +1,170 @@
+#include "history/HistoryViewController.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+#include "storage/Selection.h"
+#include "ui/Palette.h"
+
+namespace kestrix::history {
+namespace {
+
+using ui::Palette;
+
+struct HistoryColumn {
+    const char* role;
+    const char* title;
+    double x;
+    double width;
+    std::string storage::MeasureData::*text;  // none: the column stays empty
+};
+
+constexpr std::array kHistoryColumns{
+    HistoryColumn{"DataName", QT_TRANSLATE_NOOP("History", "Data Name"), 0, 50,
+                  &storage::MeasureData::dataName},
+    HistoryColumn{"Function", QT_TRANSLATE_NOOP("History", "Function"), 51, 44,
+                  &storage::MeasureData::function},
+    HistoryColumn{"Parameters", QT_TRANSLATE_NOOP("History", "Parameters"), 96, 61,
+                  &storage::MeasureData::parameters},
+    HistoryColumn{"Result", QT_TRANSLATE_NOOP("History", "Result"), 158, 60, &storage::MeasureData::result},
+    HistoryColumn{"DateTime", QT_TRANSLATE_NOOP("History", "Date Time"), 219, 50,
+                  &storage::MeasureData::dateTime},
+    HistoryColumn{"Comments", QT_TRANSLATE_NOOP("History", "Comments"), 270, 50, nullptr},
+};
+
+ui::Columns historyColumns() {
+    ui::Columns columns;
+    for (const HistoryColumn& column : kHistoryColumns) {
+        columns << ui::Column{.role = QLatin1String(column.role),
+                              .title = QCoreApplication::translate("History", column.title),
+                              .x = column.x,
+                              .width = column.width};
+    }
+    return columns;
+}
+
+struct LabelStyle {
+    QColor background;
+    int fontSize;
+};
+
+const std::array<LabelStyle, 4> kLabelStyles{{
+    {Palette::clear, 14},
+    {Palette::clear, 12},
+    {Palette::header, 9},  // titles of the columns
+    {Palette::clear, 20},
+}};
+constexpr int kTitleStyle = 2;
+
+constexpr int kCellFontSize = 8;
+constexpr double kTextWidth = 60;
+constexpr double kMostTextHeight = 400;
+constexpr double kLeastRowHeight = 20;
+
+}  // namespace
+
+HistoryViewController::HistoryViewController(ui::ScreenId id, const ui::Services& services)
+    : FramedScreen(id, services, "historyTitle"), array(historyColumns()) {}
+
+void HistoryViewController::viewDidLoad() {
+    dao = std::make_unique<storage::ServiceDao>(services_.documents);
+    btnShare.setImage(QStringLiteral("orvo_home_button_share.png"));
+    btnShare.setAccessibleName(tr("Export"));
+    btnShare.setAction([this] { pressShare(); });
+    initTableView();
+}
+
+void HistoryViewController::initTableView() {
+    for (ui::Label* header : tableView.headers()) setUILabelView(*header, kTitleStyle, header->text());
+    tableView.setLines(ui::Table::Lines::Shared);
+    tableView.setChoice([this](int row) { didSelectRow(row); });
+}
+
+void HistoryViewController::setUILabelView(ui::Label& label, int style, const QString& text) const {
+    const LabelStyle& look = kLabelStyles.at(static_cast<std::size_t>(style));
+    label.setAlignment(Qt::AlignHCenter);
+    label.setTextColor(Palette::textOnDark);
+    label.setText(text);
+    label.setBackgroundColor(look.background);
+    label.setFont(QStringLiteral("Arial"), look.fontSize);
+}
+
+void HistoryViewController::viewDidAppear() {
+    if (array.count() == 0) getMeasureData();
+}
+
+void HistoryViewController::getMeasureData() {
+    arrays = dao->findMeasureofId(storage::selectedRecordId);
+    if (!arrays.empty()) {
+        recordNames = arrays.front().recordName;
+        historyTitle.setText(QString::fromStdString(recordNames));
+    }
+    std::vector<ui::TableRow> rows;
+    rows.reserve(arrays.size());
+    for (const storage::MeasureData& measure : arrays) {
+        ui::TableRow& row = rows.emplace_back();
+        for (const HistoryColumn& column : kHistoryColumns)
+            row.texts << (column.text == nullptr ? QString() : QString::fromStdString(measure.*column.text));
+        row.height = getCellHeight(row.texts[2], row.texts[3]);
+    }
+    array.setRows(std::move(rows));
+    showWhatIsMissing();
+}
+
+// Who sees fewer measurements than were stored must know.
+void HistoryViewController::showWhatIsMissing() {
+    const storage::Outcome& outcome = dao->lastOutcome();
+    if (outcome.done) {
+        tableView.setEmptyText(tr("This test record has no measurements.\nGo back to choose another one."));
+        return;
+    }
+    const QString problem =
+        tr("Not all measurements could be read: %1").arg(QString::fromStdString(outcome.reason));
+    tableView.setEmptyText(problem);
+    services_.notice.show(problem);
+}
+
+double HistoryViewController::getCellHeight(const QString& parametersText, const QString& resultText) const {
+    const QString& longer = parametersText.size() > resultText.size() ? parametersText : resultText;
+    const double height = services_.textMeasure.wrappedHeight(longer, QStringLiteral("helvetica"),
+                                                              kCellFontSize, kTextWidth, kMostTextHeight);
+    return std::max(height, kLeastRowHeight);
+}
+
+void HistoryViewController::didSelectRow(int row) {
+    storage::selectedDataId = arrays.at(static_cast<std::size_t>(row)).dataId;
+    services_.navigation.present(ui::ScreenId::HistoryCell, true);
+}
+
+void HistoryViewController::pressHistoryBack() {
+    services_.navigation.dismiss(true);
+}
+
+void HistoryViewController::pressShare() {
+    showMenu();
+}
+
+void HistoryViewController::showMenu() {
+    if (!menu) {
+        menu = std::make_unique<ui::MBButtonMenuViewController>(
+            QStringList{tr("Email"), tr("Export to CSV"), tr("Export to PDF"), tr("Cancel")},
+            services_.slideDuration);
+        menu->setDelegate(this);
+        menu->setCancelButtonIndex(menu->buttonTitles().size() - 1);
+        Q_EMIT menuMade();
+    }
+    menu->showInView(*this);
+}
+
+void HistoryViewController::buttonMenuViewController(ui::MBButtonMenuViewController& shown, std::uint64_t) {
+    shown.hide();
+    services_.notice.show(tr("Not available in this version"));
+}
+
+void HistoryViewController::buttonMenuViewControllerDidCancel(ui::MBButtonMenuViewController& shown) {
+    shown.hide();
+}
+
+}  // namespace kestrix::history
