@@ -14,7 +14,7 @@ ScreenFrame {
     toolbarItems: ButtonView {
         x: 274
         width: 44
-        height: 44
+        height: 43 // above the toolbar's line
         pictureWidth: 30
         pictureHeight: 30
         button: page.screen.button("btnShare")

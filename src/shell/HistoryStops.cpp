@@ -32,8 +32,11 @@ constexpr std::array kTourMeasurements{
                     "2026-01-15 10:09:02"},
 };
 
-// The identity of a new record, with its measurements.
+// The identity of the record, which is made with its measurements when it is asked for the first time.
 std::int64_t fileTourRecord(storage::ServiceDao& dao) {
+    for (const storage::RecordData& known : dao.findRecordForm()) {
+        if (known.projectName == kTourProject) return known.recordId;
+    }
     dao.addRecordForm({.projectName = kTourProject,
                        .company = "---",
                        .operators = "---",

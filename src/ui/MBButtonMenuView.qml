@@ -17,7 +17,11 @@ FocusScope {
     focus: visible // so that keys end here even while none of its buttons has them
     onEnabledChanged: if (enabled) forceActiveFocus()
     Keys.onPressed: event => event.accepted = menu.pressKey(event.key, event.modifiers, event.isAutoRepeat)
-    Component.onCompleted: follow()
+    Component.onCompleted: {
+        follow()
+        if (enabled) // it may have risen at once
+            forceActiveFocus()
+    }
 
     function follow() {
         if (menu.rising === rising)

@@ -40,7 +40,7 @@ FocusScope {
         ButtonView {
             x: 2
             width: 44
-            height: 44
+            height: frame.lineY // so that the frame of the keyboard is seen whole
             pictureWidth: 30
             pictureHeight: 30
             button: frame.framed.backButton

@@ -51,6 +51,16 @@ Item {
         visible: row.mark !== ""
         color: Colors.markedRow
     }
+    Repeater {
+        model: row.table.columns.filter(column => column.asHeader)
+        delegate: Rectangle {
+            required property var modelData
+            x: modelData.x
+            width: modelData.width
+            height: row.height
+            color: Colors.header
+        }
+    }
     Rectangle {
         objectName: "keyboardRow"
         anchors.fill: parent
@@ -60,7 +70,6 @@ Item {
     Repeater {
         model: row.table.columns
         delegate: Text {
-            id: cell
             required property int index
             required property var modelData
             objectName: "column" + (index + 1)
@@ -84,14 +93,6 @@ Item {
             minimumPixelSize: modelData.fontSize / 2
             color: modelData.asHeader ? Colors.textOnDark : Colors.ink
             Accessible.ignored: true
-
-            Rectangle {
-                z: -1
-                visible: cell.modelData.asHeader
-                width: cell.width
-                height: cell.height
-                color: Colors.header
-            }
         }
     }
     Text { // at the end of the last column

@@ -61,7 +61,7 @@ TEST_F(LineEstimateTest, ItNeverSaysAnythingElseThanALayout) {
         ++told;
         ASSERT_EQ(*lines, linesLaidOut(withLineBreaks(text))) << text.toStdString();
     }
-    EXPECT_GT(told, 10'000) << "most of them";
+    EXPECT_GT(told, 4'000);  // the rest are longer than a line, or at its very end
 }
 
 TEST_F(LineEstimateTest, ItTellsTheTextsOfTheTester) {
