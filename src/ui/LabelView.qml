@@ -21,7 +21,8 @@ Rectangle {
         x: (view.width - width) / 2
         width: view.textWidth
         height: view.height
-        text: view.label.text
+        // One line has no room for more; to lay out all of a very long text only takes time.
+        text: view.label.text.length > 500 ? view.label.text.slice(0, 500) : view.label.text
         textFormat: Text.PlainText
         color: view.label.textColor
         font.family: view.label.fontFamily

@@ -8,8 +8,8 @@
 namespace kestrix::ui {
 namespace {
 
-// No cell has room for more characters at the least size of its font; to lay out more only takes time.
-constexpr qsizetype kMostShown = 4000;
+// No cell has room for more characters at a size that can be read; to lay out more only takes time.
+constexpr qsizetype kMostShown = 1000;
 
 QString asShown(const QString& text) {
     if (text.size() <= kMostShown) return withLineBreaks(text);
