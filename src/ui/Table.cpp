@@ -56,6 +56,14 @@ QVariantList Table::columns() const {
     return columns;
 }
 
+QVariantList Table::headerColumns() const {
+    QVariantList columns;
+    for (const Column& column : rows_.columns()) {
+        if (column.asHeader) columns << QVariant::fromValue(column);
+    }
+    return columns;
+}
+
 QList<Label*> Table::headers() const {
     QList<Label*> headers;
     for (const auto& header : headers_) headers << header.get();

@@ -20,6 +20,7 @@ class Table : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(kestrix::ui::ListModel* rows READ rows CONSTANT FINAL)
     Q_PROPERTY(QVariantList columns READ columns CONSTANT FINAL)
+    Q_PROPERTY(QVariantList headerColumns READ headerColumns CONSTANT FINAL)
     Q_PROPERTY(int currentRow READ currentRow WRITE setCurrentRow NOTIFY currentRowChanged FINAL)
     Q_PROPERTY(int menuRow READ menuRow NOTIFY menuRowChanged FINAL)
     Q_PROPERTY(bool choosable READ isChoosable CONSTANT FINAL)
@@ -36,7 +37,8 @@ class Table : public kestrix::ui::Control {
     Table(Screen& screen, const char* name, ListModel& rows);
 
     ListModel* rows() const { return &rows_; }
-    QVariantList columns() const;  // of Column
+    QVariantList columns() const;        // of Column
+    QVariantList headerColumns() const;  // those that look like a header
     QList<Label*> headers() const;
     // column: counted from 0.
     Q_INVOKABLE kestrix::ui::Label* header(int column) const {

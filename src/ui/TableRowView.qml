@@ -52,7 +52,7 @@ Item {
         color: Colors.markedRow
     }
     Repeater {
-        model: row.table.columns.filter(column => column.asHeader)
+        model: row.table.headerColumns
         delegate: Rectangle {
             required property var modelData
             x: modelData.x
