@@ -12,6 +12,7 @@
 #include "shell/FolderReadings.h"
 #include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
+#include "storage/Selection.h"
 
 namespace kestrix::shell {
 namespace {
@@ -185,7 +186,9 @@ void AppDelegate::readStorage(std::chrono::milliseconds patience) {
     std::unique_ptr<storage::ServiceDao> own;
     if (!dataDB_) own = std::make_unique<storage::ServiceDao>(documents_, patience);
     storage::ServiceDao& dao = dataDB_ ? *dataDB_ : *own;
-    unsavedAtStart_ = dao.findMeasureForm(false).size();
+    const std::vector<storage::MeasureData> unsaved = dao.findMeasureForm(false);
+    unsavedAtStart_ = unsaved.size();
+    storage::lastDataIdOfEarlierSessions = unsaved.empty() ? 0 : unsaved.back().dataId;
     storageProblem_ = dao.lastOutcome().reason;
     const auto say = [this](const char* text, const QString& what) {
         notice_.show(QCoreApplication::translate("AppDelegate", text).replace(QLatin1String("%1"), what));

@@ -5,6 +5,8 @@
 #include "history/HistoryCellViewController.h"
 #include "history/HistoryViewController.h"
 #include "shell/HistoryStops.h"
+#include "shell/SaveStops.h"
+#include "storage/SaveDataViewController.h"
 #include "ui/FramedScreen.h"
 
 namespace kestrix::shell {
@@ -14,6 +16,13 @@ const std::vector<ScreenRow>& screens() {
         // With its #include "folder/NameViewController.h" above:
         // {ui::ScreenId::Name, QT_TRANSLATE_NOOP("Screens", "Title"),
         //  make<folder::NameViewController>, "Folder/NameView.qml", {{"20-name"}}},
+        {ui::ScreenId::SaveData,
+         QT_TRANSLATE_NOOP("Screens", "Save test record"),
+         make<storage::SaveDataViewController>,
+         "Storage/SaveDataView.qml",
+         {{"20-save", showPlaceholders},
+          {"21-save-typed", showTypedForm},
+          {"22-save-failed", showFailedSave}}},
         {ui::ScreenId::History,
          QT_TRANSLATE_NOOP("Screens", "History"),
          make<history::HistoryViewController>,

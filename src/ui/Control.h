@@ -26,7 +26,11 @@ class Control : public QObject {
     QString accessibleName() const { return accessibleName_; }
     void setAccessibleName(const QString& name);
 
+    // The view takes the keyboard to it.
+    void takeKeyboard() { Q_EMIT keyboardAsked(); }
+
   Q_SIGNALS:
+    void keyboardAsked();
     void hiddenChanged();
     void accessibleNameChanged();
 

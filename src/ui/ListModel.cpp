@@ -40,6 +40,27 @@ void ListModel::setRows(std::vector<TableRow> rows) {
     Q_EMIT countChanged();
 }
 
+void ListModel::insert(int row, TableRow content) {
+    Q_ASSERT(content.texts.size() == columns_.size());
+    beginInsertRows({}, row, row);
+    rows_.insert(rows_.begin() + row, std::move(content));
+    endInsertRows();
+    Q_EMIT countChanged();
+}
+
+void ListModel::remove(int row) {
+    beginRemoveRows({}, row, row);
+    rows_.erase(rows_.begin() + row);
+    endRemoveRows();
+    Q_EMIT countChanged();
+}
+
+void ListModel::setRow(int row, TableRow content) {
+    Q_ASSERT(content.texts.size() == columns_.size());
+    rows_.at(static_cast<std::size_t>(row)) = std::move(content);
+    Q_EMIT dataChanged(index(row), index(row));
+}
+
 void ListModel::setMark(int row, const QString& mark) {
     rows_.at(static_cast<std::size_t>(row)).mark = mark;
     Q_EMIT dataChanged(index(row), index(row), {MarkRole, WordsRole});
@@ -86,6 +107,10 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
             return row.height;
         case MarkRole:
             return row.mark;
+        case GroupRole:
+            return row.group;
+        case StruckRole:
+            return row.struck;
         default:
             if (role < FirstColumnRole || role >= FirstColumnRole + columns_.size()) return {};
             return row.texts.value(role - FirstColumnRole);
@@ -93,8 +118,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> ListModel::roleNames() const {
-    QHash<int, QByteArray> names{
-        {TextsRole, "texts"}, {WordsRole, "words"}, {RowHeightRole, "rowHeight"}, {MarkRole, "mark"}};
+    QHash<int, QByteArray> names{{TextsRole, "texts"}, {WordsRole, "words"}, {RowHeightRole, "rowHeight"},
+                                 {MarkRole, "mark"},   {GroupRole, "group"}, {StruckRole, "struck"}};
     int role = FirstColumnRole;
     for (const Column& column : columns_) names.insert(role++, column.role.toUtf8());
     return names;

@@ -33,6 +33,10 @@ class Palette : public QObject {
     Q_PROPERTY(QColor placeholder MEMBER placeholder CONSTANT FINAL)
     Q_PROPERTY(QColor panelEdge MEMBER panelEdge CONSTANT FINAL)
     Q_PROPERTY(QColor heldTitle MEMBER heldTitle CONSTANT FINAL)
+    Q_PROPERTY(QColor groupGround MEMBER groupGround CONSTANT FINAL)
+    Q_PROPERTY(QColor sideBarText MEMBER sideBarText CONSTANT FINAL)
+    Q_PROPERTY(QColor sideBarLine MEMBER sideBarLine CONSTANT FINAL)
+    Q_PROPERTY(QColor deletion MEMBER deletion CONSTANT FINAL)
     Q_PROPERTY(QColor rowLine MEMBER rowLine CONSTANT FINAL)
 
   public:
@@ -63,9 +67,13 @@ class Palette : public QObject {
     static constexpr QColor menuButton{255, 255, 255, 77};   // over the ground of a menu
     static constexpr QColor menuCancel{255, 255, 255, 128};  // the same, of the button that cancels
     static constexpr QColor menuCancelTitle{16, 24, 42};
-    static constexpr QColor heldTitle{85, 85, 85};   // of a menu's button while it is held
-    static constexpr QColor rowLine{128, 128, 128};  // below a row of a side bar's menu
-    static constexpr QColor tip{16, 24, 42};         // ground of the words beside such a button
+    static constexpr QColor heldTitle{85, 85, 85};       // of a menu's button while it is held
+    static constexpr QColor rowLine{128, 128, 128};      // below a row of a side bar's menu
+    static constexpr QColor groupGround{214, 223, 240};  // of what stands above the rows of a group
+    static constexpr QColor sideBarText{222, 222, 222};  // in the list of test records
+    static constexpr QColor sideBarLine{47, 47, 47};     // in and between its rows
+    static constexpr QColor deletion{190, 28, 44};       // ground of what deletes
+    static constexpr QColor tip{16, 24, 42};             // ground of the words beside such a button
 };
 
 }  // namespace kestrix::ui

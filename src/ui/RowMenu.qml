@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Kestrix.Ui
 
@@ -44,34 +46,53 @@ Item {
     }
     Rectangle {
         id: entry
-        objectName: menu.list.objectName + "CopyRow"
         width: 76
-        height: 26
-        color: held.held ? Colors.header : Colors.tip
+        height: entries.height
+        color: Colors.tip
         border {
             width: StageMetrics.line
             color: Colors.header
         }
-        Accessible.role: Accessible.MenuItem
-        Accessible.ignored: !visible || !enabled
-        Accessible.name: words.text
-        Accessible.onPressAction: menu.table.chooseCopy()
 
-        Text {
-            id: words
-            anchors.centerIn: parent
-            text: qsTr("Copy this row")
-            textFormat: Text.PlainText
-            color: Colors.textOnDark
-            font.family: "helvetica"
-            font.pixelSize: 10
-            Accessible.ignored: true
-        }
-        TouchArea {
-            id: held
-            anchors.fill: parent
-            actsOnLanding: false
-            onPressed: menu.table.chooseCopy()
+        Column {
+            id: entries
+
+            Repeater {
+                model: menu.table.menuEntries
+                delegate: Rectangle {
+                    id: choice
+                    required property int index
+                    required property string modelData
+                    objectName: menu.list.objectName + (index === 0 ? "CopyRow" : "DeleteRow")
+                    width: entry.width
+                    height: 26
+                    color: held.held ? Colors.header : Colors.clear
+                    border {
+                        width: StageMetrics.line
+                        color: Colors.header
+                    }
+                    Accessible.role: Accessible.MenuItem
+                    Accessible.ignored: !visible || !enabled
+                    Accessible.name: modelData
+                    Accessible.onPressAction: menu.table.chooseEntry(index)
+
+                    Text {
+                        anchors.centerIn: parent
+                        text: choice.modelData
+                        textFormat: Text.PlainText
+                        color: Colors.textOnDark
+                        font.family: "helvetica"
+                        font.pixelSize: 10
+                        Accessible.ignored: true
+                    }
+                    TouchArea {
+                        id: held
+                        anchors.fill: parent
+                        actsOnLanding: false
+                        onPressed: menu.table.chooseEntry(choice.index)
+                    }
+                }
+            }
         }
     }
 }

@@ -48,6 +48,10 @@ Table::Table(Screen& screen, const char* name, ListModel& rows) : Control(screen
         currentRow_ = -1;
         Q_EMIT currentRowChanged();
     });
+    connect(&rows, &ListModel::rowsRemoved, this, [this] {
+        closeMenu();
+        if (currentRow_ >= 0) setCurrentRow(currentRow_);  // what follows takes the place
+    });
 }
 
 QVariantList Table::columns() const {
@@ -77,6 +81,16 @@ void Table::setChoice(std::function<void(int)> action) {
 
 void Table::choose(int row) {
     if (choice_ && row >= 0 && row < rows_.count()) choice_(row);
+}
+
+void Table::setDeletion(const QString& title, std::function<void(int)> action) {
+    deletionTitle_ = title;
+    deletion_ = std::move(action);
+    keys_.add(Qt::Key_Delete, [this] { remove(currentRow_); });
+}
+
+void Table::remove(int row) {
+    if (deletion_ && row >= 0 && row < rows_.count()) deletion_(row);
 }
 
 void Table::setEmptyText(const QString& text) {
@@ -141,9 +155,19 @@ void Table::closeMenu() {
     Q_EMIT menuRowChanged();
 }
 
-void Table::chooseCopy() {
-    copyRow(menuRow_);
+QStringList Table::menuEntries() const {
+    QStringList entries{tr("Copy this row")};
+    if (deletion_) entries << deletionTitle_;
+    return entries;
+}
+
+void Table::chooseEntry(int entry) {
+    const int row = menuRow_;
     closeMenu();
+    if (entry == 0)
+        copyRow(row);
+    else
+        remove(row);
 }
 
 void Table::copyRow(int row) const {

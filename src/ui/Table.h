@@ -25,6 +25,8 @@ class Table : public kestrix::ui::Control {
     Q_PROPERTY(int menuRow READ menuRow NOTIFY menuRowChanged FINAL)
     Q_PROPERTY(bool choosable READ isChoosable CONSTANT FINAL)
     Q_PROPERTY(Lines lines READ lines CONSTANT FINAL)
+    Q_PROPERTY(bool grouped READ isGrouped CONSTANT FINAL)
+    Q_PROPERTY(QStringList menuEntries READ menuEntries CONSTANT FINAL)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY emptyTextChanged FINAL)
 
   public:
@@ -52,6 +54,14 @@ class Table : public kestrix::ui::Control {
     // The user's choice. Nothing for a row that is not there.
     Q_INVOKABLE void choose(int row);
 
+    // From now on a row can be deleted: with the Delete key, or from its menu, where this stands under
+    // `title`. action: is called with its number. To be set before the table is shown.
+    void setDeletion(const QString& title, std::function<void(int row)> action);
+
+    // Whether the groups of the rows stand above them. To be set before the table is shown.
+    void setGrouped(bool grouped) { grouped_ = grouped; }
+    bool isGrouped() const { return grouped_; }
+
     // To be set before the table is shown.
     void setLines(Lines lines) { lines_ = lines; }
     Lines lines() const { return lines_; }
@@ -74,8 +84,10 @@ class Table : public kestrix::ui::Control {
     int menuRow() const { return menuRow_; }
     Q_INVOKABLE void openMenu(int row);
     Q_INVOKABLE void closeMenu();
-    // The menu's one entry: copies its row, and closes it.
-    Q_INVOKABLE void chooseCopy();
+    // What the menu offers: copying its row, and what else was set.
+    QStringList menuEntries() const;
+    // Does it, and closes the menu.
+    Q_INVOKABLE void chooseEntry(int entry);
 
     // Puts the row on the clipboard, its texts with tabs between them. Nothing for a row that is not there.
     Q_INVOKABLE void copyRow(int row) const;
@@ -95,6 +107,7 @@ class Table : public kestrix::ui::Control {
     void scrollAsked(double by);  // in points, downwards
 
   private:
+    void remove(int row);
     void moveOn(int direction);
     bool readOn(int direction);
     void moveByPage(int direction);
@@ -103,6 +116,9 @@ class Table : public kestrix::ui::Control {
     std::vector<std::unique_ptr<Label>> headers_;
     KeyTable keys_;
     std::function<void(int)> choice_;
+    std::function<void(int)> deletion_;
+    QString deletionTitle_;
+    bool grouped_ = false;
     QString emptyText_;
     Lines lines_ = Lines::TopAndBottom;
     double pageHeight_ = 0;

@@ -11,6 +11,7 @@ Item {
     required property string words
     required property double rowHeight
     required property string mark
+    required property bool struck
     required property Table table
     required property bool atKeyboard
     readonly property var last: table.columns[table.columns.length - 1]
@@ -88,6 +89,7 @@ Item {
             verticalAlignment: Text.AlignVCenter
             font.family: "helvetica"
             font.pixelSize: modelData.fontSize
+            font.strikeout: row.struck
             // A long text is drawn smaller rather than cut.
             fontSizeMode: Text.Fit
             minimumPixelSize: modelData.fontSize / 2

@@ -10,6 +10,7 @@ ListView {
     required property Table table
     property string rowName: "row" // with its number it is the name of a row
     property string title: ""      // for screen readers
+    property color emptyColor: Colors.ink // of what stands in place of the rows
 
     objectName: table.objectName
     visible: !table.hidden
@@ -36,6 +37,8 @@ ListView {
             onLongPressed: list.openMenu(rowView.index, rowView, longTouch.point.position)
         }
     }
+    section.property: table.grouped ? "group" : ""
+    section.delegate: groups.view
     reuseItems: true
     // A row beyond what is seen would be made piece by piece in the turns to come; a screen that goes meanwhile would
     // leave it unfinished. One that comes into sight is made at once, mostly out of one that went.
@@ -123,10 +126,13 @@ ListView {
         verticalAlignment: Text.AlignVCenter
         font.family: "helvetica"
         font.pixelSize: 14
-        color: Colors.ink
+        color: list.emptyColor
         Accessible.role: Accessible.StaticText
         Accessible.name: text
         Accessible.ignored: !visible || !enabled
+    }
+    TableGroups {
+        id: groups
     }
     ScrollBar {
         id: bar

@@ -5,6 +5,7 @@ import Kestrix.Ui
 Rectangle {
     id: view
     required property TextField field
+    readonly property alias editing: input.activeFocus
 
     objectName: field.objectName + "Ground"
     visible: !field.hidden
@@ -51,6 +52,9 @@ Rectangle {
             }
             function onEditingEnded() {
                 input.focus = false
+            }
+            function onKeyboardAsked() {
+                input.forceActiveFocus(Qt.TabFocusReason)
             }
         }
     }

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include "storage/Selection.h"
 #include "tests/shell/Scenarios.h"
 #include "tests/storage/Connection.h"
 #include "tests/support/WindowFixture.h"
@@ -194,6 +195,7 @@ TEST_F(AppDelegateTest, MadeUpReadingsAndMeasuredOnesComeTogetherNowhere) {
 TEST_F(AppDelegateTest, TellsHowManyMeasurementsOfEarlierSessionsAreNotSaved) {
     recordOnce();
     EXPECT_EQ(app().unsavedAtStart(), 0U);
+    EXPECT_EQ(storage::lastDataIdOfEarlierSessions, 0);
     EXPECT_FALSE(app().notice().isShown());
     stop();
     recordOnce();
@@ -201,6 +203,7 @@ TEST_F(AppDelegateTest, TellsHowManyMeasurementsOfEarlierSessionsAreNotSaved) {
     stop();
     start();
     EXPECT_EQ(app().unsavedAtStart(), 2U);
+    EXPECT_EQ(storage::lastDataIdOfEarlierSessions, 2);
     EXPECT_EQ(app().storageProblem(), "");
     EXPECT_EQ(app().notice().text(), QStringLiteral("2 measurements of earlier sessions are not saved yet"));
 }

@@ -32,8 +32,8 @@ TEST_F(ListModelTest, IsEmptyAtFirst) {
 TEST_F(ListModelTest, ItsRolesAreThoseOfTheColumnsAndOfTheRow) {
     QList<QByteArray> names = list_.roleNames().values();
     std::sort(names.begin(), names.end());
-    EXPECT_EQ(names,
-              (QList<QByteArray>{"Comments", "Name", "Result", "mark", "rowHeight", "texts", "words"}));
+    EXPECT_EQ(names, (QList<QByteArray>{"Comments", "Name", "Result", "group", "mark", "rowHeight", "struck",
+                                        "texts", "words"}));
 }
 
 TEST_F(ListModelTest, EachRoleGivesItsText) {
@@ -91,6 +91,34 @@ TEST_F(ListModelTest, ARowIsToldAsInsertedBehindTheOthers) {
     list_.append(rowNamed("S_2"));
     EXPECT_EQ(inserted, (std::vector<int>{0, 1}));
     EXPECT_EQ(counts, (std::vector<int>{1, 2}));
+}
+
+TEST_F(ListModelTest, ARowComesGoesAndChangesAtItsPlaceAndIsTold) {
+    list_.setRows({rowNamed("S_1"), rowNamed("S_3")});
+    std::vector<std::string> told;
+    const auto listen = [this, &told](auto signal, const char* what) {
+        QObject::connect(&list_, signal, &list_, [&told, what](const QModelIndex&, int first, int) {
+            told.push_back(what + std::to_string(first));
+        });
+    };
+    listen(&QAbstractItemModel::rowsInserted, "inserted ");
+    listen(&QAbstractItemModel::rowsRemoved, "removed ");
+    int changed = -1;
+    QObject::connect(&list_, &QAbstractItemModel::dataChanged, &list_,
+                     [&changed](const QModelIndex& first) { changed = first.row(); });
+    list_.insert(1, rowNamed("S_2"));
+    list_.remove(0);
+    TableRow other = rowNamed("S_4");
+    other.group = QStringLiteral("Later");
+    other.struck = true;
+    list_.setRow(1, other);
+    EXPECT_EQ(told, (std::vector<std::string>{"inserted 1", "removed 0"}));
+    EXPECT_EQ(changed, 1);
+    EXPECT_EQ(list_.count(), 2);
+    EXPECT_EQ(value(0, "Name").toString(), QStringLiteral("S_2"));
+    EXPECT_EQ(value(1, "Name").toString(), QStringLiteral("S_4"));
+    EXPECT_EQ(value(1, "group").toString(), QStringLiteral("Later"));
+    EXPECT_TRUE(value(1, "struck").toBool());
 }
 
 TEST_F(ListModelTest, RemovingAllEmptiesItAndIsTold) {

@@ -127,12 +127,33 @@ TEST_F(TableTest, TheMenuCopiesItsRowAndOpensForNoneThatIsNotThere) {
     table_.openMenu(3);
     EXPECT_EQ(table_.menuRow(), -1);
     table_.openMenu(1);
-    table_.chooseCopy();
+    table_.chooseEntry(0);
     EXPECT_EQ(clipboard(), QStringLiteral("S_2\t"));
     EXPECT_EQ(table_.menuRow(), -1);
     table_.openMenu(1);
     list_.removeAll();
     EXPECT_EQ(table_.menuRow(), -1);
+}
+
+TEST_F(TableTest, ARowIsDeletedByKeyAndFromItsMenuWhereThatWasSet) {
+    fill(3);
+    table_.setCurrentRow(2);
+    EXPECT_FALSE(table_.pressKey(Qt::Key_Delete, Qt::NoModifier, false, 100));
+    EXPECT_EQ(table_.menuEntries().size(), 1);
+    std::vector<int> deleted;
+    table_.setDeletion(QStringLiteral("Delete"), [this, &deleted](int row) {
+        deleted.push_back(row);
+        list_.remove(row);
+    });
+    EXPECT_TRUE(table_.pressKey(Qt::Key_Delete, Qt::NoModifier, false, 100));
+    EXPECT_EQ(table_.currentRow(), 1) << "at the last one that is left";
+    EXPECT_EQ(table_.menuEntries().last(), QStringLiteral("Delete"));
+    table_.openMenu(0);
+    table_.chooseEntry(1);
+    EXPECT_EQ(deleted, (std::vector<int>{2, 0}));
+    table_.pressKey(Qt::Key_Delete, Qt::NoModifier, false, 100);
+    table_.pressKey(Qt::Key_Delete, Qt::NoModifier, false, 100);
+    EXPECT_EQ(deleted, (std::vector<int>{2, 0, 0})) << "none is left";
 }
 
 TEST_F(TableTest, ARowTallerThanThePageIsReadOnBeforeTheNext) {
