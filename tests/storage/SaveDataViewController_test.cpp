@@ -166,6 +166,7 @@ TEST_F(SaveDataTest, ASaveTellsTheLiveScreenAndCloses) {
     EXPECT_EQ(posted_, (Strings{"NSHomeBackBg", "NSClearTable"}));
     EXPECT_EQ(services_.asked, Strings{"dismiss animated"});
     form_->pressSaveBack();  // while it slides away
+    EXPECT_FALSE(services_.alerts.isShown());
     EXPECT_EQ(dao_->findRecordForm().size(), 1U);
     EXPECT_EQ(services_.asked.size(), 1U);
 }

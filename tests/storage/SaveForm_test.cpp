@@ -171,7 +171,7 @@ TEST_F(SaveForm, AFailedSaveIsSaidAndTheFormStays) {
 
 TEST_F(SaveForm, WhatIsTypedStaysInSightOverAKeyboardOnALowStage) {
     openForm(2, 30, QSize(320, 480));
-    constexpr double kKeyboard = 260;
+    constexpr double kKeyboard = 300;
     item("saveDataView").setProperty("coveredByKeyboard", kKeyboard);
     for (const char* field : {"projectName", "company", "address", "operators", "serialNumber"}) {
         item(field).forceActiveFocus(Qt::TabFocusReason);
