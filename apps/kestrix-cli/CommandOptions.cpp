@@ -25,6 +25,15 @@ void CommandOptions::text(const char* name, const char* value, std::optional<std
     command_.add_option(name, to, help)->type_name(value);
 }
 
+void CommandOptions::neededText(const char* name, const char* value, std::string& to, const char* help) {
+    command_.add_option(name, to, help)->type_name(value)->required();
+}
+
+void CommandOptions::number(const char* name, const char* value, std::optional<int>& to, Range range,
+                            const char* help) {
+    command_.add_option(name, to, help)->check(CLI::Range(range.least, range.most))->type_name(value);
+}
+
 void CommandOptions::flag(const char* name, bool& to, const char* help) {
     command_.add_flag(name, to, help);
 }

@@ -24,6 +24,13 @@ class CommandOptions {
 
     void text(const char* name, const char* value, std::string& to, const char* help);
     void text(const char* name, const char* value, std::optional<std::string>& to, const char* help);
+    // A text that is needed: without it, it is wrong usage.
+    void neededText(const char* name, const char* value, std::string& to, const char* help);
+    struct Range {
+        int least;
+        int most;
+    };
+    void number(const char* name, const char* value, std::optional<int>& to, Range range, const char* help);
     void flag(const char* name, bool& to, const char* help);
 
     // Of these options and words at most one, or exactly one, may be given.

@@ -10,10 +10,15 @@ extern const Command monitorCommand;
 extern const Command captureCommand;
 extern const Command simulateCommand;
 extern const Command devicesCommand;
+extern const Command recordsCommand;
+extern const Command showCommand;
+extern const Command deleteCommand;
+extern const Command logCommand;
 
 std::span<const Command* const> allCommands() {
-    static constexpr std::array kCommands{&decodeCommand, &monitorCommand, &captureCommand, &simulateCommand,
-                                          &devicesCommand};
+    static constexpr std::array kCommands{&decodeCommand,   &monitorCommand, &captureCommand,
+                                          &simulateCommand, &devicesCommand, &recordsCommand,
+                                          &showCommand,     &deleteCommand,  &logCommand};
     return kCommands;
 }
 

@@ -37,18 +37,19 @@ _kestrix_cli_complete() {
     local words=("$@")
     local last=$(($# - 1))
     local cur=${words[last]} prev=${words[last - 1]}
-    local commands='decode monitor capture simulate devices'
+    local commands='decode monitor capture simulate devices records show delete log'
     local command='' arguments=0 i
     for ((i = 1; i < last; i++)); do
         case ${words[i]} in
             --settings | --frame | --seconds | --tcp | --pty | --scenario | --seed | --speed) ((i++)) ;;
+            --documents | --project | --company | --address | --operator | --serial | --every | --count) ((i++)) ;;
             -?*) ;;
             *) if [[ -z $command ]]; then command=${words[i]}; else ((arguments++)); fi ;;
         esac
     done
 
     case $prev in
-        --settings | --pty)
+        --settings | --pty | --documents)
             _kestrix_cli_files "$cur"
             return
             ;;
@@ -61,7 +62,8 @@ _kestrix_cli_complete() {
             _kestrix_cli_words '1 10 100 max' "$cur"
             return
             ;;
-        --frame | --seconds | --seed | --tcp) return ;;
+        --frame | --seconds | --seed | --tcp | --every | --count) return ;;
+        --project | --company | --address | --operator | --serial) return ;;
     esac
 
     if [[ $cur == -?* ]]; then
@@ -71,6 +73,12 @@ _kestrix_cli_complete() {
             '') options+=' --version' ;;
             decode) options+=' --frame --screen' ;;
             capture) options+=' --force' ;;
+            records | show) options+=' --json --documents' ;;
+            delete) options+=' --documents' ;;
+            log)
+                options+=' --project --company --address --operator --serial'
+                options+=' --changes --every --count --documents'
+                ;;
             simulate) options+=' --tcp --pty --scenario --seed --speed --list' ;;
         esac
         _kestrix_cli_words "$options" "$cur"
@@ -79,7 +87,7 @@ _kestrix_cli_complete() {
 
     case $command:$arguments in
         :0) _kestrix_cli_words "$commands" "$cur" ;;
-        monitor:0 | capture:0 | devices:*) _kestrix_cli_uri "$cur" ;;
+        monitor:0 | capture:0 | log:0 | devices:*) _kestrix_cli_uri "$cur" ;;
         decode:0 | capture:1) _kestrix_cli_files "$cur" ;;
     esac
 }

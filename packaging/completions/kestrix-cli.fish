@@ -32,6 +32,10 @@ complete -c kestrix-cli -n __fish_use_subcommand -a monitor -d 'The display of t
 complete -c kestrix-cli -n __fish_use_subcommand -a capture -d 'Keep the raw bytes of a tester in a file'
 complete -c kestrix-cli -n __fish_use_subcommand -a simulate -d 'A tester in software for other programs'
 complete -c kestrix-cli -n __fish_use_subcommand -a devices -d 'What each source sees, or which step fails'
+complete -c kestrix-cli -n __fish_use_subcommand -a records -d 'The saved test records'
+complete -c kestrix-cli -n __fish_use_subcommand -a show -d 'The measurements of a test record'
+complete -c kestrix-cli -n __fish_use_subcommand -a delete -d 'Delete a test record with its measurements'
+complete -c kestrix-cli -n __fish_use_subcommand -a log -d 'Record unattended into a test record'
 
 complete -c kestrix-cli -n 'not __fish_use_subcommand' -l seconds -x -d 'End after so many seconds'
 
@@ -39,7 +43,7 @@ complete -c kestrix-cli -n '__kestrix_cli_in decode' -F
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -l frame -x -d 'Decode one frame text'
 complete -c kestrix-cli -n '__kestrix_cli_in decode' -l screen -d 'Add what the live screen shows'
 
-complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices' -a '(__kestrix_cli_uris)'
+complete -c kestrix-cli -n '__kestrix_cli_in monitor capture devices log' -a '(__kestrix_cli_uris)'
 
 complete -c kestrix-cli -n '__kestrix_cli_in capture' -F
 complete -c kestrix-cli -n '__kestrix_cli_in capture' -l force -d 'Overwrite an earlier capture'
@@ -50,3 +54,15 @@ complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l scenario -r -F -a '(__
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l seed -x -d 'Seed of all that happens by chance'
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l speed -x -a '1 10 100 max' -d 'Times real time'
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l list -d 'Name the built-in scenarios'
+
+complete -c kestrix-cli -n '__kestrix_cli_in records show delete log' -l documents -r -F -d 'The folder of the database'
+complete -c kestrix-cli -n '__kestrix_cli_in records show' -l json -d 'One JSON object for each'
+
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l project -x -d 'Project of the test record'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l company -x -d 'Its company'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l address -x -d 'Its address'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l operator -x -d 'Its operator'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l serial -x -d 'Its serial number'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l changes -d 'Store every change'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l every -x -d 'Store every so many seconds'
+complete -c kestrix-cli -n '__kestrix_cli_in log' -l count -x -d 'End when so many are stored'

@@ -7,6 +7,10 @@
 
 namespace kestrix::platform {
 
+// The pattern in which times are stored and shown. "YYYY" is the year of the week: around the turn of a year
+// it can be the next or the previous one.
+inline constexpr const char* kTimePattern = "YYYY-MM-dd HH:mm:ss";
+
 // What the machine's time zone depends on; another text when it may have changed. link: the file that names
 // the zone where the environment does not.
 std::string machineZoneState(const char* link = "/etc/localtime");

@@ -8,16 +8,17 @@
 #include <utility>
 
 #include "link/FrameListener.h"
-#include "platform/AccessoryUri.h"
-#include "shell/FolderReadings.h"
 #include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
+#include "storage/FolderChoice.h"
+#include "storage/FolderReadings.h"
 #include "storage/Selection.h"
 
 namespace kestrix::shell {
 namespace {
 
 using Owner = storage::DatabaseLook::Owner;
+using storage::Readings;
 
 constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
@@ -25,10 +26,8 @@ constexpr int kWrongUsage = 2;
 // For a locked database while nothing is shown yet. At most eight statements ask for it: less than a second.
 constexpr std::chrono::milliseconds kPatienceAtStart{100};
 
-// Whether no tester measured what comes from there.
 bool isMadeUp(const std::string& uri) {
-    const auto parsed = platform::parseAccessoryUri(uri);
-    return parsed && (parsed->scheme == "simulator" || parsed->scheme == "replay");
+    return storage::readingsOf(uri) == Readings::MadeUp;
 }
 
 bool anyMadeUp(const std::vector<std::string>& uris) {
@@ -46,27 +45,13 @@ QByteArray purposeOf(std::vector<std::string> uris) {
     return all;
 }
 
-QString documentsFor(const LaunchOptions& options, bool simulated) {
-    if (!options.documents.isEmpty()) return options.documents;
-    return simulated ? platform::DocumentsFolder::simulatedPath() : platform::DocumentsFolder::standardPath();
-}
-
-// A folder that was chosen, and that of made-up readings, hold their own: each knows whether its tables were
-// made.
-QString settingsFor(const LaunchOptions& options, const platform::DocumentsFolder& documents) {
-    if (!options.settings.isEmpty()) return options.settings;
-    const bool standard = documents.isSameAs(platform::DocumentsFolder::standardPath());
-    return standard ? platform::UserDefaults::standardPath()
-                    : documents.filePath(QStringLiteral("kestrix.ini"));
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
       simulated_(options_.simulated || anyMadeUp(options_.uris)),
-      documents_(documentsFor(options_, simulated_)),
-      defaults_(settingsFor(options_, documents_), platform::UserDefaults::Start::LooksOnly),
+      documents_(storage::documentsFolderFor(options_.documents, kindOf(simulated_))),
+      defaults_(storage::settingsFileFor(options_.settings, documents_), platform::UserDefaults::Start::LooksOnly),
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
@@ -120,8 +105,7 @@ bool AppDelegate::mayUseFolder() {
 std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience) {
     look_ = storage::lookAtDatabase(documents_, patience);
     if (look_.owner == Owner::Other)
-        return "database " + documents_.filePath(QLatin1String(storage::kDatabaseFile)).toStdString() +
-               " is not one of Kestrix's; it is left as it is";
+        return storage::whyNotOurs(documents_);
     return takesReadings() ? whyKeptOut(kindOf(simulated_), documents_, look_) : std::string();
 }
 

@@ -15,9 +15,7 @@
 
 namespace kestrix::ui {
 
-// The pattern in which times are stored and shown. "YYYY" is the year of the week: around the turn of a year
-// it can be the next or the previous one.
-inline constexpr const char* kTimePattern = "YYYY-MM-dd HH:mm:ss";
+using platform::kTimePattern;
 
 // What a screen may need from around it. The composition root makes it once and hands it to every screen's
 // factory. Everything that it refers to outlives every screen; copying it copies the references.

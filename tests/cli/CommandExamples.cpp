@@ -9,6 +9,10 @@ const std::vector<CommandExample>& commandExamples() {
         {"capture", {"capture", "simulator:flood", "FOLDER/kept.kxc", "--force"}, {}},
         {"simulate", {"simulate", "--pty", "FOLDER/port"}, {"simulate", "--list"}},
         {"devices", {"devices", "serial:/dev/no-such-port"}, {"devices"}},
+        {"records", {}, {"records", "--documents", "FOLDER"}},
+        {"show", {}, {"show", "1", "--documents", "FOLDER"}},
+        {"delete", {}, {}},
+        {"log", {"log", "simulator:flood", "--project", "House", "--documents", "FOLDER/log"}, {}},
     };
     return examples;
 }

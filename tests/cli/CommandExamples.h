@@ -8,8 +8,8 @@ namespace kestrix::cli {
 // How a command is called in the tests that every command passes.
 struct CommandExample {
     std::string command;
-    // With "--seconds 0" behind it, it runs until it is ended, with its standard input open. FOLDER stands
-    // for a folder of the test's own.
+    // With "--seconds 0" behind it, it runs until it is ended, with its standard input open; empty: it ends
+    // by itself. FOLDER stands for a folder of the test's own, with a database that holds test record 1.
     std::vector<std::string> endless;
     // Writes a little to standard output and ends by itself; empty: it does not write there.
     std::vector<std::string> brief;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/kestrix-cli/Commands.h"
+#include "storage/ServiceDao.h"
 #include "tests/cli/CommandExamples.h"
 #include "tests/cli/Program.h"
 
@@ -57,12 +58,21 @@ class EveryCommand : public ::testing::TestWithParam<const Command*> {
         }
     }
 
-    // A command without an example of brief output is one that writes until it is ended.
+    // A command without an example of brief output is one that writes until it is ended, or writes nothing.
     static bool writesNothingBrief(const std::vector<std::string>& words) {
         if (!words.empty()) return false;
         EXPECT_EQ(GetParam()->atSignal, AtSignal::EndsIt)
             << "it writes something, and needs an example of it";
         return true;
+    }
+    static bool endsByItself() { return example().endless.empty(); }
+
+    EveryCommand() {
+        storage::ServiceDao dao(platform::DocumentsFolder(folder_.path()));
+        dao.createTable();
+        storage::RecordData record;
+        record.projectName = "House";
+        dao.addRecordForm(record);
     }
 
     QTemporaryDir folder_;
@@ -83,6 +93,7 @@ Surroundings stalledBy(const StalledReader& reader) {
 }
 
 TEST_P(EveryCommand, EndsOnASignal) {
+    if (endsByItself()) return;
     for (const int signal : kSignals) {
         SCOPED_TRACE(strsignal(signal));
         Program program(endless());
@@ -91,14 +102,16 @@ TEST_P(EveryCommand, EndsOnASignal) {
 }
 
 TEST_P(EveryCommand, EndsOnASignalWhileNobodyReadsItsOutput) {
+    if (endsByItself() && brief().empty()) return;
     for (const StalledReader& reader : kStalledReaders) {
         SCOPED_TRACE(reader.name);
-        Program program(endless(), stalledBy(reader));
+        Program program(endsByItself() ? brief() : endless(), stalledBy(reader));
         endBy(SIGTERM, program);
     }
 }
 
 TEST_P(EveryCommand, EndsAtItsTimeLimitWhileNobodyReadsItsOutput) {
+    if (endsByItself()) return;
     for (const StalledReader& reader : kStalledReaders) {
         SCOPED_TRACE(reader.name);
         Program program(endless("1"), stalledBy(reader));
@@ -108,6 +121,7 @@ TEST_P(EveryCommand, EndsAtItsTimeLimitWhileNobodyReadsItsOutput) {
 
 // nohup, and what a script starts with &.
 TEST_P(EveryCommand, LeavesAnIgnoredSignalIgnored) {
+    if (endsByItself()) return;
     Surroundings setup;
     setup.ignored = {SIGINT, SIGHUP};
     Program program(endless(), setup);

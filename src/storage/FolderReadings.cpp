@@ -1,4 +1,4 @@
-#include "shell/FolderReadings.h"
+#include "storage/FolderReadings.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -9,10 +9,10 @@
 #include "platform/UserDefaults.h"
 #include "storage/ServiceDao.h"
 
-namespace kestrix::shell {
+namespace kestrix::storage {
 namespace {
 
-constexpr const char* kKey = "readings";
+constexpr const char* kReadingsKey = "readings";
 constexpr const char* kMeasured = "measured";
 constexpr const char* kMadeUp = "madeUp";
 
@@ -21,15 +21,15 @@ QString noteIn(const platform::DocumentsFolder& folder) {
 }
 
 // None: either may come.
-std::optional<Readings> kindOf(const platform::DocumentsFolder& folder, const storage::DatabaseLook& look) {
+std::optional<Readings> kindIn(const platform::DocumentsFolder& folder, const DatabaseLook& look) {
     if (look.readings) return look.readings;
     if (folder.isSameAs(platform::DocumentsFolder::standardPath())) return Readings::Measured;
     if (folder.isSameAs(platform::DocumentsFolder::simulatedPath())) return Readings::MadeUp;
     const QString noted = platform::UserDefaults(noteIn(folder), platform::UserDefaults::Start::LooksOnly)
-                              .stringForKey(QLatin1String(kKey));
+                              .stringForKey(QLatin1String(kReadingsKey));
     if (noted == QLatin1String(kMadeUp)) return Readings::MadeUp;
-    const bool recorded = look.owner != storage::DatabaseLook::Owner::Locked &&
-                          QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)));
+    const bool recorded = look.owner != DatabaseLook::Owner::Locked &&
+                          QFile::exists(folder.filePath(QLatin1String(kDatabaseFile)));
     return noted.isEmpty() && !recorded ? std::nullopt : std::optional(Readings::Measured);
 }
 
@@ -39,9 +39,8 @@ bool mayBeWritten(const platform::DocumentsFolder& folder) {
 
 }  // namespace
 
-std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folder,
-                       const storage::DatabaseLook& look) {
-    if (kindOf(folder, look).value_or(readings) == readings) return {};
+std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folder, const DatabaseLook& look) {
+    if (kindIn(folder, look).value_or(readings) == readings) return {};
     const std::string path = folder.path().toStdString();
     return readings == Readings::MadeUp
                ? path + " holds what was measured; made-up readings (simulator:, replay:) are not kept there"
@@ -51,15 +50,16 @@ std::string whyKeptOut(Readings readings, const platform::DocumentsFolder& folde
 void noteReadings(Readings readings, const platform::DocumentsFolder& folder) {
     if (!mayBeWritten(folder) || folder.isSameAs(platform::DocumentsFolder::standardPath())) return;
     platform::UserDefaults(noteIn(folder))
-        .setString(QLatin1String(kKey), QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
+        .setString(QLatin1String(kReadingsKey),
+                   QLatin1String(readings == Readings::MadeUp ? kMadeUp : kMeasured));
 }
 
-void markReadings(Readings readings, const platform::DocumentsFolder& folder,
-                  const storage::DatabaseLook& look, std::chrono::milliseconds patience) {
+void markReadings(Readings readings, const platform::DocumentsFolder& folder, const DatabaseLook& look,
+                  std::chrono::milliseconds patience) {
     if (!mayBeWritten(folder) || look.readings == readings) return;
-    if (!QFile::exists(folder.filePath(QLatin1String(storage::kDatabaseFile)))) return;
-    storage::ServiceDao(folder, patience)
-        .execSql("PRAGMA application_id = " + std::to_string(storage::applicationNumber(readings)));
+    if (!QFile::exists(folder.filePath(QLatin1String(kDatabaseFile)))) return;
+    ServiceDao(folder, patience)
+        .execSql("PRAGMA application_id = " + std::to_string(applicationNumber(readings)));
 }
 
-}  // namespace kestrix::shell
+}  // namespace kestrix::storage
