@@ -38,6 +38,7 @@ Ending records(Runner& runner, const RecordsOptions& options) {
                    record.operators, record.serial, record.startTime, std::to_string(record.samples)});
     }
     if (!options.json) table.write(runner.output());
+    runner.flush(runner.output());
     return ending;
 }
 

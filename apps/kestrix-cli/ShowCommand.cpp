@@ -42,6 +42,7 @@ Ending show(Runner& runner, const ShowOptions& options) {
     if (!saved.dao()->lastOutcome().done) return saved.endingOf(saved.dao()->lastOutcome());
     if (!known) return noSuchRecord(options.id, saved);
     writeMeasurements(runner.output(), saved.dao()->findMeasureofId(*id), options.json);
+    runner.flush(runner.output());
     return saved.endingOf(saved.dao()->lastOutcome());
 }
 

@@ -51,7 +51,8 @@ AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
       simulated_(options_.simulated || anyMadeUp(options_.uris)),
       documents_(storage::documentsFolderFor(options_.documents, kindOf(simulated_))),
-      defaults_(storage::settingsFileFor(options_.settings, documents_), platform::UserDefaults::Start::LooksOnly),
+      defaults_(storage::settingsFileFor(options_.settings, documents_),
+                platform::UserDefaults::Start::LooksOnly),
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
@@ -104,8 +105,7 @@ bool AppDelegate::mayUseFolder() {
 
 std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience) {
     look_ = storage::lookAtDatabase(documents_, patience);
-    if (look_.owner == Owner::Other)
-        return storage::whyNotOurs(documents_);
+    if (look_.owner == Owner::Other) return storage::whyNotOurs(documents_);
     return takesReadings() ? whyKeptOut(kindOf(simulated_), documents_, look_) : std::string();
 }
 
