@@ -10,11 +10,11 @@
 
 #include "apps/kestrix/TourClock.h"
 #include "apps/kestrix/TourFolder.h"
+#include "apps/kestrix/TourRoad.h"
 #include "apps/kestrix/TourStops.h"
 #include "apps/kestrix/TourTester.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
-#include "shell/Screens.h"
 #include "ui/DisplayUpdates.h"
 
 namespace kestrix::tour {
@@ -50,15 +50,11 @@ class Tour {
             visit(stop);
             if (!save(stop.name)) return 1;
         }
-        for (const shell::ScreenRow& row : shell::screens()) {
-            for (const shell::ScreenStop& stop : row.stops) {
-                application_.notice().clear();
-                application_.screens().present(row.id, false);
-                if (stop.prepare != nullptr) stop.prepare(*application_.screens().topmost());
-                QCoreApplication::processEvents();
-                if (!save(stop.name)) return 1;
-                application_.screens().dismiss(false);
-            }
+        for (const Step& step : road()) {
+            step.take(application_);
+            QCoreApplication::processEvents();
+            if (!step.name.empty() && !save(step.name.c_str())) return 1;
+            goHome(application_);
         }
         return 0;
     }

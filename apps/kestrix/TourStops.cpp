@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "apps/kestrix/FullDisk.h"
+#include "apps/kestrix/TourRoad.h"
 
 namespace kestrix::tour {
 namespace {
@@ -125,11 +126,11 @@ std::span<const Stop> stops() {
     return kStops;
 }
 
-std::vector<const char*> pictures(const std::vector<shell::ScreenRow>& presented) {
-    std::vector<const char*> names;
-    for (const Stop& stop : kStops) names.push_back(stop.name);
-    for (const shell::ScreenRow& row : presented) {
-        for (const shell::ScreenStop& stop : row.stops) names.push_back(stop.name);
+std::vector<std::string> pictures(const std::vector<shell::ScreenRow>& presented) {
+    std::vector<std::string> names;
+    for (const Stop& stop : kStops) names.emplace_back(stop.name);
+    for (const Step& step : road(presented)) {
+        if (!step.name.empty()) names.push_back(step.name);
     }
     return names;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <span>
+#include <string>
 #include <vector>
 
 #include "live/MainViewController.h"
@@ -23,8 +24,8 @@ struct Stop {
 // Every state of the live screen.
 std::span<const Stop> stops();
 
-// The names of all pictures of the tour, in its order: of the live screen, then of the presented ones.
-std::vector<const char*> pictures(const std::vector<shell::ScreenRow>& presented = shell::screens());
+// The names of all pictures of the tour, in its order: of the live screen, then of the road behind it.
+std::vector<std::string> pictures(const std::vector<shell::ScreenRow>& presented = shell::screens());
 
 // Presses the record button as often as the stop says.
 void pressRecord(const Stop& stop, live::MainViewController& screen);

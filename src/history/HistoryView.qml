@@ -39,6 +39,7 @@ ScreenFrame {
         width: 320
         height: parent.height - y
         table: page.screen.table("tableView")
+        ground: Colors.picturePaper
         rowName: "historyRow"
         title: qsTr("Measurements of the test record: %1").arg(count)
     }

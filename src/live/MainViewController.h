@@ -85,6 +85,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
 
     SpokenReading* spokenReading() { return &spokenReading_; }
 
+    std::int32_t index = 0;      // of the screen in the menu that made it, counted from 1
     std::int32_t bluestate = 0;  // the last published link state
 
     ui::Label lblNoCon{*this, "lblNoCon"};

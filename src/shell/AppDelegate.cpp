@@ -56,9 +56,7 @@ AppDelegate::AppDelegate(LaunchOptions options)
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       notice_(scheduler()),
       screens_(options_.slideDuration),
-      services_(makeServices()),
-      mainView_(services_) {
-    screens_.setRoot(&mainView_);
+      services_(makeServices()) {
     for (const ScreenRow& row : shell::screens()) registerScreen(row, screens_, services_);
     screens_.setMissing([this](ui::ScreenId) {
         notice_.show(QCoreApplication::translate("AppDelegate", "Not available in this version"));
@@ -76,9 +74,11 @@ bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
         } else {
             takeUpDatabase(kPatienceAtStart);
         }
-        mainView_.loadView();
-        mainView_.viewWillAppear();
-        mainView_.viewDidAppear();
+        viewController_ = std::make_unique<SidebarViewController>(services_);
+        viewController_->loadView();
+        screens_.setRoot(viewController_.get());
+        viewController_->viewWillAppear();
+        viewController_->viewDidAppear();
     }
     for (auto& source : *sources) accessories_.addSource(std::move(source));
     return true;

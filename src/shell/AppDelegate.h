@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "live/MainViewController.h"
 #include "platform/AccessoryManager.h"
 #include "platform/AccessorySources.h"
 #include "platform/DateText.h"
@@ -18,6 +17,7 @@
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
 #include "shell/FolderClaim.h"
+#include "shell/SidebarViewController.h"
 #include "storage/DatabaseLook.h"
 #include "storage/ServiceDao.h"
 #include "ui/ScreenStack.h"
@@ -75,7 +75,10 @@ class AppDelegate {
     // Called before the wait for a lost tester's session to close blocks everything: the last moment to draw.
     void setBeforeWait(std::function<void()> call) { beforeWait_ = std::move(call); }
 
-    live::MainViewController& mainView() { return mainView_; }
+    // The root of what is shown; made at the launch.
+    SidebarViewController& viewController() { return *viewController_; }
+    // The live screen in it.
+    live::MainViewController& mainView() { return *viewController_->mainView(); }
     ui::ScreenStack& screens() { return screens_; }
     const ui::Services& services() const { return services_; }
     ui::Notice& notice() { return notice_; }
@@ -126,7 +129,7 @@ class AppDelegate {
     ui::Alerts alerts_;
     ui::ScreenStack screens_;
     ui::Services services_;
-    live::MainViewController mainView_;
+    std::unique_ptr<SidebarViewController> viewController_;
 };
 
 }  // namespace kestrix::shell

@@ -4,11 +4,9 @@
 
 namespace kestrix::shell {
 
-// What the pictures of the history screens show: a test record with a measurement of each kind, which these
-// put into the folder of the tour. Each for the screen that is presented.
-void showRecord(ui::Screen& presented);
+// What the pictures of the history screen show beside what it comes with. Each for the screen that is
+// presented.
 void showEmptyRecord(ui::Screen& presented);
 void showExportMenu(ui::Screen& presented);
-void showMeasurement(ui::Screen& presented);
 
 }  // namespace kestrix::shell

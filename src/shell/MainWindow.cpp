@@ -100,7 +100,7 @@ bool MainWindow::load() {
     takePlace();  // by the settings as they are now
     fitStage();
     setInitialProperties({
-        {QStringLiteral("mainView"), QVariant::fromValue(&application_.mainView())},
+        {QStringLiteral("container"), QVariant::fromValue(&application_.viewController())},
         {QStringLiteral("screens"), QVariant::fromValue(&application_.screens())},
         {QStringLiteral("notice"), QVariant::fromValue(&application_.notice())},
         {QStringLiteral("alerts"), QVariant::fromValue(&application_.alerts())},
@@ -249,9 +249,11 @@ void MainWindow::toggleFullScreen() {
     setWindowStates(windowStates() ^ Qt::WindowFullScreen);
 }
 
-// Behind a presented screen or an alert the live screen answers no key.
+// Behind a presented screen or an alert, and beside a side bar, the live screen answers no key.
 void MainWindow::showHelp() {
-    if (application_.screens().count() > 0 || application_.alerts().isShown()) return;
+    if (application_.screens().count() > 0 || application_.alerts().isShown() ||
+        application_.viewController().sideBarShowing())
+        return;
     application_.mainView().pressBCH();
 }
 

@@ -1,12 +1,12 @@
 import QtQuick
 import Kestrix.Ui
-import Kestrix.Live
+import Kestrix.Shell
 
-// What the window shows: the live screen, the presented screens in front of it, and in front of all an alert. A notice comes
+// What the window shows: the live screen with its side bars, the presented screens in front of it, and in front of all an alert. A notice comes
 // over whatever is shown.
 Stage {
     id: root
-    required property MainViewController mainView
+    required property SidebarViewController container
     required property ScreenStack screens
     required property Notice notice
     required property Alerts alerts
@@ -18,12 +18,12 @@ Stage {
         enabled: !root.alerts.shown
         focus: enabled
 
-        MainView {
+        SidebarView {
             width: 320
             height: parent.height
-            screen: root.mainView
+            container: root.container
             coveredBelow: root.notice.shown ? notice.height + 12 : 0
-            visible: !root.mainView.covered
+            visible: !root.container.covered
             enabled: root.screens.count === 0
             focus: enabled
         }

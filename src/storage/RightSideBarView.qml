@@ -50,6 +50,7 @@ FocusScope {
         width: 270
         height: page.height - y - foot.height
         bottomMargin: page.coveredBelow > 0 ? page.coveredBelow + 56 - foot.height : 0
+        frameLeft: 6 // beside the shadow of the live screen
         emptyColor: Colors.sideBarText
         table: page.screen.table("myTableView")
         rowName: "recordRow"

@@ -40,6 +40,7 @@ void RightSideBarViewController::viewDidLoad() {
     btnPutBack.setBackgroundImage(QStringLiteral("orvo_scenario_details_button.png"));
     btnPutBack.setAction([this] { pressPutBack(); });
     setDeleted(std::nullopt);
+    connect(&services_.notice, &ui::Notice::shownChanged, this, &RightSideBarViewController::showFoot);
     initTableView();
     refills_ = platform::NotificationCenter::defaultCenter().addObserver(
         ui::NSRecordData, [this](const platform::Notification&) { AddDataToTable(); });
@@ -108,8 +109,14 @@ void RightSideBarViewController::pressPutBack() {
 void RightSideBarViewController::setDeleted(std::optional<DeletedRecord> deleted) {
     deleted_ = std::move(deleted);
     lblDeleted.setText(deleted_ ? tr("Deleted: %1").arg(recordInWords(deleted_->record)) : QString());
-    lblDeleted.setHidden(!deleted_);
-    btnPutBack.setHidden(!deleted_);
+    showFoot();
+}
+
+// Not while a notice offers the same.
+void RightSideBarViewController::showFoot() {
+    const bool shown = deleted_ && services_.notice.actionTitle() != btnPutBack.title();
+    lblDeleted.setHidden(!shown);
+    btnPutBack.setHidden(!shown);
 }
 
 void RightSideBarViewController::swipe(int row) {

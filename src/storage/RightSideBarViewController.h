@@ -58,6 +58,7 @@ class RightSideBarViewController final : public kestrix::ui::Screen {
   private:
     int fadeDuration() const { return static_cast<int>(services_.slideDuration.count()); }
     void setDeleted(std::optional<DeletedRecord> deleted);
+    void showFoot();
 
     ui::Services services_;
     int swipedRow_ = -1;

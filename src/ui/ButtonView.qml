@@ -21,7 +21,7 @@ FocusScope {
     visible: !button.hidden
     activeFocusOnTab: true
     // Otherwise the keyboard would stay at something that cannot be seen. Behind another screen it keeps its place.
-    onVisibleChanged: if (button.hidden) focus = false
+    onVisibleChanged: if (button !== null && button.hidden) focus = false // none yet: it is being made
     Accessible.role: Accessible.Button
     Accessible.name: button.accessibleName || button.title
     Accessible.focusable: true

@@ -3,24 +3,29 @@ import Kestrix.Ui
 
 // Shows where the keyboard is: a light line and a dark one, of which one stands out on any ground.
 Rectangle {
+    id: frame
+    property int thickness: 1 // of each line
+    property color outer: Colors.focusLight
+    property color inner: Colors.focusDark
+
     objectName: "focusFrame"
     anchors.fill: parent
     color: Colors.clear
     visible: parent.activeFocus
     border {
-        width: 1
-        color: Colors.focusLight
+        width: frame.thickness
+        color: frame.outer
     }
 
     Rectangle {
         anchors {
             fill: parent
-            margins: 1
+            margins: frame.thickness
         }
         color: Colors.clear
         border {
-            width: 1
-            color: Colors.focusDark
+            width: frame.thickness
+            color: frame.inner
         }
     }
 }

@@ -10,6 +10,7 @@ FocusScope {
     required property MBButtonMenuViewController menu
     property real progress: 0   // 1: risen
     property bool rising: false // where it is or moves to
+    readonly property bool moves: movement.running
 
     objectName: "buttonMenu"
     visible: menu.onScreen
@@ -137,7 +138,11 @@ FocusScope {
                         actsOnLanding: false
                         onPressed: view.menu.buttonTapped(button.modelData.title)
                     }
-                    FocusFrame {}
+                    FocusFrame {
+                        thickness: 3 // it shrinks with the screen, and no longer stands on whole pixels
+                        outer: Colors.focusDark
+                        inner: Colors.focusLight
+                    }
                 }
             }
         }

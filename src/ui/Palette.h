@@ -14,6 +14,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor textOnDark MEMBER textOnDark CONSTANT FINAL)
     Q_PROPERTY(QColor ungiven MEMBER ungiven CONSTANT FINAL)
     Q_PROPERTY(QColor ink MEMBER ink CONSTANT FINAL)
+    Q_PROPERTY(QColor picturePaper MEMBER picturePaper CONSTANT FINAL)
     Q_PROPERTY(QColor paper MEMBER paper CONSTANT FINAL)
     Q_PROPERTY(QColor header MEMBER header CONSTANT FINAL)
     Q_PROPERTY(QColor lit MEMBER lit CONSTANT FINAL)
@@ -37,6 +38,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor sideBarText MEMBER sideBarText CONSTANT FINAL)
     Q_PROPERTY(QColor sideBarLine MEMBER sideBarLine CONSTANT FINAL)
     Q_PROPERTY(QColor deletion MEMBER deletion CONSTANT FINAL)
+    Q_PROPERTY(QColor shadow MEMBER shadow CONSTANT FINAL)
     Q_PROPERTY(QColor rowLine MEMBER rowLine CONSTANT FINAL)
 
   public:
@@ -47,6 +49,7 @@ class Palette : public QObject {
     static constexpr QColor textOnDark{255, 255, 255};      // on the housing, the display and the headers
     static constexpr QColor ungiven{0, 0, 0};               // of a text whose screen says none
     static constexpr QColor ink{16, 24, 42};                // texts on paper
+    static constexpr QColor picturePaper{243, 246, 251};    // as in the picture of that name, below its strip
     static constexpr QColor paper{255, 255, 255};           // ground of a table, where no picture is
     static constexpr QColor header{69, 94, 149};            // ground of a table's headers
     static constexpr QColor lit{39, 121, 205};              // ground of the function in use
@@ -67,6 +70,7 @@ class Palette : public QObject {
     static constexpr QColor menuButton{255, 255, 255, 77};   // over the ground of a menu
     static constexpr QColor menuCancel{255, 255, 255, 128};  // the same, of the button that cancels
     static constexpr QColor menuCancelTitle{16, 24, 42};
+    static constexpr QColor shadow{0, 0, 0};             // of the content area, on the side bars
     static constexpr QColor heldTitle{85, 85, 85};       // of a menu's button while it is held
     static constexpr QColor rowLine{128, 128, 128};      // below a row of a side bar's menu
     static constexpr QColor groupGround{214, 223, 240};  // of what stands above the rows of a group

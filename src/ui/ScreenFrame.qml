@@ -20,7 +20,8 @@ FocusScope {
     Accessible.ignored: !visible || !enabled
     scale: menuView === null ? 1 : 1 - 0.1 * menuView.progress
     Keys.onPressed: event =>
-        event.accepted = frame.framed.pressKey(event.key, event.modifiers, event.isAutoRepeat)
+        event.accepted = menuView !== null && menuView.moves // no key acts meanwhile
+            || frame.framed.pressKey(event.key, event.modifiers, event.isAutoRepeat)
 
     Picture {
         anchors.fill: parent

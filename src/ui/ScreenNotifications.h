@@ -11,5 +11,9 @@ inline constexpr std::string_view NSClearTable = "NSClearTable";
 inline constexpr std::string_view NSRecordData = "NSRecordData";
 // Posted when `SideBarContainer::sideBarDirection` was set.
 inline constexpr std::string_view NSHomeBackBg = "NSHomeBackBg";
+// Posted by the menu: present one of the information screens.
+inline constexpr std::string_view NSHelp = "NSHelp";
+inline constexpr std::string_view NSAbout = "NSAbout";
+inline constexpr std::string_view NSMoreApp = "NSMoreApp";
 
 }  // namespace kestrix::ui

@@ -14,6 +14,7 @@ Item {
     required property bool struck
     required property Table table
     required property bool atKeyboard
+    property color ground: Colors.clear // one that hides what lies behind is quicker to draw while it is scrolled
     readonly property var last: table.columns[table.columns.length - 1]
     // Of the place that the mark has for itself: the whole last column where that is blank, a part of it otherwise.
     readonly property real markWidth: {
@@ -49,8 +50,8 @@ Item {
     Rectangle {
         objectName: "rowGround"
         anchors.fill: parent
-        visible: row.mark !== ""
-        color: Colors.markedRow
+        visible: row.mark !== "" || row.ground.a > 0
+        color: row.mark !== "" ? Colors.markedRow : row.ground
     }
     Repeater {
         model: row.table.headerColumns

@@ -10,6 +10,8 @@ ListView {
     required property Table table
     property string rowName: "row" // with its number it is the name of a row
     property string title: ""      // for screen readers
+    property color ground: Colors.clear // of its rows
+    property real frameLeft: 0 // how far its focus frame keeps off its left edge
     property color emptyColor: Colors.ink // of what stands in place of the rows
 
     objectName: table.objectName
@@ -19,6 +21,7 @@ ListView {
         id: rowView
         objectName: list.rowName + index
         width: list.width
+        ground: list.ground
         table: list.table
         atKeyboard: list.activeFocus && list.table.currentRow === index
 
@@ -142,6 +145,7 @@ ListView {
     FocusFrame {
         parent: list
         anchors.bottomMargin: list.bottomMargin
+        anchors.leftMargin: list.frameLeft
     }
     Lazily {
         id: menu

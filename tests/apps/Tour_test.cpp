@@ -53,8 +53,8 @@ class Tour : public ::testing::Test {
     }
     static void TearDownTestSuite() { delete folder_; }
     static QString path(const QString& name) { return folder_->filePath(QStringLiteral("a/b/") + name); }
-    static QImage picture(int scale, const char* name) {
-        return QImage(path(QStringLiteral("%1x/%2.png").arg(scale).arg(QLatin1String(name))));
+    static QImage picture(int scale, const std::string& name) {
+        return QImage(path(QStringLiteral("%1x/%2.png").arg(scale).arg(QString::fromStdString(name))));
     }
 
     static inline QTemporaryDir* folder_ = nullptr;
@@ -77,7 +77,7 @@ TEST_F(Tour, EndsByItselfAndSaysEachPicture) {
 }
 
 TEST_F(Tour, DrawsEveryStateAtOneAndAtThreePixelsAPoint) {
-    for (const char* name : pictures()) {
+    for (const std::string& name : pictures()) {
         EXPECT_EQ(picture(1, name).size(), QSize(320, 568)) << name;
         EXPECT_EQ(picture(3, name).size(), QSize(960, 1704)) << name;
     }
@@ -100,8 +100,8 @@ TEST_F(Tour, EveryPictureSaysThatItsReadingsAreMadeUp) {
 
 TEST_F(Tour, NoTwoStatesLookTheSame) {
     for (const int scale : {1, 3}) {
-        std::map<QByteArray, const char*> seen;
-        for (const char* name : pictures()) {
+        std::map<QByteArray, std::string> seen;
+        for (const std::string& name : pictures()) {
             const QImage image = picture(scale, name).convertToFormat(QImage::Format_RGB32);
             const QByteArray pixels(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
             const auto [same, added] = seen.emplace(pixels, name);
@@ -110,17 +110,25 @@ TEST_F(Tour, NoTwoStatesLookTheSame) {
     }
 }
 
-TEST(TourPictures, AreThoseOfTheLiveScreenAndOfEveryPresentedScreenInAllItsStates) {
-    const shell::ScreenRow row{ui::ScreenId::SaveData, "", nullptr, "", {{"20-save"}, {"21-save-filled"}}};
-    const std::vector<const char*> names = pictures({row});
-    ASSERT_EQ(names.size(), stops().size() + 2);
-    EXPECT_STREQ(names.front(), "01-not-connected");
-    EXPECT_STREQ(names[stops().size()], "20-save");
-    EXPECT_STREQ(names.back(), "21-save-filled");
+TEST(TourPictures, AreThoseOfTheLiveScreenAndOfTheRoadBehindItWithEveryStateOfEveryScreen) {
+    const shell::ScreenRow save{ui::ScreenId::SaveData, "", nullptr, "", {{"a-save"}, {"a-save-filled"}}};
+    const shell::ScreenRow help{ui::ScreenId::Help, "", nullptr, "", {{"a-help"}}};
+    const std::vector<std::string> names = pictures({help, save});
+    EXPECT_EQ(names.front(), "01-not-connected");
+    const std::vector<std::string> behind(names.begin() + static_cast<std::ptrdiff_t>(stops().size()),
+                                          names.end());
+    EXPECT_EQ(behind, (std::vector<std::string>{"19-menu", "20-no-test-records", "a-save", "a-save-filled",
+                                                "24-test-records", "25-test-record-deleted", "a-help"}));
 }
 
 TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
-    const auto rows = storage::ServiceDao(platform::DocumentsFolder(path(QString()))).findMeasureForm(false);
+    storage::ServiceDao dao{platform::DocumentsFolder(path(QString()))};
+    EXPECT_TRUE(dao.findMeasureForm(false).empty()) << "the tour saves them";
+    const auto records = dao.findRecordForm();
+    ASSERT_EQ(records.size(), 1U) << "it deletes the second one";
+    EXPECT_EQ(records.front().projectName, "Harbour Street 12");
+    EXPECT_EQ(records.front().samples, 30);
+    const auto rows = dao.findMeasureofId(records.front().recordId);
     ASSERT_EQ(rows.size(), 30U);
     EXPECT_EQ(rows.front().dataName, "S_1");
     EXPECT_EQ(rows.front().function, "EARTH");
@@ -136,15 +144,11 @@ TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
 
 TEST_F(Tour, AnotherTourIntoTheSameFolderStartsAnewAndDrawsTheSame) {
     std::map<std::string, QImage> first;
-    for (const char* name : pictures()) first[name] = picture(1, name);
-    const auto stored = [] {
-        return storage::ServiceDao(platform::DocumentsFolder(path(QString()))).findMeasureForm(true).size();
-    };
-    const std::size_t before = stored();
-    EXPECT_GE(before, 30U);
+    for (const std::string& name : pictures()) first[name] = picture(1, name);
     EXPECT_EQ(tour(path(QString())).status, 0);
-    EXPECT_EQ(stored(), before);
-    for (const char* name : pictures()) EXPECT_TRUE(picture(1, name) == first[name]) << name;
+    EXPECT_EQ(storage::ServiceDao(platform::DocumentsFolder(path(QString()))).findMeasureForm(true).size(),
+              30U);
+    for (const std::string& name : pictures()) EXPECT_TRUE(picture(1, name) == first[name]) << name;
 }
 
 TEST_F(Tour, TheWindowDoesNotRecordIntoATour) {

@@ -44,10 +44,10 @@ TEST(WindowDocument, EveryOptionIsDescribed) {
 
 TEST(WindowDocument, EveryStateOfTheTourIsShownAtBothScales) {
     const QString page = contentOf("docs/window.md");
-    for (const char* picture : pictures()) {
+    for (const std::string& picture : pictures()) {
         for (const char* scale : {"1x", "3x"}) {
-            const QString name =
-                QStringLiteral("pictures/live/%1/%2.png").arg(QLatin1String(scale), QLatin1String(picture));
+            const QString name = QStringLiteral("pictures/live/%1/%2.png")
+                                     .arg(QLatin1String(scale), QString::fromStdString(picture));
             EXPECT_TRUE(page.contains(QStringLiteral("[%1](%2)").arg(QLatin1String(scale), name)))
                 << name.toStdString();
             EXPECT_TRUE(QFile::exists(QStringLiteral(KESTRIX_SOURCE_DIR "/docs/") + name))

@@ -130,7 +130,7 @@ Words scenarios() {
 
 TEST(BashCompletion, Commands) {
     EXPECT_EQ(offeredByBash("kestrix-cli "), programCommands());
-    EXPECT_EQ(offeredByBash("kestrix-cli --settings x.ini d"), (Words{"decode", "devices"}));
+    EXPECT_EQ(offeredByBash("kestrix-cli --settings x.ini d"), (Words{"decode", "delete", "devices"}));
 }
 
 TEST(BashCompletion, EveryCommandOffersItsOwnOptions) {

@@ -124,9 +124,6 @@ TEST_F(Contrast, EveryFunctionAndItsRowsCanBeRead) {
 
 TEST_F(Contrast, AHeldHelpButtonCanBeRead) {
     open();
-    pressMouse("Leftbtn");  // one that does nothing yet
-    expectReadable();
-    releaseMouse(centreOf("D1Value"));
     testing::expectWarning("no screen is registered for");
     pressMouse("btnHelp");
     expectReadable();

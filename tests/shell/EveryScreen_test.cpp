@@ -2,6 +2,7 @@
 // keyboard. A screen that has its row in the table of screens is looked at here by itself.
 #include <set>
 
+#include "apps/kestrix/TourRoad.h"
 #include "apps/kestrix/TourStops.h"
 #include "shell/Screens.h"
 #include "tests/shell/madeup/MadeUpViewController.h"
@@ -48,15 +49,6 @@ class EveryScreen : public testing::WindowWalks {
             settle();
         }
     }
-    // For who wants to look: KESTRIX_PICTURES names the folder.
-    void keepPictures(const char* name) {
-        const QString pictures = qEnvironmentVariable("KESTRIX_PICTURES");
-        if (pictures.isEmpty()) return;
-        for (const int scale : {3, 1}) {
-            resize(kSmall * scale);
-            onDisplay().save(QStringLiteral("%1/%2-%3x.png").arg(pictures, QLatin1String(name)).arg(scale));
-        }
-    }
     void visit(const tour::Stop& stop) {
         app().notice().clear();
         if (stop.tester == tour::Stop::Tester::On) tester().appear();
@@ -69,11 +61,21 @@ class EveryScreen : public testing::WindowWalks {
 };
 
 TEST_F(EveryScreen, OfTheApplicationIsGoodAtEveryStopOfTheTour) {
+    options_.slideDuration = std::chrono::milliseconds(0);
     open();
-    for (const ScreenRow& row : screens()) expectGoodInAllItsStates(row);
     for (const tour::Stop& stop : tour::stops()) {
         visit(stop);
         expectGood(stop.name);
+    }
+    for (const tour::Step& step : tour::road()) {
+        step.take(app());
+        settle();
+        if (!step.name.empty()) {
+            keepPictures(step.name.c_str());
+            expectGood(step.name.c_str());
+        }
+        tour::goHome(app());
+        settle();
     }
 }
 

@@ -159,6 +159,9 @@ TEST_F(RecordListView, ARowIsDeletedByKeyAndFromItsMenuAndPutBack) {
     pressKey(Qt::Key_Delete);
     settle();
     EXPECT_EQ(cell(0, "column1"), QStringLiteral("House 2"));
+    EXPECT_FALSE(isShown("recordFoot")) << "the notice offers the same";
+    app().notice().clear();
+    settle();
     EXPECT_EQ(text("lblDeleted"), QStringLiteral("Deleted: \u2068House 1\u2069"));
     click("btnPutBack");
     settle();

@@ -141,6 +141,7 @@ TEST_F(RecordListTest, IsPutBackFromTheFootOfTheListLongAfterTheNoticeHasGone) {
     EXPECT_FALSE(services_.notice.isShown());
     reveal();
     EXPECT_EQ(list_.lblDeleted.text(), QStringLiteral("Deleted: \u2068House 7\u2069"));
+    services_.notice.clear();
     EXPECT_FALSE(list_.lblDeleted.hidden());
     list_.btnPutBack.press();
     EXPECT_EQ(names(), Names{"House 7"});
@@ -184,6 +185,7 @@ TEST_F(RecordListTest, AFailedDeleteKeepsWhatWasDeletedBeforeToBePutBack) {
     vfs_.fail(Call::Write, "", SQLITE_FULL);
     list_.commitDelete(0);
     vfs_.heal();
+    services_.notice.clear();
     list_.btnPutBack.press();
     reveal();
     EXPECT_EQ(names(), (Names{"House 7", "House 8"}));

@@ -284,6 +284,15 @@ WindowWalks::Problems WindowWalks::keyProblems() {
     return problems;
 }
 
+void WindowWalks::keepPictures(const char* name) {
+    const QString pictures = qEnvironmentVariable("KESTRIX_PICTURES");
+    if (pictures.isEmpty()) return;
+    for (const int scale : {3, 1}) {
+        resize(kSmall * scale);
+        onDisplay().save(QStringLiteral("%1/%2-%3x.png").arg(pictures, QLatin1String(name)).arg(scale));
+    }
+}
+
 WindowWalks::Problems WindowWalks::allProblems() {
     Problems all;
     for (const int scale : {3, 1}) {

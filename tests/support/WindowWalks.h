@@ -27,6 +27,10 @@ class WindowWalks : public WindowFixture {
     // All of them, at one and at three pixels a point.
     Problems allProblems();
 
+    // For who wants to look: the environment variable KESTRIX_PICTURES names the folder that gets the
+    // picture, at one and at three pixels a point.
+    void keepPictures(const char* name);
+
     // Everything below the window that a screen reader finds.
     std::vector<QAccessibleInterface*> found();
     // Presses as a screen reader does.
