@@ -11,11 +11,11 @@ constexpr std::size_t kGap = 2;
 
 // Of a text of 100 kB only the beginning can be seen; the longest character has four bytes, and combining
 // ones take no column.
-constexpr std::size_t kMostBytes = 16 * TextTable::kWidestColumn;
+constexpr std::size_t kMostBytes = std::size_t{16} * TextTable::kWidestColumn;
 
 }  // namespace
 
-TextTable::TextTable(std::vector<std::string> titles) : widths_(titles.size(), 0) {
+TextTable::TextTable(const std::vector<std::string>& titles) : widths_(titles.size(), 0) {
     add(titles);
 }
 

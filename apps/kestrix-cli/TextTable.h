@@ -13,7 +13,7 @@ class TextTable {
   public:
     static constexpr int kWidestColumn = 160;
 
-    explicit TextTable(std::vector<std::string> titles);
+    explicit TextTable(const std::vector<std::string>& titles);
     // As many texts as there are titles.
     void add(const std::vector<std::string>& texts);
     // False once nothing can be written any more.

@@ -106,7 +106,7 @@ Outcome GrowingRecord::add(MeasureData measure) {
     dao_.updateRecordForm(grown);
     if (!dao_.lastOutcome().done) return dao_.lastOutcome();
     dao_.addMeasureForm(measure);
-    const Outcome outcome = outcomeOf(transaction, dao_, dao_.lastOutcome().identity);
+    Outcome outcome = outcomeOf(transaction, dao_, dao_.lastOutcome().identity);
     if (outcome.done) record_ = std::move(grown);
     return outcome;
 }
@@ -127,7 +127,7 @@ Outcome deleteRecord(ServiceDao& dao, std::int64_t recordId, DeletedRecord& dele
         if (!dao.lastOutcome().done) break;
         dao.DeleteMeasureFormData(measure.dataId);
     }
-    const Outcome outcome = outcomeOf(transaction, dao);
+    Outcome outcome = outcomeOf(transaction, dao);
     if (outcome.done) deleted = {std::move(records.front()), std::move(measurements)};
     return outcome;
 }

@@ -1,38 +1,43 @@
 // The application without its window, on a folder: folder_presses FOLDER [URI]
 // For each line on its input it presses the record button once, and answers with a line: "stored 3" with the
-// identity of the row, or "failed " and the reason. The line "save" files what is unsaved in a new test
-// record instead, as the save form does: "saved 2" with its identity. Says "ready" first, or why it does not
+// identity of the row, or "failed " and the reason. The line "save" saves it in the save form
+// instead: "saved 2" with the identity of the test record. Says "ready" first, or why it does not
 // start.
 #include <QGuiApplication>
 
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <string>
 
 #include "shell/AppDelegate.h"
-#include "storage/TestRecords.h"
+#include "storage/SaveDataViewController.h"
 
 namespace {
 
-kestrix::storage::Outcome save(kestrix::storage::ServiceDao& dao) {
-    using namespace kestrix::storage;
-    const std::vector<MeasureData> unsaved = dao.findMeasureForm(false);
-    if (!dao.lastOutcome().done || unsaved.empty()) return dao.lastOutcome();
-    RecordData typed;
-    typed.projectName = "window";
-    typed.samples = static_cast<std::int64_t>(unsaved.size());
-    return fileMeasurements(dao, completed(typed, unsaved.front().dateTime), unsaved);
+using namespace kestrix;
+
+// As the user does, in the form.
+storage::Outcome save(shell::AppDelegate& application) {
+    application.screens().present(ui::ScreenId::SaveData, false);
+    auto& form = dynamic_cast<storage::SaveDataViewController&>(*application.screens().topmost());
+    form.projectName.setText(QStringLiteral("window"));
+    form.pressSaveBack();
+    if (application.screens().topmost() == &form)
+        return {false, application.alerts().text().toStdString(), 0};
+    storage::ServiceDao dao(application.documents());
+    return {true, "", dao.findRecordForm().back().recordId};
 }
 
 }  // namespace
 
 int main(int count, char** arguments) {
-    using namespace kestrix;
     if (count != 2 && count != 3) return 2;
     std::signal(SIGXFSZ, SIG_IGN);  // as the application does
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(count, arguments);
     shell::LaunchOptions options;
+    options.slideDuration = std::chrono::milliseconds(0);
     options.documents = QString::fromLocal8Bit(arguments[1]);
     if (count == 3) options.uris = {arguments[2]};
     shell::AppDelegate delegate(options);
@@ -49,7 +54,7 @@ int main(int count, char** arguments) {
     for (std::string line; std::getline(std::cin, line);) {
         const bool saves = line == "save";
         if (!saves) screen.pressRecord();
-        const storage::Outcome outcome = saves ? save(*screen.dao) : screen.dao->lastOutcome();
+        const storage::Outcome outcome = saves ? save(delegate) : screen.dao->lastOutcome();
         if (outcome.done) {
             std::cout << (saves ? "saved " : "stored ") << outcome.identity << std::endl;
         } else {
