@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 
+#include "storage/MeasurementColumns.h"
 #include "storage/Selection.h"
 #include "ui/Palette.h"
 
@@ -12,38 +13,6 @@ namespace kestrix::history {
 namespace {
 
 using ui::Palette;
-
-struct HistoryColumn {
-    const char* role;
-    const char* title;
-    double x;
-    double width;
-    std::string storage::MeasureData::*text;  // none: the column stays empty
-};
-
-constexpr std::array kHistoryColumns{
-    HistoryColumn{"DataName", QT_TRANSLATE_NOOP("History", "Data Name"), 0, 50,
-                  &storage::MeasureData::dataName},
-    HistoryColumn{"Function", QT_TRANSLATE_NOOP("History", "Function"), 51, 44,
-                  &storage::MeasureData::function},
-    HistoryColumn{"Parameters", QT_TRANSLATE_NOOP("History", "Parameters"), 96, 61,
-                  &storage::MeasureData::parameters},
-    HistoryColumn{"Result", QT_TRANSLATE_NOOP("History", "Result"), 158, 60, &storage::MeasureData::result},
-    HistoryColumn{"DateTime", QT_TRANSLATE_NOOP("History", "Date Time"), 219, 50,
-                  &storage::MeasureData::dateTime},
-    HistoryColumn{"Comments", QT_TRANSLATE_NOOP("History", "Comments"), 270, 50, nullptr},
-};
-
-ui::Columns historyColumns() {
-    ui::Columns columns;
-    for (const HistoryColumn& column : kHistoryColumns) {
-        columns << ui::Column{.role = QLatin1String(column.role),
-                              .title = QCoreApplication::translate("History", column.title),
-                              .x = column.x,
-                              .width = column.width};
-    }
-    return columns;
-}
 
 struct LabelStyle {
     QColor background;
@@ -66,7 +35,7 @@ constexpr double kLeastRowHeight = 20;
 }  // namespace
 
 HistoryViewController::HistoryViewController(ui::ScreenId id, const ui::Services& services)
-    : FramedScreen(id, services, "historyTitle"), array(historyColumns()) {}
+    : FramedScreen(id, services, "historyTitle"), array(storage::measurementColumns()) {}
 
 void HistoryViewController::viewDidLoad() {
     dao = std::make_unique<storage::ServiceDao>(services_.documents);
@@ -105,8 +74,8 @@ void HistoryViewController::getMeasureData() {
     rows.reserve(arrays.size());
     for (const storage::MeasureData& measure : arrays) {
         ui::TableRow& row = rows.emplace_back();
-        for (const HistoryColumn& column : kHistoryColumns)
-            row.texts << (column.text == nullptr ? QString() : QString::fromStdString(measure.*column.text));
+        row.texts = storage::measurementTexts(measure);
+        row.texts.last().clear();  // the column of the comments stays empty
         row.height = getCellHeight(row.texts[2], row.texts[3]);
     }
     array.setRows(std::move(rows));

@@ -28,9 +28,6 @@ class SessionList : public kestrix::ui::ListModel {
 
     // What the row holds, as it was appended.
     SessionRow row(int number) const;
-
-    // The columns, in order: the keys of a row, their titles, and where they stand.
-    static ui::Columns sessionColumns();
 };
 
 }  // namespace kestrix::live

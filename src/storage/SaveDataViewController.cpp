@@ -1,7 +1,5 @@
 #include "storage/SaveDataViewController.h"
 
-#include <QCoreApplication>
-
 #include <algorithm>
 #include <utility>
 
@@ -27,35 +25,7 @@ constexpr qsizetype kDateLength = 10;
 // What a field hints at; never a value.
 constexpr std::array kHints{"project", "Zorvik", "Lakeford", "Brenn", "12"};
 
-struct FiledColumn {
-    const char* role;
-    const char* title;
-    double x;
-    double width;
-    std::string MeasureData::*text;
-};
-
-// As in the list on the live screen, where they came from.
-constexpr std::array kFiledColumns{
-    FiledColumn{"DataName", QT_TRANSLATE_NOOP("SaveData", "Data Name"), 0, 50, &MeasureData::dataName},
-    FiledColumn{"Function", QT_TRANSLATE_NOOP("SaveData", "Function"), 51, 44, &MeasureData::function},
-    FiledColumn{"Parameters", QT_TRANSLATE_NOOP("SaveData", "Parameters"), 96, 61, &MeasureData::parameters},
-    FiledColumn{"Result", QT_TRANSLATE_NOOP("SaveData", "Result"), 158, 60, &MeasureData::result},
-    FiledColumn{"DateTime", QT_TRANSLATE_NOOP("SaveData", "Date Time"), 219, 50, &MeasureData::dateTime},
-    FiledColumn{"Comments", QT_TRANSLATE_NOOP("SaveData", "Comments"), 270, 50, &MeasureData::comments},
-};
-
 }  // namespace
-
-ui::Columns SaveDataViewController::columns() {
-    ui::Columns columns;
-    for (const FiledColumn& column : kFiledColumns)
-        columns << ui::Column{.role = QLatin1String(column.role),
-                              .title = QCoreApplication::translate("SaveData", column.title),
-                              .x = column.x,
-                              .width = column.width};
-    return columns;
-}
 
 void SaveDataViewController::viewDidLoad() {
     setClosable(false);
@@ -177,7 +147,7 @@ QString SaveDataViewController::groupOf(const MeasureData& measure) const {
 
 ui::TableRow SaveDataViewController::rowOf(const MeasureData& measure) const {
     ui::TableRow row;
-    for (const FiledColumn& column : kFiledColumns) row.texts << QString::fromStdString(measure.*column.text);
+    row.texts = measurementTexts(measure);
     const QString& longer = row.texts[2].size() > row.texts[3].size() ? row.texts[2] : row.texts[3];
     row.height = std::max(kLeastRowHeight, services_.textMeasure.wrappedHeight(
                                                longer, QStringLiteral("helvetica"), kRowFontSize,

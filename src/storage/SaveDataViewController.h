@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "storage/MeasureData.h"
+#include "storage/MeasurementColumns.h"
 #include "storage/RecordData.h"
 #include "storage/ServiceDao.h"
 #include "ui/FramedScreen.h"
@@ -67,11 +68,10 @@ class SaveDataViewController final : public kestrix::ui::FramedScreen {
     ui::Label startTime{*this, "startTime"};
     ui::Button btnSave{*this, "btnSave", ui::Button::Event::TouchUpInside};
     ui::Button btnEarlier{*this, "btnEarlier", ui::Button::Event::TouchUpInside};
-    ui::ListModel rows{columns()};
+    ui::ListModel rows{measurementColumns()};
     ui::Table filed{*this, "filed", rows};
 
   private:
-    static ui::Columns columns();
     std::array<ui::TextField*, 5> fields() {
         return {&projectName, &company, &address, &operators, &serialNumber};
     }
