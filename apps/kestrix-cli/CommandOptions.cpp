@@ -46,6 +46,7 @@ void CommandOptions::exactlyOneOf(std::initializer_list<const char*> names) {
     CLI::Option_group* group = command_.add_option_group("place");
     for (const char* name : names) group->add_option(command_.get_option(name));
     group->require_option(1);
+    group->fallthrough(false);  // a word that nobody wants would go round between the group and its command
 }
 
 }  // namespace kestrix::cli

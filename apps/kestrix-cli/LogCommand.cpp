@@ -128,14 +128,25 @@ std::string inWords(std::int64_t samples) {
     return fmt::format("{} measurement{}", samples, samples == 1 ? "" : "s");
 }
 
+bool isGone(storage::ServiceDao& dao, std::int64_t recordId) {
+    return dao.findRecordofId(recordId).empty() && dao.lastOutcome().done;
+}
+
 // A record that stayed empty is taken away again.
 Ending endingOf(storage::ServiceDao& dao, const storage::RecordData& record, const std::string& problem,
                 const std::string& whyNothingCame) {
     if (record.samples == 0) {
         storage::DeletedRecord deleted;
-        storage::deleteRecord(dao, record.recordId, deleted);
-        return failed(problem.empty() ? whyNothingCame : "nothing is stored: " + problem);
+        const storage::Outcome gone = storage::deleteRecord(dao, record.recordId, deleted);
+        const std::string empty =
+            gone.done || dao.findRecordofId(record.recordId).empty()
+                ? std::string()
+                : fmt::format("; the empty test record {} stays: {}", record.recordId, gone.reason);
+        return failed((problem.empty() ? whyNothingCame : "nothing is stored: " + problem) + empty);
     }
+    if (!problem.empty() && isGone(dao, record.recordId))
+        return failed(fmt::format("test record {} ({}) was deleted meanwhile, with its {}", record.recordId,
+                                  record.projectName, inWords(record.samples)));
     const std::string kept = fmt::format("{} in test record {} ({})", inWords(record.samples),
                                          record.recordId, record.projectName);
     return problem.empty() ? done(kept) : failed(kept + ", then no more: " + problem);

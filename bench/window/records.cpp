@@ -118,7 +118,8 @@ int main(int argc, char** argv) {
             bars.rightSideBarViewController().AddDataToTable();
         }));
         listScrolls[0].push_back(window.picturesASecond("rightSideBarView", "myTableView", kByFinger, count));
-        listScrolls[1].push_back(window.picturesASecond("rightSideBarView", "myTableView", kByPage, count / 2));
+        listScrolls[1].push_back(
+            window.picturesASecond("rightSideBarView", "myTableView", kByPage, count / 2));
         storage::selectedRecordId = 1;
         histories.push_back(
             window.msToPicture([&delegate] { delegate.screens().present(ui::ScreenId::History, false); }));

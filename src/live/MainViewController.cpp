@@ -207,7 +207,7 @@ void MainViewController::sayWhatIsWrong(const std::string& name) {
     const QString time = QString::fromStdString(timeOfLatestRecord());
     if (!dao->lastOutcome().done)
         return markLatestRow(
-            tr("Not stored"),
+            notStored(),
             tr("%1 was not stored: %2").arg(row, QString::fromStdString(dao->lastOutcome().reason)));
     const QString old = tr("Old reading");
     if (display().link == display::LinkState::NotConnected)
@@ -223,7 +223,14 @@ void MainViewController::markLatestRow(const QString& mark, const QString& notic
     services_.notice.show(notice, QStringLiteral("press"));
 }
 
+// The list goes because it was saved: a row of it that never was in the database is in no test record either.
 void MainViewController::pressClearTable() {
+    QStringList lost;
+    for (int row = 0; row < array.count(); ++row) {
+        if (array.at(row).mark == notStored()) lost << array.text(row, QStringLiteral("DataName"));
+    }
+    if (!lost.isEmpty())
+        services_.notice.show(tr("Not in the test record, because never stored: %1").arg(lost.join(u", ")));
     array.removeAll();
     nameRightButton();
 }

@@ -115,6 +115,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void nameRightButton();
     // After a press of the record button that made the row `name`.
     void sayWhatIsWrong(const std::string& name);
+    static QString notStored() { return tr("Not stored"); }
     void markLatestRow(const QString& mark, const QString& notice);
     // Without a container the user is told.
     void showSideBar(std::int32_t direction);

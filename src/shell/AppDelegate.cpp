@@ -1,8 +1,11 @@
 #include "shell/AppDelegate.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <utility>
@@ -123,12 +126,33 @@ std::string AppDelegate::whyFolderIsKeptOut() {
     const QScopedValueRollback<bool> holds(lookHolds_, true);  // what follows opens the file, and asks again
     if (why.empty() && wasLocked) {
         takeUpDatabase(storage::ServiceDao::kPatience);
-    } else if (why.empty() && takesReadings()) {
-        noteReadings(kindOf(simulated_), documents_);
-        markReadings(kindOf(simulated_), documents_, look_, storage::ServiceDao::kPatience);
+    } else if (why.empty()) {
+        const bool another = isAnotherDatabase();
+        if (takesReadings()) {
+            noteReadings(kindOf(simulated_), documents_);
+            markReadings(kindOf(simulated_), documents_, look_, storage::ServiceDao::kPatience);
+        }
+        if (another) readStorage(storage::ServiceDao::kPatience);
     }
     if (!why.empty() && !covered) claim_.letGo();
     return why;
+}
+
+AppDelegate::FileIdentity AppDelegate::databaseIdentity() const {
+    struct stat state {};
+    const QByteArray path = QFile::encodeName(documents_.filePath(QLatin1String(storage::kDatabaseFile)));
+    if (::stat(path.constData(), &state) != 0) return {};
+    return {state.st_dev, state.st_ino};
+}
+
+// Whether it was put in the place of the one that is known: what is unsaved in it is of earlier sessions. In
+// one that is made because there is none, everything is of this session.
+bool AppDelegate::isAnotherDatabase() {
+    const FileIdentity now = databaseIdentity();
+    const bool wasMade = std::exchange(willBeMade_, now == FileIdentity{});
+    const FileIdentity before = std::exchange(database_, now);
+    if (willBeMade_) storage::lastDataIdOfEarlierSessions = 0;
+    return before != now && !wasMade && !willBeMade_;
 }
 
 // Its guard lets it be opened by now.
@@ -174,6 +198,7 @@ void AppDelegate::readStorage(std::chrono::milliseconds patience) {
     unsavedAtStart_ = unsaved.size();
     storage::lastDataIdOfEarlierSessions = unsaved.empty() ? 0 : unsaved.back().dataId;
     storageProblem_ = dao.lastOutcome().reason;
+    database_ = databaseIdentity();
     const auto say = [this](const char* text, const QString& what) {
         notice_.show(QCoreApplication::translate("AppDelegate", text).replace(QLatin1String("%1"), what));
     };

@@ -4,10 +4,12 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/AccessoryManager.h"
@@ -88,6 +90,8 @@ class AppDelegate {
 
   private:
     using Sources = std::vector<std::unique_ptr<platform::AccessorySource>>;
+    using FileIdentity =
+        std::pair<std::uint64_t, std::uint64_t>;  // device and number; zeros: there is no file
 
     ui::Services makeServices();
     platform::Scheduler& scheduler();
@@ -102,6 +106,8 @@ class AppDelegate {
     // Looks at the folder's database.
     std::string whyDatabaseIsKeptOut(std::chrono::milliseconds patience);
     std::string whyFolderIsKeptOut();
+    FileIdentity databaseIdentity() const;
+    bool isAnotherDatabase();
     void takeUpDatabase(std::chrono::milliseconds patience);
     void readStorage(std::chrono::milliseconds patience);
     void sayNothingCanBeRecorded(const std::string& why);
@@ -117,6 +123,8 @@ class AppDelegate {
     std::function<void()> beforeWait_;
     platform::QtScheduler eventLoop_;
     storage::DatabaseLook look_;  // the last one
+    FileIdentity database_;       // whose unsaved measurements were read
+    bool willBeMade_ = false;     // by whoever was let open it last, as there was none
     bool lookHolds_ = false;      // whoever opens the file now has just looked at it
     platform::DocumentsFolder documents_;
     platform::UserDefaults defaults_;

@@ -76,7 +76,7 @@ FocusScope {
                     textFormat: Text.PlainText
                     wrapMode: Text.Wrap
                     verticalAlignment: Text.AlignVCenter
-                    color: Colors.textOnDark
+                    color: touch.held ? Colors.panelEdge : Colors.textOnDark
                     font.family: "Arial"
                     font.pixelSize: 16
                     Accessible.ignored: true

@@ -40,6 +40,7 @@ class LeftSideBarViewController final : public kestrix::ui::Screen {
 
     // The titles of the rows.
     const QStringList& dataList() const { return dataList_; }
+    bool hasContent() const { return content_ != nullptr; }
     std::int32_t selectIdnex() const { return selectIdnex_; }
     // A row was chosen; one without a screen does nothing.
     Q_INVOKABLE void didSelectRow(int row);

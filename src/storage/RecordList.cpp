@@ -54,6 +54,15 @@ void RecordList::insertRecord(const RecordData& record) {
     insert(row, rowOf(record));
 }
 
+bool RecordList::shows(int row, const RecordData& record) const {
+    QStringList shown = at(row).texts;
+    QStringList made = rowOf(record).texts;
+    constexpr qsizetype kSamples = 1;
+    shown.removeAt(kSamples);
+    made.removeAt(kSamples);
+    return shown == made;
+}
+
 void RecordList::removeRecord(int row) {
     ids_.erase(ids_.begin() + row);
     remove(row);

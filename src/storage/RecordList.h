@@ -23,6 +23,8 @@ class RecordList : public kestrix::ui::ListModel {
     void insertRecord(const RecordData& record);
     void removeRecord(int row);
 
+    // Whether that row was made of this record, which may have grown since.
+    bool shows(int row, const RecordData& record) const;
     // Of the record in that row.
     std::int64_t recordId(int row) const { return ids_.at(static_cast<std::size_t>(row)); }
 

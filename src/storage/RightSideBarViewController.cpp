@@ -76,6 +76,10 @@ void RightSideBarViewController::didSelectRow(int row) {
 void RightSideBarViewController::commitDelete(int row) {
     if (row < 0 || row >= array.count()) return;
     swipe(-1);
+    if (isAnotherNow(row)) {
+        AddDataToTable();
+        return services_.notice.show(tr("The test records are others by now; nothing was deleted"));
+    }
     DeletedRecord deleted;
     const Outcome outcome = deleteRecord(*dao, array.recordId(row), deleted);
     if (outcome.done) {
@@ -92,6 +96,12 @@ void RightSideBarViewController::commitDelete(int row) {
             tr("The test record was not deleted: %1").arg(QString::fromStdString(outcome.reason)));
     }
     array.removeRecord(row);
+}
+
+// The file may have been replaced since the list was filled.
+bool RightSideBarViewController::isAnotherNow(int row) {
+    const std::vector<RecordData> found = dao->findRecordofId(array.recordId(row));
+    return !found.empty() && !array.shows(row, found.front());
 }
 
 void RightSideBarViewController::pressPutBack() {

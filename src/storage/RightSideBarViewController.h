@@ -59,6 +59,7 @@ class RightSideBarViewController final : public kestrix::ui::Screen {
     int fadeDuration() const { return static_cast<int>(services_.slideDuration.count()); }
     void setDeleted(std::optional<DeletedRecord> deleted);
     void showFoot();
+    bool isAnotherNow(int row);
 
     ui::Services services_;
     int swipedRow_ = -1;

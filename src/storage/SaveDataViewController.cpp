@@ -212,7 +212,10 @@ void SaveDataViewController::pressSaveBack() {
 // Nothing was written. What could not be filed may have gone elsewhere meanwhile: the next attempt is with
 // what is there then. Who cannot save at all must get back to the live display: nothing is lost by that.
 void SaveDataViewController::tellFailure(const std::string& reason) {
+    // Whoever held the database was waited for once already.
+    dao->setPatience(std::chrono::milliseconds(0));
     readMeasurements();
+    dao->setPatience(ServiceDao::kPatience);
     services_.alerts.show(
         {.title = tr("Tips"),
          .text = tr("The test record was not saved: %1.\n\nIts measurements are kept, and none was filed.")

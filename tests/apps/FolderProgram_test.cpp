@@ -30,9 +30,10 @@ class FolderProgram : public testing::Test {
         return made;
     }
     // The answer to one press.
-    static std::string press(Program& program) {
+    static std::string press(Program& program) { return answer(program, ""); }
+    static std::string answer(Program& program, const std::string& line) {
         const std::size_t before = program.output().size();
-        EXPECT_TRUE(program.send("\n"));
+        EXPECT_TRUE(program.send(line + "\n"));
         EXPECT_TRUE(
             program.waitUntil([&] { return program.output().find('\n', before) != std::string::npos; }));
         return program.output().substr(before);
@@ -200,6 +201,30 @@ TEST_F(FolderThatComesBack, IsClaimedBeforeTheFirstRowIsStored) {
     EXPECT_EQ(second.status, 1);
     EXPECT_EQ(second.output, elsewhere_ + " is in use by process " + std::to_string(first.id()) + "\n");
     EXPECT_EQ(press(first), "stored 3\n");
+}
+
+TEST_F(FolderThatComesBack, WhatWasUnsavedInItIsOfEarlierSessions) {
+    Program first({away_, kTester}, setup());
+    ASSERT_TRUE(first.waitForOutput("ready 0"));
+    comeBackWith(kTester);
+    EXPECT_EQ(press(first), "stored 2\n");
+    EXPECT_EQ(press(first), "stored 3\n");
+    EXPECT_EQ(answer(first, "earlier"), "earlier 1\n");
+}
+
+TEST_F(FolderThatComesBack, WhatIsRecordedIntoAFileThatHadToBeMadeAnewIsOfThisSession) {
+    const std::string file = elsewhere_ + "/kestrix.sqlite";
+    {
+        Program earlier({elsewhere_, kTester}, setup());
+        recordElsewhere(earlier);
+    }
+    Program window({elsewhere_, kTester}, setup());
+    ASSERT_TRUE(window.waitForOutput("ready 1"));
+    EXPECT_EQ(answer(window, "earlier"), "earlier 1\n");
+    fs::rename(file, folder_ + "/away.sqlite");
+    fs::copy(folder_ + "/away.sqlite", file);  // a copy in its place: all in it is of earlier sessions
+    EXPECT_EQ(press(window), "stored 2\n");
+    EXPECT_EQ(answer(window, "earlier"), "earlier 1\n");
 }
 
 TEST_F(FolderThatComesBack, IsLeftToTheWindowThatHasItByThen) {

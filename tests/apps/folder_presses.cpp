@@ -1,7 +1,8 @@
 // The application without its window, on a folder: folder_presses FOLDER [URI]
 // For each line on its input it presses the record button once, and answers with a line: "stored 3" with the
 // identity of the row, or "failed " and the reason. The line "save" saves it in the save form
-// instead: "saved 2" with the identity of the test record. Says "ready" first, or why it does not
+// instead: "saved 2" with the identity of the test record. "earlier" asks for the last row of
+// an earlier session: "earlier 7". Says "ready" first, or why it does not
 // start.
 #include <QGuiApplication>
 
@@ -12,6 +13,7 @@
 
 #include "shell/AppDelegate.h"
 #include "storage/SaveDataViewController.h"
+#include "storage/Selection.h"
 
 namespace {
 
@@ -52,6 +54,11 @@ int main(int count, char** arguments) {
     record.strfunction = "EARTH";
     screen.didReceive3820Data(record, true);
     for (std::string line; std::getline(std::cin, line);) {
+        if (line == "earlier") {
+            const storage::ServiceDao another(delegate.documents());  // as any screen opens one
+            std::cout << "earlier " << storage::lastDataIdOfEarlierSessions << std::endl;
+            continue;
+        }
         const bool saves = line == "save";
         if (!saves) screen.pressRecord();
         const storage::Outcome outcome = saves ? save(delegate) : screen.dao->lastOutcome();

@@ -119,7 +119,7 @@ TEST_F(Log, EndsWhenItsRecordIsDeleted) {
     ASSERT_TRUE(storage::deleteRecord(dao, 1, deleted).done);
     EXPECT_EQ(program.waitForEnd(), 1);
     EXPECT_THAT(complaintsIn(program.error()), SizeIs(1)) << program.error();
-    EXPECT_THAT(program.error(), HasSubstr("then no more: "));
+    EXPECT_THAT(program.error(), HasSubstr("was deleted meanwhile, with its "));
     EXPECT_THAT(dao.findMeasureForm(true), SizeIs(0)) << "none is left without its record";
 }
 

@@ -67,6 +67,25 @@ TEST_F(FailingDatabaseTest, OnAFullDiskTheRowStaysAndTheNextPressIsStoredOnceThe
     screen_.reset();  // its connection goes before the files
 }
 
+TEST_F(FailingDatabaseTest, WhoSavesIsToldOfRowsThatWereNeverStored) {
+    testing::FailingVfs files;
+    start();
+    postState("1");
+    recordOne();
+    files.fail(testing::FailingVfs::Call::Write, "kestrix.sqlite-journal", SQLITE_FULL);
+    testing::expectWarning(kStatementFailed);
+    recordOne();
+    files.heal();
+    recordOne();
+    notice_.clear();
+    screen_->pressClearTable();
+    EXPECT_EQ(notice_.text(), QStringLiteral("Not in the test record, because never stored: S_2"));
+    notice_.clear();
+    recordOne();
+    screen_->pressClearTable();
+    EXPECT_FALSE(notice_.isShown()) << "all were stored";
+}
+
 TEST_F(FailingDatabaseTest, EveryThirdPressScrollsThoughNothingIsStored) {
     ASSERT_TRUE(QFile::remove(database()));
     start();

@@ -70,6 +70,24 @@ TEST_F(SideBars, ATapOnWhatIsLeftOfTheContentSlidesItBack) {
     EXPECT_FALSE(isShown("navBackView"));
 }
 
+TEST_F(SideBars, DraggingTheContentMovesNothing) {
+    openAtOnce();
+    for (const int direction : {0, 1}) {
+        show(direction);
+        const double before = contentX();
+        const QPoint from(300, 400);
+        for (const int by : {-200, 200}) {
+            QTest::touchEvent(&window(), touchScreen()).press(0, from);
+            for (int step = 1; step <= 10; ++step)
+                QTest::touchEvent(&window(), touchScreen())
+                    .move(0, from + QPoint(by * step / 10, 0) - QPoint(150, 0));
+            QTest::touchEvent(&window(), touchScreen()).release(0, from + QPoint(by - 150, 0));
+            settle();
+            EXPECT_EQ(contentX(), before) << direction;
+        }
+    }
+}
+
 TEST_F(SideBars, TapsDuringASlideReachNobody) {
     testing::StepDriver clock;
     openWithReading();

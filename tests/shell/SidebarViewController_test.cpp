@@ -188,13 +188,6 @@ TEST_F(Sidebar, AnotherScreenReplacesTheCurrentOne) {
     EXPECT_FALSE(live->isCovered());
 }
 
-TEST_F(Sidebar, PanningDoesNothing) {
-    SidebarViewController& container = open();
-    container.panInContentView();
-    EXPECT_TRUE(told_.empty());
-    EXPECT_EQ(container.target(), 0);
-}
-
 TEST_F(Sidebar, ThePanRecogniserIsThereWhileTheNavigationStackHasOneScreen) {
     SidebarViewController& container = open();
     auto* const navigation = dynamic_cast<NavigationContainer*>(container.currentMainController());
@@ -285,9 +278,10 @@ TEST(LeftSideBar, WithoutADelegateNoContentIsMade) {
     testing::TestServices services;
     LeftSideBarViewController menu(ui::ScreenId::Menu, services.services());
     menu.loadView();
-    EXPECT_EQ(menu.selectIdnex(), 0);
+    EXPECT_FALSE(menu.hasContent());
     EXPECT_EQ(menu.menuTitle.text(), QStringLiteral("Informations"));
-    EXPECT_EQ(menu.subConWithIndex(4)->count(), 1U);
+    const auto content = menu.subConWithIndex(4);
+    EXPECT_EQ(dynamic_cast<live::MainViewController&>(content->topViewController()).index, 5);
 }
 
 }  // namespace

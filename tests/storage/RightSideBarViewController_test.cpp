@@ -191,6 +191,24 @@ TEST_F(RecordListTest, AFailedDeleteKeepsWhatWasDeletedBeforeToBePutBack) {
     EXPECT_EQ(names(), (Names{"House 7", "House 8"}));
 }
 
+TEST_F(RecordListTest, ARowWhoseIdentityIsAnotherRecordsByNowDeletesNothing) {
+    save("House 7", 1);
+    reveal();
+    dao_->execSql("UPDATE recordfrom SET projectname = 'House 9'");  // as another file would have it
+    list_.commitDelete(0);
+    EXPECT_EQ(notice(), "The test records are others by now; nothing was deleted");
+    EXPECT_EQ(names(), Names{"House 9"});
+    EXPECT_EQ(dao_->findMeasureForm(true).size(), 1U);
+}
+
+TEST_F(RecordListTest, ARowOfARecordThatHasGrownSinceIsDeletedAllTheSame) {
+    save("House 7", 1);
+    reveal();
+    dao_->execSql("UPDATE recordfrom SET samples = 4");
+    list_.commitDelete(0);
+    EXPECT_EQ(names(), Names{});
+}
+
 TEST_F(RecordListTest, OneThatCannotBePutBackSaysWhyAndCanBeLater) {
     save("House 7", 1);
     reveal();
