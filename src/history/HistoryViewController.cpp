@@ -86,6 +86,9 @@ void HistoryViewController::getMeasureData() {
 void HistoryViewController::showWhatIsMissing() {
     const storage::Outcome& outcome = dao->lastOutcome();
     if (outcome.done) {
+        const bool gone = arrays.empty() && dao->findRecordofId(storage::selectedRecordId).empty();
+        if (gone && dao->lastOutcome().done)
+            return tableView.setEmptyText(tr("This test record is no longer there."));
         tableView.setEmptyText(tr("This test record has no measurements.\nGo back to choose another one."));
         return;
     }

@@ -1,11 +1,8 @@
 #include "shell/AppDelegate.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QScopedValueRollback>
-
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <utility>
@@ -120,11 +117,10 @@ std::string AppDelegate::whyFolderIsKeptOut() {
     if (covered && lookHolds_) return look_.reason;
     if (!covered && !claim_.takeAgain())
         return documents_.path().toStdString() + " is in use by " + claim_.holder();
-    const bool wasLocked = isLocked();
     std::string why = whyDatabaseIsKeptOut(storage::ServiceDao::kPatience);
     if (why.empty()) why = look_.reason;
     const QScopedValueRollback<bool> holds(lookHolds_, true);  // what follows opens the file, and asks again
-    if (why.empty() && wasLocked) {
+    if (why.empty() && !takenUp_) {
         takeUpDatabase(storage::ServiceDao::kPatience);
     } else if (why.empty()) {
         const bool another = isAnotherDatabase();
@@ -138,25 +134,19 @@ std::string AppDelegate::whyFolderIsKeptOut() {
     return why;
 }
 
-AppDelegate::FileIdentity AppDelegate::databaseIdentity() const {
-    struct stat state {};
-    const QByteArray path = QFile::encodeName(documents_.filePath(QLatin1String(storage::kDatabaseFile)));
-    if (::stat(path.constData(), &state) != 0) return {};
-    return {state.st_dev, state.st_ino};
-}
-
 // Whether it was put in the place of the one that is known: what is unsaved in it is of earlier sessions. In
 // one that is made because there is none, everything is of this session.
 bool AppDelegate::isAnotherDatabase() {
-    const FileIdentity now = databaseIdentity();
-    const bool wasMade = std::exchange(willBeMade_, now == FileIdentity{});
-    const FileIdentity before = std::exchange(database_, now);
+    const storage::FileIdentity now = storage::databaseIdentity(documents_);
+    const bool wasMade = std::exchange(willBeMade_, now == storage::FileIdentity{});
+    const storage::FileIdentity before = std::exchange(database_, now);
     if (willBeMade_) storage::lastDataIdOfEarlierSessions = 0;
     return before != now && !wasMade && !willBeMade_;
 }
 
 // Its guard lets it be opened by now.
 void AppDelegate::takeUpDatabase(std::chrono::milliseconds patience) {
+    takenUp_ = true;
     const bool kept = takesReadings();
     if (kept) noteReadings(kindOf(simulated_), documents_);
     dataDB_ = storage::createTablesOnFirstLaunch(defaults_, documents_, patience);
@@ -198,7 +188,7 @@ void AppDelegate::readStorage(std::chrono::milliseconds patience) {
     unsavedAtStart_ = unsaved.size();
     storage::lastDataIdOfEarlierSessions = unsaved.empty() ? 0 : unsaved.back().dataId;
     storageProblem_ = dao.lastOutcome().reason;
-    database_ = databaseIdentity();
+    database_ = storage::databaseIdentity(documents_);
     const auto say = [this](const char* text, const QString& what) {
         notice_.show(QCoreApplication::translate("AppDelegate", text).replace(QLatin1String("%1"), what));
     };

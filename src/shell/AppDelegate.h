@@ -21,6 +21,7 @@
 #include "shell/FolderClaim.h"
 #include "shell/SidebarViewController.h"
 #include "storage/DatabaseLook.h"
+#include "storage/FileIdentity.h"
 #include "storage/ServiceDao.h"
 #include "ui/ScreenStack.h"
 #include "ui/Services.h"
@@ -90,8 +91,6 @@ class AppDelegate {
 
   private:
     using Sources = std::vector<std::unique_ptr<platform::AccessorySource>>;
-    using FileIdentity =
-        std::pair<std::uint64_t, std::uint64_t>;  // device and number; zeros: there is no file
 
     ui::Services makeServices();
     platform::Scheduler& scheduler();
@@ -106,7 +105,6 @@ class AppDelegate {
     // Looks at the folder's database.
     std::string whyDatabaseIsKeptOut(std::chrono::milliseconds patience);
     std::string whyFolderIsKeptOut();
-    FileIdentity databaseIdentity() const;
     bool isAnotherDatabase();
     void takeUpDatabase(std::chrono::milliseconds patience);
     void readStorage(std::chrono::milliseconds patience);
@@ -122,10 +120,11 @@ class AppDelegate {
     std::string storageProblem_;
     std::function<void()> beforeWait_;
     platform::QtScheduler eventLoop_;
-    storage::DatabaseLook look_;  // the last one
-    FileIdentity database_;       // whose unsaved measurements were read
-    bool willBeMade_ = false;     // by whoever was let open it last, as there was none
-    bool lookHolds_ = false;      // whoever opens the file now has just looked at it
+    storage::DatabaseLook look_;      // the last one
+    storage::FileIdentity database_;  // whose unsaved measurements were read
+    bool takenUp_ = false;            // false while it was locked at every look so far
+    bool willBeMade_ = false;         // by whoever was let open it last, as there was none
+    bool lookHolds_ = false;          // whoever opens the file now has just looked at it
     platform::DocumentsFolder documents_;
     platform::UserDefaults defaults_;
     FolderClaim claim_;

@@ -252,7 +252,8 @@ void MainWindow::toggleFullScreen() {
 // Behind a presented screen or an alert, and beside a side bar, the live screen answers no key.
 void MainWindow::showHelp() {
     if (application_.screens().count() > 0 || application_.alerts().isShown() ||
-        application_.viewController().sideBarShowing())
+        application_.viewController().sideBarShowing() ||
+        !application_.viewController().isUserInteractionEnabled())
         return;
     application_.mainView().pressBCH();
 }

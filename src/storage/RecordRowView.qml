@@ -39,6 +39,7 @@ Item {
     }
 
     height: 50
+    ListView.onReused: opacity = 1 // the row of before may have faded away
     Accessible.role: Accessible.Row
     Accessible.name: words
     Accessible.ignored: !visible || !enabled

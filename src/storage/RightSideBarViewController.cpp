@@ -84,6 +84,8 @@ void RightSideBarViewController::commitDelete(int row) {
     const Outcome outcome = deleteRecord(*dao, array.recordId(row), deleted);
     if (outcome.done) {
         const std::int64_t id = deleted.record.recordId;
+        // The offer to put the one of before back holds no longer.
+        if (services_.notice.actionTitle() == btnPutBack.title()) services_.notice.clear();
         services_.notice.show(
             tr("%1 was deleted").arg(recordInWords(deleted.record)), tr("Put back"),
             [this, id] {
@@ -106,6 +108,8 @@ bool RightSideBarViewController::isAnotherNow(int row) {
 
 void RightSideBarViewController::pressPutBack() {
     if (!deleted_) return;
+    if (databaseIdentity(services_.documents) != deletedFrom_)
+        return services_.notice.show(tr("The test record was not put back: it is of another database"));
     const Outcome outcome = putBackRecord(*dao, *deleted_);
     if (!outcome.done)
         return services_.notice.show(
@@ -118,6 +122,7 @@ void RightSideBarViewController::pressPutBack() {
 
 void RightSideBarViewController::setDeleted(std::optional<DeletedRecord> deleted) {
     deleted_ = std::move(deleted);
+    deletedFrom_ = databaseIdentity(services_.documents);
     lblDeleted.setText(deleted_ ? tr("Deleted: %1").arg(recordInWords(deleted_->record)) : QString());
     showFoot();
 }

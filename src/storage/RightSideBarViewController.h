@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "platform/NotificationCenter.h"
+#include "storage/FileIdentity.h"
 #include "storage/RecordList.h"
 #include "storage/ServiceDao.h"
 #include "storage/TestRecords.h"
@@ -64,6 +65,7 @@ class RightSideBarViewController final : public kestrix::ui::Screen {
     ui::Services services_;
     int swipedRow_ = -1;
     std::optional<DeletedRecord> deleted_;
+    FileIdentity deletedFrom_;
     platform::NotificationCenter::Subscription refills_;
 };
 

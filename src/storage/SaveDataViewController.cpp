@@ -38,7 +38,11 @@ void SaveDataViewController::viewDidLoad() {
     filed.setGrouped(true);
     filed.setEmptyText(tr("There is nothing to save: no measurement was stored since the last test record."));
     filed.setChoice([this](int row) { chooseRow(row); });
-    readMeasurements();
+    if (dao->lastOutcome().done)
+        readMeasurements();
+    else
+        readProblem_ = dao->lastOutcome().reason;  // it was waited for already
+    if (!readProblem_.empty()) filed.setEmptyText(tr("The measurements could not be read."));
     if (!readProblem_.empty())
         services_.notice.show(
             tr("The measurements could not be read: %1").arg(QString::fromStdString(readProblem_)));
@@ -213,9 +217,12 @@ void SaveDataViewController::pressSaveBack() {
 // what is there then. Who cannot save at all must get back to the live display: nothing is lost by that.
 void SaveDataViewController::tellFailure(const std::string& reason) {
     // Whoever held the database was waited for once already.
+    const std::string before = readProblem_;
     dao->setPatience(std::chrono::milliseconds(0));
     readMeasurements();
     dao->setPatience(ServiceDao::kPatience);
+    // What was read once can be tried again as it is: filing checks each of them.
+    if (!readProblem_.empty()) readProblem_ = before;
     services_.alerts.show(
         {.title = tr("Tips"),
          .text = tr("The test record was not saved: %1.\n\nIts measurements are kept, and none was filed.")

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <ostream>
 
+#include "storage/Selection.h"
 #include "tests/shell/Scenarios.h"
 #include "tests/storage/Connection.h"
 #include "tests/support/FailingVfs.h"
@@ -103,6 +104,21 @@ TEST_F(LockedAtStart, TheDisplayIsLiveWithinASecondAndRowsAreStoredOnceItIsFree)
 }
 
 // There is a file already, and neither tables nor settings.
+TEST_F(LockedAtStart, ALockLaterOnMakesNothingOfThisSessionEarlier) {
+    start();
+    press();
+    storage::Connection other(databasePath());
+    other.run("BEGIN EXCLUSIVE");
+    testing::expectWarning(kNotDone);
+    press();
+    testing::expectWarning(kNotOpened);
+    testing::expectWarning(kNotDone);
+    press();
+    expectStoredOnceFree(other);
+    EXPECT_EQ(storage::lastDataIdOfEarlierSessions, 0);
+    EXPECT_EQ(app().unsavedAtStart(), 0U);
+}
+
 TEST_F(LockedAtStart, TheTablesOfAFirstLaunchAreMadeOnceItIsFree) {
     storage::Connection other(databasePath());
     startLocked(other, "PRAGMA user_version = 1");

@@ -152,6 +152,25 @@ TEST_F(RecordListView, AFingerThatMovesUpScrollsAndDeletesNothing) {
     EXPECT_EQ(app().screens().count(), 1);
 }
 
+TEST_F(RecordListView, EveryRowIsSeenAfterOneWasDeleted) {
+    openList(40);
+    list().commitDelete(1);
+    app().notice().clear();
+    settle();
+    QQuickItem& view = item("myTableView");
+    for (double y = 0; y <= 1400; y += 200) {
+        view.setProperty("contentY", y);
+        settle();
+        for (int number = 0; number < list().array.count(); ++number) {
+            QQuickItem* made = nullptr;  // none: it is out of sight
+            QMetaObject::invokeMethod(&view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, made),
+                                      Q_ARG(int, number));
+            if (made == nullptr) continue;
+            EXPECT_EQ(made->opacity(), 1) << number << " at " << y;
+        }
+    }
+}
+
 TEST_F(RecordListView, ARowIsDeletedByKeyAndFromItsMenuAndPutBack) {
     openList(3);
     item("myTableView").forceActiveFocus(Qt::TabFocusReason);

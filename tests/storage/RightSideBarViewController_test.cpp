@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 #include "storage/Selection.h"
 #include "tests/storage/StorageFixture.h"
 #include "tests/support/TestServices.h"
@@ -157,8 +159,7 @@ TEST_F(RecordListTest, TheNoticeOfOneNeverPutsBackAnother) {
     reveal();
     list_.commitDelete(0);
     list_.commitDelete(0);
-    services_.notice.pressAction();  // that of the first, which is shown still
-    EXPECT_EQ(names(), Names{});
+    EXPECT_EQ(notice(), "\u2068House 8\u2069 was deleted") << "the offer of the first one holds no longer";
     services_.notice.pressAction();
     EXPECT_EQ(names(), Names{"House 8"});
 }
@@ -189,6 +190,20 @@ TEST_F(RecordListTest, AFailedDeleteKeepsWhatWasDeletedBeforeToBePutBack) {
     list_.btnPutBack.press();
     reveal();
     EXPECT_EQ(names(), (Names{"House 7", "House 8"}));
+}
+
+TEST_F(RecordListTest, WhatWasDeletedFromOneDatabaseIsNotPutIntoAnother) {
+    save("House 7", 1);
+    reveal();
+    list_.commitDelete(0);
+    services_.notice.clear();
+    const QString path = QString::fromStdString(path_);
+    ASSERT_TRUE(QFile::rename(path, path + QStringLiteral(".old")));
+    ASSERT_TRUE(QFile::copy(path + QStringLiteral(".old"), path));
+    list_.btnPutBack.press();
+    EXPECT_EQ(notice(), "The test record was not put back: it is of another database");
+    reveal();
+    EXPECT_EQ(names(), Names{});
 }
 
 TEST_F(RecordListTest, ARowWhoseIdentityIsAnotherRecordsByNowDeletesNothing) {

@@ -66,6 +66,23 @@ class SaveDataTest : public ::testing::Test {
             [this](const platform::Notification&) { posted_.emplace_back("NSHomeBackBg"); });
 };
 
+TEST_F(SaveDataTest, AfterALockHasGoneTheNextAttemptSaves) {
+    record(2);
+    SaveDataViewController& form = open();
+    Connection other(path_);
+    other.run("BEGIN EXCLUSIVE");
+    form.dao->setPatience(std::chrono::milliseconds(0));
+    testing::expectWarning("数据操作失败");
+    form.pressSaveBack();
+    ASSERT_TRUE(services_.alerts.isShown());
+    services_.alerts.cancel();
+    EXPECT_EQ(form.rows.count(), 2) << "it shows what it showed";
+    other.run("ROLLBACK");
+    form.pressSaveBack();
+    EXPECT_FALSE(services_.alerts.isShown()) << services_.alerts.text().toStdString();
+    EXPECT_EQ(dao_->findMeasureofId(1).size(), 2U);
+}
+
 TEST_F(SaveDataTest, ComesWithHowManyThereAreAndWhenTheyBegan) {
     record(1);
     record(2, "2015-03-02 15:00:00");
