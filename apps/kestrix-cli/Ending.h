@@ -11,6 +11,7 @@ enum ExitStatus : int { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 struct Ending {
     ExitStatus status = kDone;
     std::string line;
+    bool holdsUnread = false;  // also when nobody read what the command wrote: that was not its work
 };
 
 inline Ending done(std::string remark = {}) {

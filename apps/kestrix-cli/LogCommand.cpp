@@ -197,7 +197,12 @@ Action describeLog(CommandOptions& options) {
                    "Store what it shows every N seconds");
     options.excludeEachOther("--changes", "--every");
     options.number("--count", "N", given->count, {1, kMostSnapshots}, "End when N measurements are stored");
-    return [given](Runner& runner) { return log(runner, *given); };
+    // What is stored is its work; what it writes about it only says so.
+    return [given](Runner& runner) {
+        Ending ending = log(runner, *given);
+        ending.holdsUnread = true;
+        return ending;
+    };
 }
 
 }  // namespace

@@ -83,8 +83,8 @@ int Runner::run(const Command& command, const Action& action) {
 int Runner::end(const Ending& ending) {
     finish(output_);
     Ending told = ending;
-    if (output_.closed()) told = done();
-    if (const std::string problem = output_.problem(); !problem.empty())
+    if (output_.closed() && !ending.holdsUnread) told = done();
+    if (const std::string problem = output_.problem(); !problem.empty() && !ending.holdsUnread)
         told = failed("the output cannot be written: " + problem);
     if (!told.line.empty()) standardError().line("kestrix-cli: " + told.line);
     finish(standardError().output());

@@ -11,6 +11,7 @@
 #include "storage/ServiceDao.h"
 #include "storage/TestRecords.h"
 #include "tests/cli/Program.h"
+#include "tests/support/EventLoop.h"
 
 namespace kestrix::cli {
 namespace {
@@ -121,6 +122,18 @@ TEST_F(Log, EndsWhenItsRecordIsDeleted) {
     EXPECT_THAT(complaintsIn(program.error()), SizeIs(1)) << program.error();
     EXPECT_THAT(program.error(), HasSubstr("was deleted meanwhile, with its "));
     EXPECT_THAT(dao.findMeasureForm(true), SizeIs(0)) << "none is left without its record";
+}
+
+TEST_F(Log, GoesOnRecordingWhenItsReaderHasGoneAndStillSaysWhatFailed) {
+    Program program(log());
+    ASSERT_TRUE(program.waitForOutput(" S_1 "));
+    program.closeOutput();
+    storage::ServiceDao dao = this->dao();
+    ASSERT_TRUE(kestrix::testing::spinUntil([&dao] { return dao.findMeasureofId(1).size() >= 4; }));
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao, 1, deleted).done);
+    EXPECT_EQ(program.waitForEnd(), 1);
+    EXPECT_THAT(program.error(), HasSubstr("was deleted meanwhile, with its "));
 }
 
 TEST_F(Log, AFullDiskEndsItWithOneLineAndWhatItSaidIsThere) {
