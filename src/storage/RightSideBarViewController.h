@@ -23,6 +23,8 @@ class RightSideBarViewController final : public kestrix::ui::Screen {
 
   public:
     RightSideBarViewController(ui::ScreenId id, const ui::Services& services);
+    // Its end takes the offers to put back from the notice, which tells it.
+    ~RightSideBarViewController() override { services_.notice.disconnect(this); }
 
     void viewDidLoad() override;
     void initTableView();
