@@ -13,6 +13,7 @@
 
 #include "bench/window/BareWindow.h"
 #include "bench/window/Figures.h"
+#include "bench/window/Scrolling.h"
 #include "bench/window/WindowWithoutDisplay.h"
 #include "ui/ListModel.h"
 #include "ui/Screen.h"
@@ -25,9 +26,9 @@ namespace {
 using namespace kestrix;
 using bench::Clock;
 
-constexpr int kRows = 10'000;
-constexpr double kByFinger = 7;  // points from one picture to the next
-constexpr double kByPage = 600;  // nothing that was seen is seen again
+using bench::kByFinger;
+using bench::kByPage;
+using bench::kRows;
 
 class RowsScreen final : public ui::Screen {
   public:

@@ -11,6 +11,7 @@
 
 #include "bench/window/Application.h"
 #include "bench/window/Figures.h"
+#include "bench/window/Scrolling.h"
 #include "bench/window/WindowWithoutDisplay.h"
 #include "storage/Selection.h"
 #include "storage/Transaction.h"
@@ -21,9 +22,9 @@ namespace {
 using namespace kestrix;
 using bench::Clock;
 
-constexpr int kRows = 10'000;
-constexpr double kByFinger = 7;  // points from one picture to the next
-constexpr double kByPage = 600;  // nothing that was seen is seen again
+using bench::kByFinger;
+using bench::kByPage;
+using bench::kRows;
 
 // 10,000 test records, of which the first one has 10,000 measurements.
 void fill(const platform::DocumentsFolder& folder) {

@@ -1,20 +1,13 @@
 #include "history/HistoryCellViewController.h"
 
-#include <QCoreApplication>
-
-#include <array>
-
+#include "storage/MeasurementColumns.h"
 #include "storage/Selection.h"
 #include "ui/StageMetrics.h"
 
 namespace kestrix::history {
 namespace {
 
-constexpr std::array kRowTitles{
-    QT_TRANSLATE_NOOP("History", "Data Name"),  QT_TRANSLATE_NOOP("History", "Function"),
-    QT_TRANSLATE_NOOP("History", "Parameters"), QT_TRANSLATE_NOOP("History", "Result"),
-    QT_TRANSLATE_NOOP("History", "Date Time"),  QT_TRANSLATE_NOOP("History", "Comments")};
-
+constexpr int kRows = 6;
 constexpr double kAboveRows = 46;
 constexpr int kRowFontSize = 12;
 
@@ -56,11 +49,9 @@ void HistoryCellViewController::viewDidAppear() {
 
 void HistoryCellViewController::getMeasureData() {
     for (const storage::MeasureData& measure : dao->findMeasureofDataId(storage::selectedDataId)) {
-        const std::string* const values[] = {&measure.dataName, &measure.function, &measure.parameters,
-                                             &measure.result, &measure.dateTime};
-        int number = 0;
-        for (const std::string* value : values) setTableviewData(number++, QString::fromStdString(*value));
-        setTableviewData(number, QStringLiteral(" "));
+        QStringList values = storage::measurementTexts(measure);
+        values.last() = QStringLiteral(" ");  // the comment is not shown
+        for (int number = 0; number < kRows; ++number) setTableviewData(number, values[number]);
         setTitle(QString::fromStdString(measure.recordName));
     }
     const storage::Outcome& outcome = dao->lastOutcome();
@@ -71,13 +62,12 @@ void HistoryCellViewController::getMeasureData() {
 }
 
 void HistoryCellViewController::setTableviewData(int number, const QString& value) {
-    const QString title =
-        QCoreApplication::translate("History", kRowTitles.at(static_cast<std::size_t>(number)));
+    const QString title = storage::measurementColumns().at(number).title;
     array.append({.texts = {title, value}, .height = static_cast<double>(rowHeight()), .mark = {}});
 }
 
 int HistoryCellViewController::rowHeight() {
-    const double height = (ui::StageMetrics::shared().height() - kAboveRows) / kRowTitles.size();
+    const double height = (ui::StageMetrics::shared().height() - kAboveRows) / kRows;
     return QString::asprintf("%0.0f", height).toInt();
 }
 

@@ -85,15 +85,15 @@ void SidebarViewController::moveAnimationWithDirection(std::int32_t direction,
     if (direction == kClosed) target_ = 0;
     if (direction == kLeft) target_ = kSlideDistance;
     if (direction == kRight) target_ = -kSlideDistance;
-    const bool moves = sliding_ || target_ != currentTranslate_;
-    sliding_ = moves && duration.count() > 0;
+    const bool moves = isSliding() || target_ != currentTranslate_;
+    slideDuration_ = moves ? duration : std::chrono::milliseconds(0);
     Q_EMIT stateChanged();
     Q_EMIT slideBegan();
-    if (!sliding_) slid();
+    if (!isSliding()) slid();
 }
 
 void SidebarViewController::slid() {
-    sliding_ = false;
+    slideDuration_ = std::chrono::milliseconds(0);
     userInteraction_ = true;
     sideBarShowing_ = direction_ != kClosed;
     tapGestureRecognizer_ = false;
@@ -154,7 +154,7 @@ live::MainViewController* SidebarViewController::mainView() const {
 
 // A side bar that is covered by the content is not seen; the content always is, if only its edge.
 void SidebarViewController::updateCovered() {
-    const bool uncovered = sliding_ || currentTranslate_ != 0;
+    const bool uncovered = isSliding() || currentTranslate_ != 0;
     if (left_) left_->setCovered(isCovered() || !uncovered || rightInFront_);
     if (right_) right_->setCovered(isCovered() || !uncovered || !rightInFront_);
     if (current_ != nullptr) current_->setCovered(isCovered());

@@ -27,7 +27,7 @@ class SidebarViewController final : public kestrix::ui::Screen,
     Q_PROPERTY(kestrix::shell::LeftSideBarViewController* leftSideBar READ leftSideBar CONSTANT FINAL)
     Q_PROPERTY(kestrix::ui::Screen* rightSideBar READ rightSideBar CONSTANT FINAL)
     Q_PROPERTY(double target READ target NOTIFY slideBegan FINAL)
-    Q_PROPERTY(int slideDuration READ slideDuration CONSTANT FINAL)
+    Q_PROPERTY(int slideDuration READ slideDuration NOTIFY slideBegan FINAL)
     Q_PROPERTY(bool userInteraction READ isUserInteractionEnabled NOTIFY stateChanged FINAL)
     Q_PROPERTY(bool sideBarShowing READ sideBarShowing NOTIFY stateChanged FINAL)
     Q_PROPERTY(bool tapCloses READ hasTapGestureRecognizer NOTIFY stateChanged FINAL)
@@ -98,9 +98,10 @@ class SidebarViewController final : public kestrix::ui::Screen,
     void stateChanged();
 
   private:
-    int slideDuration() const { return static_cast<int>(services_.slideDuration.count()); }
+    int slideDuration() const { return static_cast<int>(slideDuration_.count()); }
     LeftSideBarViewController* leftSideBar() const { return left_.get(); }
     ui::Screen* rightSideBar() const { return right_.get(); }
+    bool isSliding() const { return slideDuration_.count() > 0; }
     void updateCovered();
     void presentWhenAsked(std::string_view name, void (SidebarViewController::*press)());
 
@@ -113,8 +114,8 @@ class SidebarViewController final : public kestrix::ui::Screen,
     bool tapGestureRecognizer_ = false;
     bool panGestureReconginzer_ = false;
     bool rightInFront_ = false;
-    bool sliding_ = false;
-    std::int32_t direction_ = kClosed;  // of the slide that runs, or of the last one
+    std::chrono::milliseconds slideDuration_{0};  // of the slide that runs; 0: none does
+    std::int32_t direction_ = kClosed;            // of the slide that runs, or of the last one
     double target_ = 0;
     double currentTranslate_ = 0;
     std::vector<platform::NotificationCenter::Subscription> subscriptions_;

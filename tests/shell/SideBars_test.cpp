@@ -58,6 +58,15 @@ TEST_F(SideBars, TheRightButtonSlidesTheContentAsideIn300Milliseconds) {
     EXPECT_TRUE(container().sideBarShowing());
 }
 
+TEST_F(SideBars, WhatMovesNothingAndWhatTakesNoTimeIsOverInTheViewAsWell) {
+    testing::StepDriver clock;
+    openWithReading();
+    show(3);
+    EXPECT_FALSE(isShown("navBackView")) << "nothing slides";
+    container().moveAnimationWithDirection(2, std::chrono::milliseconds(0));
+    EXPECT_EQ(contentX(), -270);
+}
+
 TEST_F(SideBars, ATapOnWhatIsLeftOfTheContentSlidesItBack) {
     testing::StepDriver clock;
     openWithReading();
