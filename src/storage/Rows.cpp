@@ -8,12 +8,14 @@
 namespace kestrix::storage {
 namespace {
 
-std::string text(sqlite3_stmt* statement, int column) {
+// Into the text that is there, whose memory it may already have.
+void readText(sqlite3_stmt* statement, int column, std::string& text) {
     // The text before its length: the length is that of the last conversion.
     const void* bytes = sqlite3_column_text(statement, column);
-    if (bytes == nullptr) return {};
-    return {static_cast<const char*>(bytes),
-            static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
+    text.clear();
+    if (bytes == nullptr) return;
+    text.assign(static_cast<const char*>(bytes),
+                static_cast<std::size_t>(sqlite3_column_bytes(statement, column)));
 }
 
 template <class Row>
@@ -44,13 +46,13 @@ constexpr std::array<TextColumn<RecordData>, 8> kRecordTexts{{{1, &RecordData::c
 void readRow(sqlite3_stmt* statement, MeasureData& measure) {
     measure.dataId = sqlite3_column_int64(statement, 0);
     measure.recordId = sqlite3_column_int64(statement, 1);
-    for (const auto& [column, field] : kMeasureTexts) measure.*field = text(statement, column);
+    for (const auto& [column, field] : kMeasureTexts) readText(statement, column, measure.*field);
 }
 
 void readRow(sqlite3_stmt* statement, RecordData& record) {
     record.recordId = sqlite3_column_int64(statement, 0);
     record.samples = sqlite3_column_int64(statement, 7);
-    for (const auto& [column, field] : kRecordTexts) record.*field = text(statement, column);
+    for (const auto& [column, field] : kRecordTexts) readText(statement, column, record.*field);
 }
 
 }  // namespace kestrix::storage

@@ -139,15 +139,19 @@ void ServiceDao::query(const StatementText& text, const Read& read) {
     if (open == nullptr) return;
     const Statement statement = prepared(open, text);
     int status = statement ? SQLITE_ROW : SQLITE_ERROR;
-    while (statement && (status = sqlite3_step(statement.get())) == SQLITE_ROW) read(statement.get());
-    outcome_ = status == SQLITE_DONE ? Outcome{} : failureOf(open, path_);
+    bool wanted = true;
+    while (statement && wanted && (status = sqlite3_step(statement.get())) == SQLITE_ROW)
+        wanted = read(statement.get());
+    outcome_ = status == SQLITE_DONE || !wanted ? Outcome{} : failureOf(open, path_);
 }
 
 template <class Row, class... Values>
 std::vector<Row> ServiceDao::rows(std::string_view text, const Values&... values) {
     std::vector<Row> found;
-    query(statementText(text, {values...}),
-          [&found](sqlite3_stmt* statement) { readRow(statement, found.emplace_back()); });
+    query(statementText(text, {values...}), [&found](sqlite3_stmt* statement) {
+        readRow(statement, found.emplace_back());
+        return true;
+    });
     return found;
 }
 
@@ -230,7 +234,7 @@ std::vector<RecordData> ServiceDao::findRecordForm() {
 
 int ServiceDao::findRecordFormCount() {
     int count = 0;
-    query(statementText(kAllRecords, {}), [&count](sqlite3_stmt*) { ++count; });
+    query(statementText(kAllRecords, {}), [&count](sqlite3_stmt*) { return ++count > 0; });
     return count;
 }
 
@@ -240,6 +244,15 @@ std::vector<MeasureData> ServiceDao::findMeasureForm(bool all) {
 
 std::vector<MeasureData> ServiceDao::findMeasureofId(std::int64_t recordId) {
     return rows<MeasureData>(kMeasuresOfRecord, recordId);
+}
+
+void ServiceDao::eachMeasureofId(std::int64_t recordId,
+                                 const std::function<bool(const MeasureData&)>& visit) {
+    MeasureData measure;
+    query(statementText(kMeasuresOfRecord, {recordId}), [&](sqlite3_stmt* statement) {
+        readRow(statement, measure);
+        return visit(measure);
+    });
 }
 
 std::vector<MeasureData> ServiceDao::findMeasureofDataId(std::int64_t dataId) {

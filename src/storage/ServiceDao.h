@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,6 +71,10 @@ class ServiceDao {
     // all: every measurement; otherwise those that belong to no record yet (an empty recordName).
     std::vector<MeasureData> findMeasureForm(bool all);
     std::vector<MeasureData> findMeasureofId(std::int64_t recordId);
+    // The same rows, one by one and without keeping them, until the visitor answers false. What it is handed
+    // is its own only until it returns. Until the walk ends nobody can write to the database: it must not
+    // wait.
+    void eachMeasureofId(std::int64_t recordId, const std::function<bool(const MeasureData&)>& visit);
     // None or one.
     std::vector<MeasureData> findMeasureofDataId(std::int64_t dataId);
     std::vector<RecordData> findRecordofId(std::int64_t recordId);
@@ -90,7 +95,7 @@ class ServiceDao {
     void execSql(const std::string& sql);
 
     // What came of the last operation, told after every one: it is done, or the reason why not. A query is
-    // done when it gave every row that there is; an update when there was such a row.
+    // done when it gave every row that there is, or that was wanted; an update when there was such a row.
     const Outcome& lastOutcome() const { return outcome_; }
 
   private:
@@ -111,7 +116,7 @@ class ServiceDao {
     bool run(const char* sql);
     void runInsert(const char* sql);
     void runDelete(std::string_view text, std::int64_t id);
-    // Hands each row that the statement stands on to `read`, and tells the outcome.
+    // Hands each row that the statement stands on to `read` until that answers false, and tells the outcome.
     template <class Read>
     void query(const StatementText& text, const Read& read);
     template <class Row, class... Values>

@@ -1,0 +1,28 @@
+#include "history/ExportedRecord.h"
+
+#include <utility>
+
+namespace kestrix::history {
+
+storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recordId, ExportedRecord& found) {
+    std::vector<storage::RecordData> records = dao.findRecordofId(recordId);
+    if (!dao.lastOutcome().done) return dao.lastOutcome();
+    found.record.reset();
+    if (!records.empty()) found.record = std::move(records.back());
+    found.measurements = [&dao, recordId](const MeasureVisitor& visit) {
+        dao.eachMeasureofId(recordId, visit);
+        return dao.lastOutcome();
+    };
+    return {};
+}
+
+MeasureSource measurementsIn(const std::vector<storage::MeasureData>& measurements) {
+    return [&measurements](const MeasureVisitor& visit) {
+        for (const storage::MeasureData& measure : measurements) {
+            if (!visit(measure)) break;
+        }
+        return storage::Outcome{};
+    };
+}
+
+}  // namespace kestrix::history

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "storage/MeasureData.h"
+#include "storage/Outcome.h"
+#include "storage/RecordData.h"
+#include "storage/ServiceDao.h"
+
+namespace kestrix::history {
+
+// Hands each measurement to the visitor, by ascending identity, until that answers false, and answers whether
+// all could be read. May be asked several times.
+using MeasureVisitor = std::function<bool(const storage::MeasureData&)>;
+using MeasureSource = std::function<storage::Outcome(const MeasureVisitor&)>;
+
+// Takes the next bytes of a file; answers whether it could. After a failure it is not asked again.
+using ExportSink = std::function<storage::Outcome(std::string_view bytes)>;
+
+// What is exported.
+struct ExportedRecord {
+    std::optional<storage::RecordData> record;  // none: it was not found; its measurements may be there
+    MeasureSource measurements;
+    std::string timeStamp;  // of this export, 14 digits: names its file, and stands for "%@" in the text
+};
+
+// The record of this identity as the database has it, of several the last one; its measurements are read
+// whenever they are asked for, one by one, and meanwhile nobody can write to the database: a sink behind them
+// must not wait for a reader. The ServiceDao outlives it. Fails when the record cannot be looked for.
+storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recordId, ExportedRecord& found);
+
+// Measurements that are in memory already; they outlive the source.
+MeasureSource measurementsIn(const std::vector<storage::MeasureData>& measurements);
+
+}  // namespace kestrix::history

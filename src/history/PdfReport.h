@@ -1,0 +1,15 @@
+#pragma once
+
+#include "history/Export.h"
+
+namespace kestrix::history {
+
+// The report: a PDF of one page as ReportLayout.h lays it out, in Liberation Sans, with texts that can be
+// selected and searched. What that font lacks (Chinese, say) is drawn in another installed one; characters
+// that none has are named in one log line for the whole report. Line feeds, tabs and their like are drawn as
+// blanks. Needs a QGuiApplication; Qt's platform "offscreen" will do. The rows are kept in memory.
+storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink);
+
+extern const ExportFormat kPdfFormat;
+
+}  // namespace kestrix::history
