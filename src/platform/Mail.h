@@ -59,16 +59,17 @@ class MailTransport {
     using Progress = std::function<void(std::uint64_t sentBytes, std::uint64_t allBytes)>;
     using Ended = std::function<void(const MailReport&)>;
 
-    // Cancels what is on its way, and waits for that; nothing is called any more.
+    // Cancels what is on its way and waits for that, a second at the most; nothing is called any more.
     virtual ~MailTransport() = default;
 
-    // One at a time. Both calls come from the event loop of this thread, never from inside a call of this
+    // One at a time; a second one fails. The message's addresses and the server are checked first, and fail
+    // with their line. Both calls come from the event loop of this thread, never from inside a call of this
     // object; `ended` comes once. It may send the next one or destroy this object.
     virtual void send(MailOrder order, Progress progress, Ended ended) = 0;
     // What is on its way ends as Cancelled, unless the server has accepted it already. Nothing without one.
     virtual void cancel() = 0;
     // The message as it would be sent, for a file (.eml): headers, body and attachment, lines ending in CR
-    // LF.
+    // LF. What is no address stands in it as a text that no program sends to.
     virtual std::string text(const MailMessage& message) const = 0;
 };
 
