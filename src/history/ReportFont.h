@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+
+#include <map>
+#include <set>
+#include <string_view>
+
+class QPaintDevice;
+
+namespace kestrix::history {
+
+// The font of one report, and what it cannot show.
+class ReportFont {
+  public:
+    struct Size {
+        QFont font;
+        double ascent = 0;  // of the text's top above its base line, in dots
+    };
+
+    // dots: of the device, a point.
+    ReportFont(QPaintDevice& device, int dots) : device_(device), dots_(dots) {}
+
+    // points: how large it is.
+    const Size& ofSize(int points);
+
+    // The text as it is drawn: what moves a printer's head (line feed, tab) is a blank. Notes the characters
+    // that no installed font has. text: UTF-8.
+    QString drawable(std::string_view text);
+
+    // One line in the log that names them, when there are any.
+    void reportMissing() const;
+
+  private:
+    void note(char32_t character);
+    bool canShow(char32_t character);
+
+    QPaintDevice& device_;
+    int dots_;
+    std::map<int, Size> sizes_;
+    std::set<char32_t> seen_;  // those beyond ASCII
+    std::set<char32_t> missing_;
+};
+
+}  // namespace kestrix::history
