@@ -280,6 +280,8 @@ TEST(PdfReport, FieldsKeepTheirOrderBesideWritingFromRightToLeft) {
     const std::string line = lineAt(words, 86);
     EXPECT_TRUE(line.starts_with("17 S_1 Low Ohm 200mA ")) << line;
     EXPECT_TRUE(line.ends_with(" 2024-06-03 09:08:07")) << line;
+    // What keeps them there has no place in the file.
+    for (const Word& word : words) EXPECT_THAT(word.text, Not(HasSubstr("\u200E")));
 }
 
 TEST(PdfReport, ASinkThatFailsIsTheReason) {

@@ -9,7 +9,6 @@
 
 #include "storage/TestRecords.h"
 #include "tests/history/Exported.h"
-#include "tests/support/ProcessState.h"
 
 namespace kestrix::history {
 namespace {
@@ -202,33 +201,6 @@ TEST(TextExport, MeasurementsThatCannotBeReadAreToldAsTheReason) {
     };
     const storage::Outcome outcome = writeText(record, [](std::string_view) { return storage::Outcome{}; });
     EXPECT_EQ(outcome.reason, "another program holds the database");
-}
-
-// A million lines from a source that keeps none, into a sink that keeps none.
-TEST(TextExport, NeedsNoMoreMemoryForMoreLines) {
-    const auto mostBytes = [](int lines) {
-        const storage::MeasureData measure = measureWith("199.9MΩ,528V 50%%");
-        const MeasureSource source = [&](const MeasureVisitor& visit) {
-            for (int i = 0; i < lines && visit(measure); ++i) {
-            }
-            return storage::Outcome{};
-        };
-        const std::size_t before = testing::allocatedBytes();
-        std::size_t most = 0;
-        std::size_t bytes = 0;
-        const storage::Outcome outcome =
-            writeText({std::nullopt, source, kStamp}, [&](std::string_view piece) {
-                bytes += piece.size();
-                most = std::max(most, testing::allocatedBytes() - before);
-                return storage::Outcome{};
-            });
-        EXPECT_TRUE(outcome.done);
-        EXPECT_GT(bytes, static_cast<std::size_t>(lines) * 100);
-        return most;
-    };
-    const std::size_t few = mostBytes(10'000);
-    EXPECT_GT(few, 32U * 1024) << "what is measured is not nothing";
-    EXPECT_LE(mostBytes(1'000'000), few + 16 * 1024);
 }
 
 }  // namespace
