@@ -48,13 +48,10 @@ inline constexpr std::array<ExportColumn<storage::MeasureData>, 8> kMeasureColum
 // "2026-03-04 05:06:07" as ISO 8601 writes it, "2026-03-04T05:06:07". What is no such time is left as it is.
 std::string isoTime(std::string_view text);
 
-// What the column holds, as UTF-8: bytes that are none become U+FFFD. Of a column with a text.
-template <class Row>
-std::string exportedText(const ExportColumn<Row>& column, const Row& row);
-
 // The text with U+FFFD for what is no UTF-8.
 std::string validUtf8(std::string_view text);
 
+// What the column holds, as UTF-8. Of a column with a text.
 template <class Row>
 std::string exportedText(const ExportColumn<Row>& column, const Row& row) {
     const std::string& text = row.*column.text;

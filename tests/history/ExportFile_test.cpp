@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,9 +10,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <csignal>
-
-#include "tests/support/LogExpectations.h"
+#include "tests/history/NearlyFullDisk.h"
 #include "tests/support/ProcessState.h"
 
 namespace kestrix::history {
@@ -23,27 +20,6 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 constexpr const char* kName = "20260304050607.csv";
-
-// While it lives, no file can grow beyond so many bytes, as on a full disk.
-class NearlyFullDisk {
-  public:
-    explicit NearlyFullDisk(rlim_t bytes) : signalBefore_(std::signal(SIGXFSZ, SIG_IGN)) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        rlimit limit = before_;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    NearlyFullDisk(const NearlyFullDisk&) = delete;
-    NearlyFullDisk& operator=(const NearlyFullDisk&) = delete;
-    ~NearlyFullDisk() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signalBefore_);
-    }
-
-  private:
-    rlimit before_{};
-    void (*signalBefore_)(int);
-};
 
 // While it lives, the superuser has the rights of somebody else.
 class AsSomebody {

@@ -10,6 +10,7 @@
 #include "history/ExportLines.h"
 #include "history/ReportLayout.h"
 #include "tests/history/Exported.h"
+#include "tests/history/NearlyFullDisk.h"
 #include "tests/history/OtherReaders.h"
 #include "tests/support/LogExpectations.h"
 
@@ -306,17 +307,43 @@ TEST(PdfReport, MeasurementsThatCannotBeReadAreTheReason) {
     EXPECT_EQ(asked, 0);
 }
 
-TEST(PdfReport, IntoTheFolderItHasItsExtension) {
-    const QTemporaryDir folder;
+class ReportFile : public ::testing::Test {
+  protected:
+    QTemporaryDir temporary_;
+    platform::DocumentsFolder folder_{temporary_.path()};
+
+    QStringList names() const { return QDir(folder_.path()).entryList(QDir::Files); }
+};
+
+TEST_F(ReportFile, ItIsAWholePdfNamedByItsSecond) {
     const auto all = measurements(1);
-    const ExportedFile file =
-        exportIntoFolder(exportOf(all), kPdfFormat, platform::DocumentsFolder(folder.path()));
+    const ExportedFile file = exportIntoFolder(exportOf(all), kPdfFormat, folder_);
     EXPECT_TRUE(file.outcome.done);
-    EXPECT_TRUE(file.path.endsWith(QStringLiteral("/20260304050607.pdf")));
-    QFile written(file.path);
-    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
-    const QByteArray bytes = written.readAll();
+    EXPECT_EQ(names(), QStringList(QStringLiteral("20260304050607.pdf")));
+    QFile pdf(file.path);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    const QByteArray bytes = pdf.readAll();
     EXPECT_TRUE(bytes.startsWith("%PDF-") && bytes.trimmed().endsWith("%%EOF"));
+}
+
+TEST_F(ReportFile, TheSecondReportOfASecondReplacesTheFirst) {
+    const auto many = measurements(40);
+    const auto one = measurements(1);
+    ASSERT_TRUE(exportIntoFolder(exportOf(many), kPdfFormat, folder_).outcome.done);
+    const ExportedFile second = exportIntoFolder(exportOf(one), kPdfFormat, folder_);
+    EXPECT_EQ(names().size(), 1);
+    QFile pdf(second.path);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_EQ(pageSize(pdf.readAll().toStdString()), "612 x 792");
+}
+
+TEST_F(ReportFile, AFullDiskIsToldAndLeavesNoHalfReport) {
+    const auto all = measurements(40);
+    testing::expectWarning("the test record was not exported: the disk is full");
+    const NearlyFullDisk disk(1000);
+    EXPECT_THAT(exportIntoFolder(exportOf(all), kPdfFormat, folder_).outcome.reason,
+                ::testing::StartsWith("the disk is full"));
+    EXPECT_EQ(names(), QStringList());
 }
 
 }  // namespace
