@@ -69,15 +69,16 @@ class ExportFile {
         if (::fstat(file_, &state) != 0) return fail(errno);
         if (!S_ISREG(state.st_mode) || state.st_nlink != 1) return fail(kNotItsOwn);
         mine_ = true;
-        if (::fchmod(file_, kOwnersAlone) != 0 || ::ftruncate(file_, 0) != 0) fail(errno);
+        ::fchmod(file_, kOwnersAlone);  // where the file system knows rights
+        if (::ftruncate(file_, 0) != 0) fail(errno);
     }
 
     storage::Outcome write(std::string_view bytes) {
         while (outcome_.done && !bytes.empty()) {
             const ssize_t count = ::write(file_, bytes.data(), bytes.size());
             if (count < 0 && errno == EINTR) continue;
-            if (count < 0)
-                fail(errno);
+            if (count <= 0)
+                fail(count < 0 ? errno : ENOSPC);
             else
                 bytes.remove_prefix(static_cast<std::size_t>(count));
         }

@@ -31,7 +31,8 @@ struct ExportedRecord {
 
 // The record of this identity as the database has it, of several the last one; its measurements are read
 // whenever they are asked for, one by one, and meanwhile nobody can write to the database: a sink behind them
-// must not wait for a reader. The ServiceDao outlives it. Fails when the record cannot be looked for.
+// must not wait for a reader. The time stamp is left to the caller. The ServiceDao outlives it. Fails when
+// the record cannot be looked for.
 storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recordId, ExportedRecord& found);
 
 // Measurements that are in memory already; they outlive the source.

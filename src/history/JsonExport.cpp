@@ -10,6 +10,11 @@
 namespace kestrix::history {
 namespace {
 
+// Never throws, whatever the library takes for valid.
+std::string quoted(const std::string& text) {
+    return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
 // "name":value for each column, with commas between them.
 template <class Row, std::size_t count>
 void appendFields(std::string& json, const std::array<ExportColumn<Row>, count>& columns, const Row& row) {
@@ -17,8 +22,8 @@ void appendFields(std::string& json, const std::array<ExportColumn<Row>, count>&
     for (const ExportColumn<Row>& column : columns) {
         ((json += std::exchange(comma, ",")) += '"') += column.name;
         json += "\":";
-        json += column.text != nullptr ? nlohmann::json(exportedText(column, row)).dump()
-                                       : std::to_string(row.*column.number);
+        json +=
+            column.text != nullptr ? quoted(exportedText(column, row)) : std::to_string(row.*column.number);
     }
 }
 

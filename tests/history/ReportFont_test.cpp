@@ -41,7 +41,7 @@ TEST_F(ReportFonts, WhatMovesThePrintersHeadIsABlank) {
 }
 
 TEST_F(ReportFonts, WhatHasNoPictureIsNotMissing) {
-    font_.drawable("\u200D\u200E\uFE0F\u00AD\u2003\u3000\U000E0101");
+    font_.drawable("e\u0301\u200D\u200E\uFE0F\u00AD\u2003\u3000\U000E0101");
     font_.reportMissing();
 }
 
