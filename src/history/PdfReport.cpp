@@ -8,11 +8,9 @@
 #include <QPdfWriter>
 
 #include <string>
-#include <utility>
 
 #include "history/ExportColumns.h"
 #include "history/ExportLines.h"
-#include "history/ExportLog.h"
 #include "history/ExportPieces.h"
 #include "history/ReportFont.h"
 #include "history/ReportLayout.h"

@@ -25,6 +25,12 @@ bool isBlankWhenDrawn(QChar character) {
            category == QChar::Separator_Paragraph;
 }
 
+// Embeddings, overrides and isolates: what turns the characters behind it round.
+bool turnsCharactersRound(QChar character) {
+    return (character >= QChar(0x202A) && character <= QChar(0x202E)) ||
+           (character >= QChar(0x2066) && character <= QChar(0x2069));
+}
+
 // Joiners, directions and selectors of a variant have none of their own.
 bool hasPicture(char32_t character) {
     switch (QChar::category(character)) {
@@ -71,6 +77,7 @@ QString ReportFont::drawable(std::string_view text) {
     const auto plain = [](QChar c) { return c >= QChar(' ') && c <= QChar('~'); };
     if (std::all_of(drawn.cbegin(), drawn.cend(), plain)) return drawn;
     std::replace_if(drawn.begin(), drawn.end(), isBlankWhenDrawn, QChar(' '));
+    drawn.removeIf(turnsCharactersRound);
     bool leftwards = false;
     for (const uint character : drawn.toUcs4()) {
         if (character <= '~') continue;

@@ -25,8 +25,9 @@ class ReportFont {
     // points: how large it is.
     const Size& ofSize(int points);
 
-    // The text as it is drawn: what moves a printer's head (line feed, tab) is a blank. Notes the characters
-    // that no installed font has. text: UTF-8.
+    // The text as it is drawn: what moves a printer's head (line feed, tab) is a blank; what turns the
+    // characters behind it round, figures too, is left out. Notes the characters that no installed font has.
+    // text: UTF-8.
     QString drawable(std::string_view text);
 
     // One line in the log that names them, when there are any.

@@ -40,6 +40,15 @@ TEST_F(ReportFonts, WhatMovesThePrintersHeadIsABlank) {
               QStringLiteral("a b c d e f g h i"));
 }
 
+// A field must not turn the figures of those behind it round.
+TEST_F(ReportFonts, WhatTurnsCharactersRoundIsLeftOut) {
+    EXPECT_EQ(font_.drawable("a\u202E"
+                             "186.4\u202C\u2066"
+                             "b\u2069\u202D"
+                             "c"),
+              QStringLiteral("a186.4bc"));
+}
+
 TEST_F(ReportFonts, WhatHasNoPictureIsNotMissing) {
     font_.drawable("e\u0301\u200D\u200E\uFE0F\u00AD\u2003\u3000\U000E0101");
     font_.reportMissing();
