@@ -1,7 +1,8 @@
 #include "platform/SmtpProblem.h"
 
+#include <QString>
+
 #include <cerrno>
-#include <cstring>
 #include <string_view>
 
 #include "platform/MailSettings.h"
@@ -49,7 +50,7 @@ std::string noConnection(const SmtpFailure& failure, const MailServer& server) {
         default:
             return "no connection to " + server.host + port +
                    (failure.systemError != 0
-                        ? std::string(": ") + std::strerror(static_cast<int>(failure.systemError))
+                        ? ": " + qt_error_string(static_cast<int>(failure.systemError)).toStdString()
                         : std::string());
     }
 }

@@ -19,20 +19,6 @@
 namespace kestrix::platform {
 namespace {
 
-bool isLoopbackAddress(const sockaddr& address) {
-    if (address.sa_family == AF_INET) {
-        sockaddr_in four{};
-        std::memcpy(&four, &address, sizeof four);
-        return ntohl(four.sin_addr.s_addr) >> 24U == IN_LOOPBACKNET;
-    }
-    if (address.sa_family == AF_INET6) {
-        sockaddr_in6 six{};
-        std::memcpy(&six, &address, sizeof six);
-        return IN6_IS_ADDR_LOOPBACK(&six.sin6_addr);
-    }
-    return false;
-}
-
 // What the library's callbacks share.
 struct Transfer {
     const std::string& text;
@@ -151,6 +137,20 @@ void setTransfer(CURL* easy, Transfer& transfer) {
 }
 
 }  // namespace
+
+bool isLoopbackAddress(const sockaddr& address) {
+    if (address.sa_family == AF_INET) {
+        sockaddr_in four{};
+        std::memcpy(&four, &address, sizeof four);
+        return ntohl(four.sin_addr.s_addr) >> 24U == IN_LOOPBACKNET;
+    }
+    if (address.sa_family == AF_INET6) {
+        sockaddr_in6 six{};
+        std::memcpy(&six, &address, sizeof six);
+        return IN6_IS_ADDR_LOOPBACK(&six.sin6_addr);
+    }
+    return false;
+}
 
 void SmtpCancellation::cancel() {
     const std::lock_guard lock(mutex_);

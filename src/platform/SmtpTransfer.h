@@ -11,6 +11,8 @@
 
 #include "platform/Mail.h"
 
+struct sockaddr;
+
 namespace kestrix::platform {
 
 struct SmtpLimits {
@@ -34,6 +36,10 @@ class SmtpCancellation {
     std::mutex mutex_;
     std::set<int> sockets_;
 };
+
+// Whether a connection to this address stays on this machine. Where nothing need be encrypted it is asked of
+// each address that the server's name leads to.
+bool isLoopbackAddress(const sockaddr& address);
 
 // Brings a message, as it stands on the wire, to its server. It blocks. order.message needs addresses only.
 // moved: how many bytes have gone, in between. No signal may reach the thread: a connection that has ended

@@ -17,6 +17,9 @@ namespace {
 // A window that closes waits no longer for a thread that nothing can interrupt.
 constexpr std::chrono::milliseconds kPatience{700};
 
+// Far beyond what any server takes, and far below what GLib's arrays hold.
+constexpr std::size_t kLargestAttachment = std::size_t{1} << 30U;
+
 std::string orderProblem(const MailOrder& order) {
     if (std::string problem = mailAddressProblem(order.message.from, "sender"); !problem.empty())
         return problem;
@@ -24,6 +27,8 @@ std::string orderProblem(const MailOrder& order) {
     if (std::string problem = mailServerProblem(order.server); !problem.empty()) return problem;
     if (order.password.find('\0') != std::string::npos)
         return "the password has a character that cannot be sent";
+    if (order.message.attachment && order.message.attachment->content.size() > kLargestAttachment)
+        return "the file is too large for a mail";
     return {};
 }
 

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -96,6 +99,28 @@ TEST_F(MailEncryption, NeitherNameNorPasswordNorMailGoesInTheClearToAnotherMachi
          {std::string("AUTH"), std::string("MAIL"), std::string(kMailPassword), std::string(kMailUser),
           base64(std::string(1, '\0') + kMailUser + std::string(1, '\0') + kMailPassword), base64(kMailUser)})
         EXPECT_THAT(heard, Not(HasSubstr(secret)));
+}
+
+// The library knows what "localhost" is, so no name can be made to lead elsewhere here.
+TEST(MailLoopback, OnlyAddressesOfThisMachineAreOnIt) {
+    const auto four = [](const char* text) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        EXPECT_EQ(inet_pton(AF_INET, text, &address.sin_addr), 1);
+        return isLoopbackAddress(reinterpret_cast<const sockaddr&>(address));
+    };
+    const auto six = [](const char* text) {
+        sockaddr_in6 address{};
+        address.sin6_family = AF_INET6;
+        EXPECT_EQ(inet_pton(AF_INET6, text, &address.sin6_addr), 1);
+        return isLoopbackAddress(reinterpret_cast<const sockaddr&>(address));
+    };
+    EXPECT_TRUE(four("127.0.0.1") && four("127.255.255.254") && six("::1"));
+    EXPECT_FALSE(four("0.0.0.0") || four("128.0.0.1") || four("192.0.2.1"));
+    EXPECT_FALSE(six("::") || six("2001:db8::1") || six("::ffff:192.0.2.1"));
+    sockaddr local{};
+    local.sa_family = AF_UNIX;
+    EXPECT_FALSE(isLoopbackAddress(local));
 }
 
 TEST_F(MailEncryption, OnTheLoopbackALoginNeedsNone) {
