@@ -47,9 +47,16 @@ endfunction()
 # framework and into making quick what runs once.
 function(_kestrix_read_quickly target)
   target_precompile_headers(${target} REUSE_FROM kestrix_test_headers)
-  if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  if(KESTRIX_SANITIZE)
+    _kestrix_instrument_little(${target})
+  elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
     target_compile_options(${target} PRIVATE -O1)
   endif()
+endfunction()
+
+# The sanitizers look for faults of what is tested. In the tests themselves they take most of the compiler's time.
+function(_kestrix_instrument_little target)
+  target_compile_options(${target} PRIVATE -O0 -fno-sanitize=undefined)
 endfunction()
 
 # kestrix_test(NAME [GUI] [ONE_PROCESS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
