@@ -9,6 +9,11 @@ namespace kestrix::ui {
 namespace {
 
 constexpr QChar kZeroWidthSpace(0x200B);
+
+bool isMark(QChar character) {
+    constexpr QChar kWordJoiner(0x2060);
+    return character == kZeroWidthSpace || character == kWordJoiner;
+}
 constexpr qsizetype kLongest = 512;  // a longer one is laid out
 // What rounding may make of the width of a line, in points.
 constexpr double kUncertain = 0.6;
@@ -41,7 +46,7 @@ class Lines {
 }  // namespace
 
 float LineEstimate::widthOf(QChar character) {
-    if (character == kZeroWidthSpace) return 0;
+    if (isMark(character)) return 0;
     if (character.unicode() >= kPlainEnd) return -1;
     float& width = widths_[character.unicode()];
     if (width == 0) {
@@ -54,7 +59,7 @@ float LineEstimate::widthOf(QChar character) {
 }
 
 float LineEstimate::kerningOf(QChar left, QChar right) {
-    if (left == kZeroWidthSpace || right == kZeroWidthSpace) return 0;
+    if (isMark(left) || isMark(right)) return 0;
     const std::uint32_t pair = static_cast<std::uint32_t>(left.unicode()) << 16U | right.unicode();
     const auto known = kernings_.constFind(pair);
     if (known != kernings_.cend()) return *known;

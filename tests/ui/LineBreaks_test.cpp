@@ -5,15 +5,15 @@
 namespace kestrix::ui {
 namespace {
 
-// A place to break is written | here.
+// A place to break is written | here, and one where no line may break ^.
 QString marked(const QString& text) {
-    return withLineBreaks(text).replace(QChar(0x200B), u'|');
+    return withLineBreaks(text).replace(QChar(0x200B), u'|').replace(QChar(0x2060), u'^');
 }
 
 TEST(LineBreaks, ALineMayBreakBehindEveryComma) {
     EXPECT_EQ(marked(QStringLiteral("IΔn=30mA,Type Of RCD=AC-G,Mode=x1")),
               QStringLiteral("IΔn=30mA,|Type Of RCD=AC-G,|Mode=x1"));
-    EXPECT_EQ(marked(QStringLiteral("8.8ms,,L-PE=1V;N")), QStringLiteral("8.8ms,|,|L-PE=1V;|N"));
+    EXPECT_EQ(marked(QStringLiteral("8.8ms,,L-PE=1V;N")), QStringLiteral("8.8ms,|,|L-^PE=1V;|N"));
 }
 
 TEST(LineBreaks, WhereALineMayBreakAnywayNothingIsAdded) {
@@ -23,9 +23,15 @@ TEST(LineBreaks, WhereALineMayBreakAnywayNothingIsAdded) {
     EXPECT_TRUE(withLineBreaks({}).isEmpty());
 }
 
+TEST(LineBreaks, NoLineEndsBehindTheHyphenOfAWiresName) {
+    EXPECT_EQ(marked(QStringLiteral("L-PE=230V,N-PE=0V,L-N=230V")),
+              QStringLiteral("L-^PE=230V,|N-^PE=0V,|L-^N=230V"));
+    EXPECT_EQ(marked(QStringLiteral("AC-G no-trip 4-5 -1 x1-2")), QStringLiteral("AC-G no-trip 4-5 -1 x1-2"));
+}
+
 TEST(LineBreaks, TheTextItselfStays) {
-    const QString text = QStringLiteral("a,b,c;d");
-    EXPECT_EQ(withLineBreaks(text).remove(QChar(0x200B)), text);
+    const QString text = QStringLiteral("a,b,c;d,N-PE=0V");
+    EXPECT_EQ(withLineBreaks(text).remove(QChar(0x200B)).remove(QChar(0x2060)), text);
 }
 
 }  // namespace
