@@ -5,8 +5,7 @@ namespace {
 
 // The hyphen of "L-PE": before it stands one letter, which is a word.
 bool isAfterOneLetter(const QString& text, qsizetype hyphen) {
-    return hyphen > 0 && text[hyphen - 1].isLetter() &&
-           (hyphen == 1 || !text[hyphen - 2].isLetterOrNumber());
+    return hyphen > 0 && text[hyphen - 1].isLetter() && (hyphen == 1 || !text[hyphen - 2].isLetterOrNumber());
 }
 
 }  // namespace
@@ -20,7 +19,9 @@ QString withLineBreaks(const QString& text) {
         broken += text[i];
         const bool mayBreak = (text[i] == u',' || text[i] == u';') && i + 1 < text.size();
         if (mayBreak && !text[i + 1].isSpace()) broken += kZeroWidthSpace;
-        if (text[i] == u'-' && isAfterOneLetter(text, i)) broken += kWordJoiner;
+        const bool joins = (text[i] == u'-' && isAfterOneLetter(text, i)) ||
+                           (text[i] == u':' && i > 0 && text[i - 1].isLetter());
+        if (joins && i + 1 < text.size() && !text[i + 1].isSpace()) broken += kWordJoiner;
     }
     return broken;
 }

@@ -29,6 +29,12 @@ TEST(LineBreaks, NoLineEndsBehindTheHyphenOfAWiresName) {
     EXPECT_EQ(marked(QStringLiteral("AC-G no-trip 4-5 -1 x1-2")), QStringLiteral("AC-G no-trip 4-5 -1 x1-2"));
 }
 
+TEST(LineBreaks, NoLineEndsBehindTheColonOfALimitsName) {
+    EXPECT_EQ(marked(QStringLiteral("UF:0.4V,UL:50V")), QStringLiteral("UF:^0.4V,|UL:^50V"));
+    EXPECT_EQ(marked(QStringLiteral("samples:  3, N-")), QStringLiteral("samples:  3, N-"));
+    EXPECT_EQ(marked(QStringLiteral("2026-01-15 10:00:00")), QStringLiteral("2026-01-15 10:00:00"));
+}
+
 TEST(LineBreaks, TheTextItselfStays) {
     const QString text = QStringLiteral("a,b,c;d,N-PE=0V");
     EXPECT_EQ(withLineBreaks(text).remove(QChar(0x200B)).remove(QChar(0x2060)), text);
