@@ -1,5 +1,7 @@
 #include "platform/StreamSocketDialer.h"
 
+#include <QRegularExpression>
+
 namespace kestrix::platform {
 
 FailedStep stepOfSocketError(int error) {
@@ -19,6 +21,11 @@ FailedStep stepOfSocketError(int error) {
         default:
             return FailedStep::Other;
     }
+}
+
+std::string textOfSocketError(const QString& said) {
+    static const QRegularExpression call(QStringLiteral("^Q\\w+::\\w+: "));
+    return QString(said).remove(call).toStdString();
 }
 
 }  // namespace kestrix::platform

@@ -17,6 +17,9 @@ namespace kestrix::platform {
 // errors alike.
 FailedStep stepOfSocketError(int error);
 
+// What a socket says of its error, for a user: without the class and the call that it begins with.
+std::string textOfSocketError(const QString& said);
+
 // Reaches a tester behind a stream socket. Socket: QTcpSocket, QLocalSocket, or what has their operations and
 // signals.
 template <typename Socket>
@@ -57,7 +60,7 @@ class StreamSocketDialer : public Dialer {
             socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
         auto channel = std::make_unique<DeviceChannel>(std::move(socket_));
         QObject::connect(socket, &Socket::errorOccurred, socket, [socket, channel = channel.get()] {
-            channel->fail(socket->errorString().toStdString());
+            channel->fail(textOfSocketError(socket->errorString()));
         });
         std::exchange(done_, nullptr)({std::move(channel)});
     }
@@ -65,7 +68,7 @@ class StreamSocketDialer : public Dialer {
     void failed() {
         if (!socket_) return;
         Outcome outcome{nullptr, stepOfSocketError(static_cast<int>(socket_->error())),
-                        socket_->errorString().toStdString()};
+                        textOfSocketError(socket_->errorString())};
         const Done done = std::exchange(done_, nullptr);
         cancel();
         if (done) done(std::move(outcome));

@@ -116,6 +116,13 @@ TEST_F(TcpDialerTest, ARefusedConnectionIsAFailedDialWithItsReason) {
     EXPECT_EQ(problem_, "Connection refused");
 }
 
+TEST(SocketError, IsSaidWithoutTheCallThatItBeginsWith) {
+    EXPECT_EQ(textOfSocketError(QStringLiteral("QLocalSocket::connectToServer: Connection refused")),
+              "Connection refused");
+    EXPECT_EQ(textOfSocketError(QStringLiteral("Connection refused")), "Connection refused");
+    EXPECT_EQ(textOfSocketError(QStringLiteral("Host name::1: unknown")), "Host name::1: unknown");
+}
+
 TEST_F(TcpDialerTest, ACancelledDialNeverAnswers) {
     TcpDialer cancelled(QStringLiteral("127.0.0.1"), server_.serverPort());
     dial(cancelled);
