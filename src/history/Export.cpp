@@ -15,6 +15,7 @@
 namespace kestrix::history {
 
 Q_LOGGING_CATEGORY(lcExport, "kestrix.export", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcReport, "kestrix.report", QtWarningMsg)
 
 namespace {
 

@@ -65,6 +65,7 @@ void HistoryViewController::viewDidAppear() {
 }
 
 void HistoryViewController::getMeasureData() {
+    readRecord();
     arrays = dao->findMeasureofId(storage::selectedRecordId);
     if (!arrays.empty()) {
         recordNames = arrays.front().recordName;
@@ -82,20 +83,36 @@ void HistoryViewController::getMeasureData() {
     showWhatIsMissing();
 }
 
+// Of several that matched, the last one counts.
+void HistoryViewController::readRecord() {
+    record.reset();
+    mailTitle.clear();
+    readProblem_.clear();
+    for (storage::RecordData& found : dao->findRecordofId(storage::selectedRecordId))
+        record = std::move(found);
+    if (record) mailTitle = record->projectName;
+    const storage::Outcome& outcome = dao->lastOutcome();
+    if (!outcome.done)
+        readProblem_ =
+            tr("The test record could not be read: %1").arg(QString::fromStdString(outcome.reason));
+}
+
 // Who sees fewer measurements than were stored must know.
 void HistoryViewController::showWhatIsMissing() {
     const storage::Outcome& outcome = dao->lastOutcome();
     if (outcome.done) {
-        const bool gone = arrays.empty() && dao->findRecordofId(storage::selectedRecordId).empty();
-        if (gone && dao->lastOutcome().done)
+        if (!readProblem_.isEmpty()) {
+            services_.notice.show(readProblem_);
+            return tableView.setEmptyText(readProblem_);
+        }
+        if (arrays.empty() && !record)
             return tableView.setEmptyText(tr("This test record is no longer there."));
         tableView.setEmptyText(tr("This test record has no measurements.\nGo back to choose another one."));
         return;
     }
-    const QString problem =
-        tr("Not all measurements could be read: %1").arg(QString::fromStdString(outcome.reason));
-    tableView.setEmptyText(problem);
-    services_.notice.show(problem);
+    readProblem_ = tr("Not all measurements could be read: %1").arg(QString::fromStdString(outcome.reason));
+    tableView.setEmptyText(readProblem_);
+    services_.notice.show(readProblem_);
 }
 
 double HistoryViewController::getCellHeight(const QString& parametersText, const QString& resultText) const {
@@ -130,9 +147,10 @@ void HistoryViewController::showMenu() {
     menu->showInView(*this);
 }
 
-void HistoryViewController::buttonMenuViewController(ui::MBButtonMenuViewController& shown, std::uint64_t) {
+void HistoryViewController::buttonMenuViewController(ui::MBButtonMenuViewController& shown,
+                                                     std::uint64_t buttonTappedAtIndex) {
     shown.hide();
-    services_.notice.show(tr("Not available in this version"));
+    exportAs(static_cast<int>(buttonTappedAtIndex));
 }
 
 void HistoryViewController::buttonMenuViewControllerDidCancel(ui::MBButtonMenuViewController& shown) {

@@ -59,7 +59,11 @@ storage::Outcome collect(const ExportedRecord& record, ReportLines& lines) {
 
 void draw(QPainter& painter, const ReportPage& page, ReportFont& font) {
     painter.setLayoutDirection(Qt::LeftToRight);  // fields stand in their order, whatever is in them
-    painter.setPen(QPen(Qt::black, kLineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
+    QPen pen(Qt::SolidLine);                      // black
+    pen.setWidthF(kLineWidth);
+    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(pen);
     painter.drawRect(QRectF(page.border.x * kDots, page.border.y * kDots, page.border.width * kDots,
                             page.border.height * kDots));
     for (const double y : page.rules)

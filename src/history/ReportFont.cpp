@@ -116,7 +116,7 @@ void ReportFont::reportMissing() const {
     QString line = QStringLiteral("no installed font has ") + names.join(QStringLiteral(", "));
     if (missing_.size() > kNamedAtMost)
         line += QStringLiteral(" and %1 more").arg(missing_.size() - kNamedAtMost);
-    qCWarning(lcExport).noquote() << line;
+    qCWarning(lcReport).noquote() << line;
 }
 
 }  // namespace kestrix::history

@@ -10,6 +10,8 @@ namespace kestrix::platform {
 // The pattern in which times are stored and shown. "YYYY" is the year of the week: around the turn of a year
 // it can be the next or the previous one.
 inline constexpr const char* kTimePattern = "YYYY-MM-dd HH:mm:ss";
+// The pattern of the names of exported files, fourteen digits.
+inline constexpr const char* kStampPattern = "yyyyMMddHHmmss";
 
 // What the machine's time zone depends on; another text when it may have changed. link: the file that names
 // the zone where the environment does not.

@@ -14,6 +14,8 @@
 #include "platform/AccessorySources.h"
 #include "platform/DateText.h"
 #include "platform/DocumentsFolder.h"
+#include "platform/MailModule.h"
+#include "platform/RouteWatcher.h"
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
 #include "shell/FolderClaim.h"
@@ -40,6 +42,8 @@ struct LaunchOptions {
     std::chrono::milliseconds slideDuration = ui::ScreenStack::kSlideDuration;
     platform::Scheduler* scheduler = nullptr;  // not owned; none: the event loop's
     std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
+    const platform::Reachability* reachability = nullptr;  // not owned; none: the machine's routes
+    std::function<platform::MailParts()> loadMail = [] { return platform::loadMail(); };
 };
 
 // The application: makes everything, joins it, and starts it. Needs a QGuiApplication, but no window.
@@ -128,6 +132,8 @@ class AppDelegate {
     FolderClaim claim_;
     platform::AccessoryManager accessories_;
     platform::DateText timeText_;
+    platform::DateText stampText_;
+    platform::RouteWatcher routes_;
     ui::FontTextMeasure textMeasure_;
     std::unique_ptr<storage::ServiceDao> dataDB_;  // at the first launch only
     ui::Notice notice_;

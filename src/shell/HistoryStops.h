@@ -8,5 +8,8 @@ namespace kestrix::shell {
 // presented.
 void showEmptyRecord(ui::Screen& presented);
 void showExportMenu(ui::Screen& presented);
+// The same of the mail.
+void showTypedMail(ui::Screen& presented);
+void showMailProblem(ui::Screen& presented);
 
 }  // namespace kestrix::shell

@@ -4,6 +4,7 @@
 
 #include "history/HistoryCellViewController.h"
 #include "history/HistoryViewController.h"
+#include "history/MailComposeViewController.h"
 #include "shell/HistoryStops.h"
 #include "shell/SaveStops.h"
 #include "storage/SaveDataViewController.h"
@@ -15,7 +16,7 @@ const std::vector<ScreenRow>& screens() {
     static const std::vector<ScreenRow> rows{
         // With its #include "folder/NameViewController.h" above:
         // {ui::ScreenId::Name, QT_TRANSLATE_NOOP("Screens", "Title"),
-        //  make<folder::NameViewController>, "Folder/NameView.qml", {{"20-name"}}},
+        //  make<folder::NameViewController>, "Folder/NameView.qml", {{"NN-name"}}},
         {ui::ScreenId::SaveData,
          QT_TRANSLATE_NOOP("Screens", "Save test record"),
          make<storage::SaveDataViewController>,
@@ -33,6 +34,11 @@ const std::vector<ScreenRow>& screens() {
          make<history::HistoryCellViewController>,
          "History/HistoryCellView.qml",
          {{"33-measurement"}}},
+        {ui::ScreenId::MailCompose,
+         QT_TRANSLATE_NOOP("Screens", "Mail"),
+         make<history::MailComposeViewController>,
+         "History/MailComposeView.qml",
+         {{"34-mail", showTypedMail}, {"35-mail-problem", showMailProblem}}},
     };
     return rows;
 }

@@ -131,24 +131,12 @@ ScreenFrame {
             height: 22
             label: page.screen.label("startTime")
         }
-        Rectangle {
-            anchors.fill: earlier
-            visible: earlier.visible
-            color: earlier.held ? Colors.header : Colors.ink
-            border {
-                width: StageMetrics.line
-                color: Colors.panelEdge
-            }
-        }
-        ButtonView {
-            id: earlier
+        PanelFrame {
             x: 152
             y: 178
             width: 156
             height: 26
-            titleInset: 8
             titleSize: 11
-            frameDistance: 3
             button: page.screen.button("btnEarlier")
         }
         TableHeader {

@@ -11,6 +11,7 @@ FocusScope {
     property real touchMargin: 0          // how far the sensitive area goes beyond the item
     property real frameDistance: 0        // of the focus frame
     property int titleInset: 0
+    property int titleAlignment: Text.AlignLeft
     property int titleSize: 14
     // What the mouse is told where the button shows no words.
     property string hint: button.title === "" ? button.accessibleName : ""
@@ -53,6 +54,7 @@ FocusScope {
         color: Colors.textOnDark
         font.family: "helvetica"
         font.pixelSize: view.titleSize
+        horizontalAlignment: view.titleAlignment
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
     }

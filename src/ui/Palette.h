@@ -22,6 +22,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor keyboardRow MEMBER keyboardRow CONSTANT FINAL)
     Q_PROPERTY(QColor markedRow MEMBER markedRow CONSTANT FINAL)
     Q_PROPERTY(QColor mark MEMBER mark CONSTANT FINAL)
+    Q_PROPERTY(QColor warning MEMBER warning CONSTANT FINAL)
     Q_PROPERTY(QColor scrollTrack MEMBER scrollTrack CONSTANT FINAL)
     Q_PROPERTY(QColor scrollThumb MEMBER scrollThumb CONSTANT FINAL)
     Q_PROPERTY(QColor focusLight MEMBER focusLight CONSTANT FINAL)
@@ -57,6 +58,7 @@ class Palette : public QObject {
     static constexpr QColor keyboardRow{39, 121, 205, 51};  // over the row where the keyboard is
     static constexpr QColor markedRow{255, 214, 208};       // ground of a row with which something is wrong
     static constexpr QColor mark{150, 14, 24};              // what is wrong, in words
+    static constexpr QColor warning{255, 205, 190};         // the same on the housing
     static constexpr QColor scrollTrack{108, 108, 108, 64};
     static constexpr QColor scrollThumb{16, 24, 42};         // told apart from the headers above it
     static constexpr QColor focusLight{255, 209, 102};       // the frame around what has the keyboard: one of

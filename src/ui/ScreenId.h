@@ -17,6 +17,7 @@ enum class ScreenId : std::uint8_t {
     SaveData,
     History,
     HistoryCell,
+    MailCompose,
     BluetoothConnectionHelp,
     Help,
     About,

@@ -6,6 +6,8 @@
 #include "platform/AccessoryManager.h"
 #include "platform/DateText.h"
 #include "platform/DocumentsFolder.h"
+#include "platform/MailModule.h"
+#include "platform/Reachability.h"
 #include "platform/Scheduler.h"
 #include "platform/UserDefaults.h"
 #include "ui/Alerts.h"
@@ -15,6 +17,7 @@
 
 namespace kestrix::ui {
 
+using platform::kStampPattern;
 using platform::kTimePattern;
 
 // What a screen may need from around it. The composition root makes it once and hands it to every screen's
@@ -27,9 +30,13 @@ struct Services {
     Notice& notice;
     Alerts& alerts;
     const TextMeasure& textMeasure;
-    const platform::DateText& timeText;  // writes moments by kTimePattern
+    const platform::DateText& timeText;   // writes moments by kTimePattern
+    const platform::DateText& stampText;  // the same by kStampPattern: the names of exported files
     std::function<std::chrono::system_clock::time_point()> now;
     platform::AccessoryManager& accessories;
+    const platform::Reachability& reachability;
+    // Makes what sends a mail, and what keeps its password.
+    std::function<platform::MailParts()> loadMail;
     // How long the link waits before it closes the session of a tester that has gone. It blocks its caller.
     std::function<void(std::chrono::milliseconds)> wait;
     // Of everything that slides or rises; 0: at once.

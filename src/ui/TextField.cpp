@@ -16,12 +16,18 @@ void TextField::setPlaceholder(const QString& placeholder) {
     changed();
 }
 
+void TextField::setLocked(bool locked) {
+    if (locked == locked_) return;
+    locked_ = locked;
+    changed();
+}
+
 void TextField::endEditing() {
     if (editing_) Q_EMIT editingEnded();
 }
 
 void TextField::edit(const QString& text) {
-    if (text == text_) return;
+    if (text == text_ || locked_) return;
     text_ = text;
     toldText_ = text;  // it comes from there
     const std::function<void()> action = editAction_;
@@ -40,6 +46,7 @@ bool TextField::tell() {
     bool told = Control::tell();
     told |= tellChange(*this, toldText_, text_, &TextField::textChanged);
     told |= tellChange(*this, toldPlaceholder_, placeholder_, &TextField::placeholderChanged);
+    told |= tellChange(*this, toldLocked_, locked_, &TextField::lockedChanged);
     return told;
 }
 

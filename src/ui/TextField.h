@@ -15,6 +15,8 @@ class TextField : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString text READ text NOTIFY textChanged FINAL)
     Q_PROPERTY(QString placeholder READ placeholder NOTIFY placeholderChanged FINAL)
+    Q_PROPERTY(bool secret READ isSecret CONSTANT FINAL)
+    Q_PROPERTY(bool locked READ isLocked NOTIFY lockedChanged FINAL)
 
   public:
     using Control::Control;
@@ -25,6 +27,15 @@ class TextField : public kestrix::ui::Control {
     // Shown in grey while the field is empty. It is never the text.
     QString placeholder() const { return placeholder_; }
     void setPlaceholder(const QString& placeholder);
+
+    // A password: what is typed is drawn as dots, read by nobody, and learned by no input method. To be set
+    // before the field is shown.
+    void setSecret(bool secret) { secret_ = secret; }
+    bool isSecret() const { return secret_; }
+
+    // Nothing can be typed while it is locked.
+    void setLocked(bool locked);
+    bool isLocked() const { return locked_; }
 
     // Called when the Return key is pressed in the field; false: editing goes on. None: editing ends.
     void setReturnAction(std::function<bool()> action) { returnAction_ = std::move(action); }
@@ -43,6 +54,7 @@ class TextField : public kestrix::ui::Control {
   Q_SIGNALS:
     void textChanged();
     void placeholderChanged();
+    void lockedChanged();
     // The view lets go of the keyboard.
     void editingEnded();
 
@@ -54,6 +66,9 @@ class TextField : public kestrix::ui::Control {
     QString toldText_;
     QString placeholder_;
     QString toldPlaceholder_;
+    bool secret_ = false;
+    bool locked_ = false;
+    bool toldLocked_ = false;
     std::function<bool()> returnAction_;
     std::function<void()> editAction_;
     bool editing_ = false;

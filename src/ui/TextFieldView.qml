@@ -25,6 +25,9 @@ Rectangle {
             rightMargin: 8
         }
         text: view.field.text
+        echoMode: view.field.secret ? TextInput.Password : TextInput.Normal
+        inputMethodHints: view.field.secret ? Qt.ImhSensitiveData | Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase : Qt.ImhNone
+        readOnly: view.field.locked
         color: Colors.ink
         selectionColor: Colors.selection
         selectedTextColor: Colors.field
@@ -42,6 +45,7 @@ Rectangle {
         Accessible.name: view.field.accessibleName
         Accessible.description: view.field.placeholder
         Accessible.focusable: true
+        Accessible.readOnly: view.field.locked
         Accessible.ignored: !visible || !enabled
 
         Connections {

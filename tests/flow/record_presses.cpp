@@ -8,6 +8,7 @@
 #include <string>
 
 #include "live/MainViewController.h"
+#include "tests/support/FakeNetwork.h"
 #include "tests/support/ManualScheduler.h"
 
 namespace {
@@ -48,6 +49,7 @@ int main(int count, char** arguments) {
     const NoMeasure measure;
     ui::Notice notice(scheduler);
     ui::Alerts alerts;
+    const testing::FakeNetwork network;
     const platform::DateText timeText(ui::kTimePattern);
     live::MainViewController screen(ui::Services{
         .defaults = defaults,
@@ -58,8 +60,11 @@ int main(int count, char** arguments) {
         .alerts = alerts,
         .textMeasure = measure,
         .timeText = timeText,
+        .stampText = timeText,
         .now = [] { return std::chrono::system_clock::now(); },
         .accessories = accessories,
+        .reachability = network,
+        .loadMail = {},
         .wait = link::blockingWait,
     });
     screen.loadView();

@@ -113,19 +113,14 @@ TEST_F(HistoryViewControllerTest, ARowIsAsHighAsTheLongerOfItsTwoTextsButNeverBe
 class HistoryRowHeight : public HistoryViewControllerTest {
   protected:
     double heightOf(const std::string& parameters, const std::string& result) {
-        ui::FontTextMeasure fonts;
+        surroundings_.fonts = &fonts_;
         const std::int64_t record = addRecord("Plant A");
         addMeasure(record, "Plant A", measureNamed("S_1", parameters, result));
-        storage::selectedRecordId = record;
-        const ui::Services known = surroundings_.services();
-        HistoryViewController screen(
-            ScreenId::History,
-            {known.defaults, known.documents, known.scheduler, known.navigation, known.notice, known.alerts,
-             fonts, known.timeText, known.now, known.accessories, known.wait});
-        screen.loadView();
-        screen.viewDidAppear();
-        return screen.array.height(0);
+        return open(record).array.height(0);
     }
+
+  private:
+    const ui::FontTextMeasure fonts_;
 };
 
 TEST_F(HistoryRowHeight, AVeryLongResultGivesATallerRowUpToFourHundredAndAShortOneTwenty) {
@@ -176,18 +171,6 @@ TEST_F(HistoryViewControllerTest, ShareOpensTheExportMenuWhichIsMadeOnceAndKept)
     screen.btnShare.press();
     EXPECT_EQ(screen.exportMenu(), menu);
     EXPECT_TRUE(menu->isOnScreen());
-}
-
-TEST_F(HistoryViewControllerTest, WhatTheMenuCannotDoYetSaysSo) {
-    HistoryViewController& screen = open(addRecord("Plant A"));
-    for (const char* title : {"Email", "Export to CSV", "Export to PDF"}) {
-        screen.btnShare.press();
-        screen.exportMenu()->buttonTapped(QLatin1String(title));
-        EXPECT_FALSE(screen.exportMenu()->isRising()) << title;
-        EXPECT_EQ(surroundings_.notice.text(), QStringLiteral("Not available in this version")) << title;
-        screen.exportMenu()->movementDone();
-        surroundings_.notice.clear();
-    }
 }
 
 TEST_F(HistoryViewControllerTest, TextsOfAnyKindComeBackAsTheyWereStored) {

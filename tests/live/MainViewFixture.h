@@ -10,6 +10,7 @@
 
 #include "live/MainViewController.h"
 #include "tests/live/DisplayFixture.h"
+#include "tests/support/FakeNetwork.h"
 #include "tests/support/FakeSource.h"
 #include "tests/support/LogExpectations.h"
 #include "tests/support/ManualScheduler.h"
@@ -94,6 +95,7 @@ class MainViewFixture : public ::testing::Test {
                                                         .alerts = alerts_,
                                                         .textMeasure = *textMeasure_,
                                                         .timeText = timeText_,
+                                                        .stampText = timeText_,
                                                         .now =
                                                             [this] {
                                                                 const auto now = now_;
@@ -101,6 +103,8 @@ class MainViewFixture : public ::testing::Test {
                                                                 return now;
                                                             },
                                                         .accessories = manager_,
+                                                        .reachability = network_,
+                                                        .loadMail = {},
                                                         .wait = [](std::chrono::milliseconds) {},
                                                     },
                                                     [this, &linkDefaults] {
@@ -151,6 +155,7 @@ class MainViewFixture : public ::testing::Test {
     FixedTextMeasure fixedMeasure_;
     const ui::TextMeasure* textMeasure_ = &fixedMeasure_;
     platform::DateText timeText_{ui::kTimePattern, "en_US", "UTC"};
+    testing::FakeNetwork network_;
     std::chrono::system_clock::time_point now_ =
         std::chrono::sys_days(std::chrono::year(2024) / 6 / 3) + std::chrono::hours(9);
     std::chrono::seconds clockStep_{0};

@@ -262,7 +262,10 @@ TEST_F(HistoryScreens, TheShareButtonShowsTheExportMenuAndEscapeTakesItAway) {
     click("menuButtonExport to PDF");
     settle();
     EXPECT_FALSE(isShown("buttonMenu"));
-    EXPECT_EQ(app().notice().text(), QStringLiteral("Not available in this version"));
+    EXPECT_EQ(app().alerts().text(), QStringLiteral("Save the file success"));
+    click("alertButton0");
+    settle();
+    EXPECT_EQ(shown(), ScreenId::History);
     click("btnBack");
     settle();
     EXPECT_EQ(app().screens().count(), 0);

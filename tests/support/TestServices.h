@@ -2,10 +2,12 @@
 
 #include <QTemporaryDir>
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/support/FakeNetwork.h"
 #include "tests/support/ManualScheduler.h"
 #include "ui/Services.h"
 
@@ -23,10 +25,13 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
             .navigation = *this,
             .notice = notice,
             .alerts = alerts,
-            .textMeasure = *this,
+            .textMeasure = fonts != nullptr ? *fonts : *this,
             .timeText = timeText,
+            .stampText = stampText,
             .now = [this] { return now; },
             .accessories = accessories,
+            .reachability = network,
+            .loadMail = loadMail,
             .wait = [](std::chrono::milliseconds) {},
             .slideDuration = std::chrono::milliseconds(0),
         };
@@ -38,11 +43,15 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
     platform::DocumentsFolder documents{folder.path()};
     platform::AccessoryManager accessories;
     platform::DateText timeText{ui::kTimePattern, "en_US", "UTC"};
+    platform::DateText stampText{ui::kStampPattern, "en_US", "UTC"};
+    testing::FakeNetwork network;
+    std::function<platform::MailParts()> loadMail = [] { return platform::MailParts{}; };
     std::chrono::system_clock::time_point now{std::chrono::sys_days(std::chrono::year(2024) / 6 / 3)};
     ui::Notice notice{scheduler};
     ui::Alerts alerts;
-    std::vector<std::string> asked;  // "present SaveData animated", "dismiss"
-    double textHeight = 20;          // of every text
+    std::vector<std::string> asked;          // "present SaveData animated", "dismiss"
+    double textHeight = 20;                  // of every text
+    const ui::TextMeasure* fonts = nullptr;  // measure in its place; not owned
 
   private:
     bool has(ui::ScreenId) const override { return true; }

@@ -28,6 +28,8 @@ WindowFixture::WindowFixture() {
     options_.now = [] { return kNow; };
     options_.locale = "en_US";
     options_.zone = "UTC";
+    options_.reachability = &network_;
+    options_.loadMail = [this] { return mail_.parts(); };
 }
 
 WindowFixture::~WindowFixture() {

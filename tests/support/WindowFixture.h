@@ -16,6 +16,8 @@
 
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
+#include "tests/support/FakeMail.h"
+#include "tests/support/FakeNetwork.h"
 #include "tests/support/FakeTester.h"
 #include "tests/support/Items.h"
 #include "tests/support/ManualScheduler.h"
@@ -32,6 +34,8 @@ class WindowFixture : public ::testing::Test {
 
     // What the application is started with; to be changed before it is.
     shell::LaunchOptions options_;
+    FakeNetwork network_;
+    FakeMail mail_;
 
     void start();
     // Ends it, window and all; it can be started anew.
