@@ -23,7 +23,8 @@ struct Command {
     const char* name;
     const char* summary;  // one line of the help
     AtSignal atSignal;
-    // Tells its own options, and what it does with them. Called only for the command that was given.
+    // Tells its own options, and what it does with them. Called only for the command that was given. None in
+    // a program that only knows of it: another one has it.
     Action (*describe)(CommandOptions& options);
 };
 

@@ -32,6 +32,7 @@ void describeProgram(CLI::App& program, const ProgramParts& parts, Runner& runne
     program.fallthrough();
     for (const Command* command : parts.commands) {
         CLI::App* described = program.add_subcommand(command->name, command->summary);
+        if (command->describe == nullptr) continue;
         described->preparse_callback([described, command, &runner, &chosen](std::size_t) {
             CommandOptions options(*described);
             chosen.command = command;

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "apps/kestrix-cli/ExportRow.h"
+
 namespace kestrix::cli {
 
 // Each stands in a file of its own, decodeCommand in DecodeCommand.cpp.
@@ -16,9 +18,9 @@ extern const Command deleteCommand;
 extern const Command logCommand;
 
 std::span<const Command* const> allCommands() {
-    static constexpr std::array kCommands{&decodeCommand,   &monitorCommand, &captureCommand,
-                                          &simulateCommand, &devicesCommand, &recordsCommand,
-                                          &showCommand,     &deleteCommand,  &logCommand};
+    static constexpr std::array kCommands{&decodeCommand,  &monitorCommand, &captureCommand, &simulateCommand,
+                                          &devicesCommand, &recordsCommand, &showCommand,    &kExportRow,
+                                          &deleteCommand,  &logCommand};
     return kCommands;
 }
 

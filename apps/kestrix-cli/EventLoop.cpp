@@ -31,7 +31,10 @@ void OutputPump::watch() {
 }
 
 EventLoop::EventLoop(Runner& runner)
-    : runner_(runner), application_(runner.argc(), runner.argv()), pump_(runner.output(), [this] {
+    : EventLoop(runner, std::make_unique<QCoreApplication>(runner.argc(), runner.argv())) {}
+
+EventLoop::EventLoop(Runner& runner, std::unique_ptr<QCoreApplication> application)
+    : runner_(runner), application_(std::move(application)), pump_(runner.output(), [this] {
           if (!runner_.output().good()) return quit();
           if (outputTaken) outputTaken();
       }) {}

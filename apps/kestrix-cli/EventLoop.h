@@ -33,6 +33,8 @@ class OutputPump {
 class EventLoop {
   public:
     explicit EventLoop(Runner& runner);
+    // On an application that needs more than Qt's core. It was made with the runner's arguments.
+    EventLoop(Runner& runner, std::unique_ptr<QCoreApplication> application);
     EventLoop(const EventLoop&) = delete;
     EventLoop& operator=(const EventLoop&) = delete;
     ~EventLoop();
@@ -48,7 +50,7 @@ class EventLoop {
 
   private:
     Runner& runner_;
-    QCoreApplication application_;
+    std::unique_ptr<QCoreApplication> application_;
     OutputPump pump_;
 };
 

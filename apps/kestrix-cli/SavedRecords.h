@@ -27,6 +27,7 @@ class SavedRecords {
     Ending endingOf(const storage::Outcome& outcome) const;
 
     std::string path() const { return folder_.path().toStdString(); }
+    const platform::DocumentsFolder& folder() const { return folder_; }
 
   private:
     platform::DocumentsFolder folder_;

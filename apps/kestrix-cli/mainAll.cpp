@@ -1,19 +1,13 @@
-// The program with all commands.
+// The program with all commands but those that have one of their own.
 
-#include <string_view>
-
-#include "apps/common/PrintableLog.h"
 #include "apps/kestrix-cli/CommandLine.h"
 #include "apps/kestrix-cli/Commands.h"
-#include "apps/kestrix-cli/Output.h"
-#include "platform/Log.h"
+#include "apps/kestrix-cli/ExportRow.h"
+#include "apps/kestrix-cli/OtherProgram.h"
+#include "apps/kestrix-cli/ProgramLog.h"
 
 int main(int argc, char** argv) {
-    using namespace kestrix;
-    return cli::runCommandLine(argc, argv, {cli::allCommands(), [](bool verbose) {
-                                                platform::installLogFormat(verbose);
-                                                app::installPrintableLog([](std::string_view line) {
-                                                    cli::standardError().line(line);
-                                                });
-                                            }});
+    using namespace kestrix::cli;
+    if (commandWord(argc, argv) == kExportRow.name) return becomeProgram("kestrix-export", argc, argv);
+    return runCommandLine(argc, argv, {allCommands(), installProgramLog});
 }

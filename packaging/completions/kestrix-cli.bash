@@ -37,19 +37,20 @@ _kestrix_cli_complete() {
     local words=("$@")
     local last=$(($# - 1))
     local cur=${words[last]} prev=${words[last - 1]}
-    local commands='decode monitor capture simulate devices records show delete log'
+    local commands='decode monitor capture simulate devices records show export delete log'
     local command='' arguments=0 i
     for ((i = 1; i < last; i++)); do
         case ${words[i]} in
             --settings | --frame | --seconds | --tcp | --pty | --scenario | --seed | --speed) ((i++)) ;;
             --documents | --project | --company | --address | --operator | --serial | --every | --count) ((i++)) ;;
+            --format | --output | --mail | --smtp | --from | --cafile) ((i++)) ;;
             -?*) ;;
             *) if [[ -z $command ]]; then command=${words[i]}; else ((arguments++)); fi ;;
         esac
     done
 
     case $prev in
-        --settings | --pty | --documents)
+        --settings | --pty | --documents | --output | --cafile)
             _kestrix_cli_files "$cur"
             return
             ;;
@@ -58,12 +59,16 @@ _kestrix_cli_complete() {
             _kestrix_cli_files "$cur"
             return
             ;;
+        --format)
+            _kestrix_cli_words 'csv json' "$cur"
+            return
+            ;;
         --speed)
             _kestrix_cli_words '1 10 100 max' "$cur"
             return
             ;;
         --frame | --seconds | --seed | --tcp | --every | --count) return ;;
-        --project | --company | --address | --operator | --serial) return ;;
+        --project | --company | --address | --operator | --serial | --mail | --smtp | --from) return ;;
     esac
 
     if [[ $cur == -?* ]]; then
@@ -74,6 +79,10 @@ _kestrix_cli_complete() {
             decode) options+=' --frame --screen' ;;
             capture) options+=' --force' ;;
             records | show) options+=' --json --documents' ;;
+            export)
+                options+=' --csv --pdf --format --output --documents'
+                options+=' --mail --smtp --from --cafile --password-stdin --draft'
+                ;;
             delete) options+=' --documents' ;;
             log)
                 options+=' --project --company --address --operator --serial'

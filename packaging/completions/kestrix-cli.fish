@@ -34,6 +34,7 @@ complete -c kestrix-cli -n __fish_use_subcommand -a simulate -d 'A tester in sof
 complete -c kestrix-cli -n __fish_use_subcommand -a devices -d 'What each source sees, or which step fails'
 complete -c kestrix-cli -n __fish_use_subcommand -a records -d 'The saved test records'
 complete -c kestrix-cli -n __fish_use_subcommand -a show -d 'The measurements of a test record'
+complete -c kestrix-cli -n __fish_use_subcommand -a export -d 'Write a test record to a file, or mail it'
 complete -c kestrix-cli -n __fish_use_subcommand -a delete -d 'Delete a test record with its measurements'
 complete -c kestrix-cli -n __fish_use_subcommand -a log -d 'Record unattended into a test record'
 
@@ -55,8 +56,19 @@ complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l seed -x -d 'Seed of al
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l speed -x -a '1 10 100 max' -d 'Times real time'
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l list -d 'Name the built-in scenarios'
 
-complete -c kestrix-cli -n '__kestrix_cli_in records show delete log' -l documents -r -F -d 'The folder of the database'
+complete -c kestrix-cli -n '__kestrix_cli_in records show export delete log' -l documents -r -F -d 'The folder of the database'
 complete -c kestrix-cli -n '__kestrix_cli_in records show' -l json -d 'One JSON object for each'
+
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l csv -d 'The text that the window writes'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l pdf -d 'The report of one page'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l format -x -a 'csv json' -d 'For spreadsheets or programs'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l output -r -F -d 'Write this new file'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l mail -x -d 'Send it to this address'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l smtp -x -a 'smtp:// smtps://' -d 'Through this server'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l from -x -d 'Your own address'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l cafile -r -F -d 'Whom to believe the certificate'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l password-stdin -d 'Read the password from standard input'
+complete -c kestrix-cli -n '__kestrix_cli_in export' -l draft -d 'Keep the mail in the folder'
 
 complete -c kestrix-cli -n '__kestrix_cli_in log' -l project -x -d 'Project of the test record'
 complete -c kestrix-cli -n '__kestrix_cli_in log' -l company -x -d 'Its company'

@@ -11,6 +11,7 @@ const std::vector<CommandExample>& commandExamples() {
         {"devices", {"devices", "serial:/dev/no-such-port"}, {"devices"}},
         {"records", {}, {"records", "--documents", "FOLDER"}},
         {"show", {}, {"show", "1", "--documents", "FOLDER"}},
+        {"export", {}, {"export", "1", "--format", "json", "--output", "-", "--documents", "FOLDER"}},
         {"delete", {}, {}},
         {"log", {"log", "simulator:flood", "--project", "House", "--documents", "FOLDER/log"}, {}},
     };

@@ -30,14 +30,14 @@ struct Surroundings {
     bool terminal = false;  // input and output are a terminal, and errors too
     unsigned short rows = 30;
     unsigned short columns = 100;
-    std::vector<std::string> environment;  // "NAME=value"
-    std::string output;                    // a file that takes the output instead of output()
-    bool stalled = false;                  // nobody reads output and errors, from the start: startReading()
-    bool readerGone = false;               // the output's reader has gone before it starts
-    std::vector<int> ignored;              // signals that it starts with ignored
-    std::vector<int> closed;               // descriptors of 0 to 2 that it starts without
-    bool unprivileged = false;             // bound by rights and locks, even as root's program
-    bool waitingInput = true;              // false: reading too early answers instead of waiting
+    std::vector<std::string> environment{};  // "NAME=value"
+    std::string output{};                    // a file that takes the output instead of output()
+    bool stalled = false;                    // nobody reads output and errors, from the start: startReading()
+    bool readerGone = false;                 // the output's reader has gone before it starts
+    std::vector<int> ignored{};              // signals that it starts with ignored
+    std::vector<int> closed{};               // descriptors of 0 to 2 that it starts without
+    bool unprivileged = false;               // bound by rights and locks, even as root's program
+    bool waitingInput = true;                // false: reading too early answers instead of waiting
     std::string program = "kestrix-cli";
     bool ownSettings = true;  // a settings file of its own, unless the arguments name one
 };
