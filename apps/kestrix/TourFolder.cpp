@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "apps/kestrix/TourMoment.h"
 #include "platform/DocumentsFolder.h"
 #include "platform/PrivateFiles.h"
 
@@ -13,7 +14,8 @@ namespace {
 constexpr const char* kMark = "kestrix.tour";
 constexpr int kWrongUsage = 2;
 // What an earlier tour recorded is not this one's.
-constexpr const char* kOfEarlierTour[] = {"kestrix.sqlite", "kestrix.sqlite-journal", "kestrix.ini"};
+constexpr const char* kOfEarlierTour[] = {"kestrix.sqlite", "kestrix.sqlite-journal", "kestrix.ini",
+                                          kExportedText, kExportedReport};
 
 // Folders and pictures that a tour would write through a link into what is not its own. Empty: none.
 QString linkAmongPictures(const QDir& folder) {

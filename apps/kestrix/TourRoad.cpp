@@ -53,15 +53,29 @@ void openFirstRecord(AppDelegate& application) {
     records(application).didSelectRow(0);
 }
 
-void openFirstMeasurement(AppDelegate& application) {
+history::HistoryViewController& openHistory(AppDelegate& application) {
     openFirstRecord(application);
-    dynamic_cast<history::HistoryViewController&>(*application.screens().topmost()).didSelectRow(0);
+    return dynamic_cast<history::HistoryViewController&>(*application.screens().topmost());
+}
+
+void openFirstMeasurement(AppDelegate& application) {
+    openHistory(application).didSelectRow(0);
+}
+
+// Both files stay in the folder. Where that is, each tour would show otherwise.
+void exportBothWays(AppDelegate& application) {
+    history::HistoryViewController& screen = openHistory(application);
+    screen.ExportCVS();
+    application.alerts().cancel();
+    screen.ExportPDF();
+    application.notice().clear();
 }
 
 // How the user comes to a screen; those that are not named are presented from anywhere.
 void open(ScreenId id, AppDelegate& application) {
     if (id == ScreenId::History) return openFirstRecord(application);
     if (id == ScreenId::HistoryCell) return openFirstMeasurement(application);
+    if (id == ScreenId::MailCompose) return openHistory(application).SendMail();
     application.screens().present(id, false);
 }
 
@@ -87,6 +101,7 @@ std::vector<Step> road(const std::vector<shell::ScreenRow>& rows) {
     for (const shell::ScreenRow& row : rows) {
         if (row.id != ScreenId::SaveData) addStops(steps, row);
     }
+    steps.push_back({"36-exported", exportBothWays});
     return steps;
 }
 

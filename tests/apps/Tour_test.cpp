@@ -7,11 +7,13 @@
 #include <QImage>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QStringDecoder>
 #include <QTemporaryDir>
 
 #include <map>
 #include <string>
 
+#include "apps/kestrix/TourMoment.h"
 #include "apps/kestrix/TourStops.h"
 #include "storage/DatabaseLook.h"
 #include "storage/ServiceDao.h"
@@ -118,14 +120,25 @@ TEST(TourPictures, AreThoseOfTheLiveScreenAndOfTheRoadBehindItWithEveryStateOfEv
     const std::vector<std::string> behind(names.begin() + static_cast<std::ptrdiff_t>(stops().size()),
                                           names.end());
     EXPECT_EQ(behind, (std::vector<std::string>{"19-menu", "20-no-test-records", "a-save", "a-save-filled",
-                                                "24-test-records", "25-test-record-deleted", "a-help"}));
+                                                "24-test-records", "25-test-record-deleted", "a-help",
+                                                "36-exported"}));
+}
+
+TEST_F(Tour, LeavesTheTextAndTheReportThatItExported) {
+    QFile text(path(QLatin1String(kExportedText)));
+    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(QString(QStringDecoder(QStringDecoder::Utf16)(text.readAll()))
+                    .contains(QStringLiteral("Harbour Street 12     O'Neill & Sons")));
+    QFile report(path(QLatin1String(kExportedReport)));
+    ASSERT_TRUE(report.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(report.readAll().startsWith("%PDF-"));
 }
 
 TEST_F(Tour, LeavesWhatItStoredInTheDatabase) {
     storage::ServiceDao dao{platform::DocumentsFolder(path(QString()))};
     EXPECT_TRUE(dao.findMeasureForm(false).empty()) << "the tour saves them";
     const auto records = dao.findRecordForm();
-    ASSERT_EQ(records.size(), 1U) << "it deletes the second one";
+    ASSERT_EQ(records.size(), 2U) << "it deletes the second one; another, without measurements, is a picture";
     EXPECT_EQ(records.front().projectName, "Harbour Street 12");
     EXPECT_EQ(records.front().samples, 30);
     const auto rows = dao.findMeasureofId(records.front().recordId);
