@@ -31,7 +31,12 @@ class SessionListView : public testing::WindowFixture {
     }
     std::string column(int row, int number) {
         // Without the places where its lines may break.
-        return cell(row, number).property("text").toString().remove(QChar(0x200B)).remove(QChar(0x2060)).toStdString();
+        return cell(row, number)
+            .property("text")
+            .toString()
+            .remove(QChar(0x200B))
+            .remove(QChar(0x2060))
+            .toStdString();
     }
     double scrolled() { return item("tableView").property("contentY").toDouble(); }
     double lastScroll() {

@@ -25,7 +25,12 @@ bool isInput(const QQuickItem& item) {
 
 std::string textOfItem(const QQuickItem& item) {
     // Without the invisible places where its lines may break.
-    return item.property("text").toString().remove(QChar(0x200B)).remove(QChar(0x2060)).trimmed().toStdString();
+    return item.property("text")
+        .toString()
+        .remove(QChar(0x200B))
+        .remove(QChar(0x2060))
+        .trimmed()
+        .toStdString();
 }
 
 std::string colourName(QRgb colour) {
