@@ -75,7 +75,7 @@ void writeWithStream(const QString& path, const std::vector<storage::MeasureData
     stream.setEncoding(QStringConverter::Utf16);
     stream.setGenerateByteOrderMark(true);
     const QString separator = QString::fromLatin1(history::kSeparator.data(), history::kSeparator.size());
-    stream << QString::fromLatin1(history::kMeasureTitle.data(), history::kMeasureTitle.size()) << '\n';
+    stream << QString::fromLatin1(history::MeasureTitle.data(), history::MeasureTitle.size()) << '\n';
     for (const storage::MeasureData& measure : all) {
         stream << measure.dataId;
         for (const std::string* text :

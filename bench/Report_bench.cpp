@@ -50,7 +50,7 @@ struct BarePage {
 
 BarePage barePage(const std::vector<storage::MeasureData>& all) {
     history::ReportLines lines;
-    lines.measureTitle = history::kMeasureTitle;
+    lines.measureTitle = history::MeasureTitle;
     for (const storage::MeasureData& measure : all)
         history::appendMeasureLine(lines.rows.emplace_back(), measure);
     BarePage bare{history::layOutReport(lines), {}};

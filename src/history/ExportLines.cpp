@@ -4,7 +4,7 @@
 
 namespace kestrix::history {
 
-std::string recordContent(const storage::RecordData& record) {
+std::string RecordContent(const storage::RecordData& record) {
     std::string line;
     for (const std::string* value : {&record.projectName, &record.company, &record.addres, &record.operators,
                                      &record.startTime, &record.serial}) {

@@ -13,14 +13,14 @@ namespace kestrix::history {
 // Between two values; between two titles it stands twice.
 inline constexpr std::string_view kSeparator = "     ";
 
-inline constexpr std::string_view kRecordTitle =
+inline constexpr std::string_view RecordTitle =
     "Name          Company          Address          Operator          Date          Serial_Number          "
     "Samples";
-inline constexpr std::string_view kMeasureTitle =
+inline constexpr std::string_view MeasureTitle =
     "NO          Data Name          Function          Parameters          Result          Date Time";
 
 // projectName, company, addres, operators, startTime, serial, samples.
-std::string recordContent(const storage::RecordData& record);
+std::string RecordContent(const storage::RecordData& record);
 
 // dataId, dataName, function, parameters, result, dateTime. Of the report it is the text of a row.
 void appendMeasureLine(std::string& line, const storage::MeasureData& measure);

@@ -45,10 +45,10 @@ class SinkDevice final : public QIODevice {
 
 storage::Outcome collect(const ExportedRecord& record, ReportLines& lines) {
     if (record.record) {
-        lines.recordTitle = kRecordTitle;
-        lines.recordContent = validUtf8(recordContent(*record.record));
+        lines.recordTitle = RecordTitle;
+        lines.recordContent = validUtf8(RecordContent(*record.record));
     }
-    lines.measureTitle = kMeasureTitle;
+    lines.measureTitle = MeasureTitle;
     return record.measurements([&lines](const storage::MeasureData& measure) {
         std::string row;
         appendMeasureLine(row, measure);

@@ -26,15 +26,16 @@ class ReportFont {
     const Size& ofSize(int points);
 
     // The text as it is drawn: what moves a printer's head (line feed, tab) is a blank; what turns the
-    // characters behind it round, figures too, is left out. Notes the characters that no installed font has.
-    // text: UTF-8.
+    // characters behind it round, figures too, is left out; a white square (where no font has that, a
+    // question mark) stands for each character that no installed font has, and these are noted. text: UTF-8.
     QString drawable(std::string_view text);
 
     // One line in the log that names them, when there are any.
     void reportMissing() const;
 
   private:
-    void note(char32_t character);
+    bool has(char32_t character);
+    char32_t replacement();
     bool canShow(char32_t character);
 
     QPaintDevice& device_;
@@ -42,6 +43,7 @@ class ReportFont {
     std::map<int, Size> sizes_;
     std::set<char32_t> seen_;  // those beyond ASCII
     std::set<char32_t> missing_;
+    char32_t replacement_ = 0;  // until it is needed
 };
 
 }  // namespace kestrix::history

@@ -95,10 +95,10 @@ class TextLines {
 storage::Outcome writeText(const ExportedRecord& record, const ExportSink& sink) {
     TextLines lines(sink, record.timeStamp);
     if (record.record) {
-        lines.add(kRecordTitle);
-        lines.add(recordContent(*record.record));
+        lines.add(RecordTitle);
+        lines.add(RecordContent(*record.record));
     }
-    lines.add(kMeasureTitle);
+    lines.add(MeasureTitle);
     storage::Outcome read =
         record.measurements([&lines](const storage::MeasureData& measure) { return lines.add(measure); });
     if (!read.done) return read;

@@ -54,8 +54,8 @@ TEST_F(ReportFonts, WhatHasNoPictureIsNotMissing) {
     font_.reportMissing();
 }
 
-TEST_F(ReportFonts, WhatNoFontHasIsNamedInOrder) {
-    font_.drawable("\U0010F002Ω\U0010F001\U0010F002");
+TEST_F(ReportFonts, WhatNoFontHasIsAWhiteSquareAndNamedInOrder) {
+    EXPECT_EQ(font_.drawable("\U0010F002Ω\U0010F001\U0010F002"), QStringLiteral("□Ω□□"));
     testing::expectWarning("no installed font has U+10F001 (\U0010F001), U+10F002 (\U0010F002)");
     font_.reportMissing();
 }
