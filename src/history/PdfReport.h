@@ -7,8 +7,8 @@ namespace kestrix::history {
 // The report: a PDF of one page as ReportLayout.h lays it out, in Liberation Sans, with texts that can be
 // selected and searched (but for what docs/export.md names). What that font lacks (Chinese, say) is drawn in
 // another installed one; characters that none has are white squares and named in one log line for the whole
-// report. Line feeds, tabs and their like are drawn as
-// blanks. Needs a QGuiApplication; Qt's platform "offscreen" will do. The rows are kept in memory.
+// report. Line feeds, tabs and their like are drawn as blanks. Needs a QGuiApplication; Qt's platform
+// "offscreen" will do. The rows are kept in memory.
 storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink);
 
 extern const ExportFormat kPdfFormat;
