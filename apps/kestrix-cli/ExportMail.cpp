@@ -45,6 +45,7 @@ Password readPassword(Runner& runner) {
         if (count <= 0 || next[0] == '\n') break;
         text += next[0];
     }
+    if (text.ends_with('\r')) text.pop_back();
     if (text.empty()) return {.why = failed("there is no password on standard input")};
     return {.text = std::move(text)};
 }

@@ -111,7 +111,11 @@ void MailComposeViewController::showSettings() {
     server.setText(place);
     user.setText(QString::fromStdString(kept.user));
     from.setText(QString::fromStdString(settings_.from));
-    const bool tls = kept.security == MailSecurity::Tls;
+    showSecurity();
+}
+
+void MailComposeViewController::showSecurity() {
+    const bool tls = settings_.server.security == MailSecurity::Tls;
     btnSecurity.setTitle(tls ? tr("TLS") : tr("STARTTLS"));
     btnSecurity.setAccessibleName(tls ? tr("Encrypted from the first byte (TLS)")
                                       : tr("Encrypted after the greeting (STARTTLS)"));
@@ -120,9 +124,8 @@ void MailComposeViewController::showSettings() {
 void MailComposeViewController::pressSecurity() {
     if (state_ != State::Editing) return;
     MailSecurity& security = settings_.server.security;
-    readFields();
     security = security == MailSecurity::Tls ? MailSecurity::StartTls : MailSecurity::Tls;
-    showSettings();
+    showSecurity();
 }
 
 void MailComposeViewController::readFields() {

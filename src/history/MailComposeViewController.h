@@ -78,6 +78,7 @@ class MailComposeViewController final : public kestrix::ui::FramedScreen {
     }
     void buildCaptions();
     void showSettings();
+    void showSecurity();
     // Takes over what the fields say.
     void readFields();
     // What is wrong with it, in one line; empty: nothing.

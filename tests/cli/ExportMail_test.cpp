@@ -78,6 +78,10 @@ TEST_F(ExportMail, ReadsThePasswordFromItsInput) {
     const nlohmann::json mail = mailOf(server);
     EXPECT_EQ(mail["tls"], true);
     EXPECT_EQ(mail["login"], "tester@example.org");
+    EXPECT_EQ(exported(words, {}, "correct horse\r\n").status, 0) << "as a file of another system has it";
+    EXPECT_EQ(exported(words, {}, "correct horse").status, 0);
+    mailOf(server);
+    mailOf(server);
     const Result wrong = exported(words, {}, "battery staple\n");
     EXPECT_EQ(wrong.status, 1);
     EXPECT_THAT(complaintsIn(wrong.error), ElementsAre(StartsWith("kestrix-cli: the mail was not sent: ")));

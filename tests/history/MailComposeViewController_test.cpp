@@ -152,6 +152,11 @@ TEST_F(MailComposeViewControllerTest, TheSecurityGoesFromOneToTheOtherAndIsKept)
     screen.btnSecurity.press();
     EXPECT_EQ(screen.btnSecurity.title(), QStringLiteral("TLS"));
     EXPECT_EQ(screen.server.text(), QStringLiteral("mail.example.org:2525")) << "what is typed stays";
+    screen.server.edit(QStringLiteral("mail.example.org:"));
+    screen.btnSecurity.press();
+    screen.btnSecurity.press();
+    EXPECT_EQ(screen.server.text(), QStringLiteral("mail.example.org:")) << "also before it is right";
+    screen.server.edit(QStringLiteral("mail.example.org:2525"));
     screen.btnSend.press();
     EXPECT_EQ(mail_.orders.front().server.security, platform::MailSecurity::Tls);
     screen_.reset();

@@ -1,69 +1,14 @@
 // A test record goes out by mail, through the window: the user's road, by finger and by keys.
 
 #include <QClipboard>
-#include <QDir>
 #include <QGuiApplication>
-#include <QInputMethodEvent>
 
-#include "history/HistoryViewController.h"
-#include "history/MailComposeViewController.h"
-#include "storage/Selection.h"
-#include "storage/ServiceDao.h"
-#include "tests/support/WindowWalks.h"
+#include "tests/shell/MailScreenFixture.h"
 
 namespace kestrix::shell {
 namespace {
 
-using platform::MailResult;
-using ui::ScreenId;
-
-class MailScreen : public testing::WindowWalks {
-  protected:
-    MailScreen() {
-        history::MailPasswords::forgetSession();
-        options_.slideDuration = std::chrono::milliseconds(0);
-    }
-    ~MailScreen() override {
-        history::HistoryViewController::dismissAfterAlert = false;
-        history::MailPasswords::forgetSession();
-    }
-
-    void openMail(QSize size = kSmall) {
-        open(size);
-        storage::ServiceDao dao(app().documents());
-        storage::RecordData record;
-        record.projectName = "Plant A";
-        dao.addRecordForm(record);
-        storage::selectedRecordId = dao.lastOutcome().identity;
-        app().screens().present(ScreenId::History, false);
-        settle();
-        chooseEmail();
-    }
-    void chooseEmail() {
-        tap("btnShare");
-        settle();
-        tap("menuButtonEmail");
-        settle();
-    }
-    void type(const char* field, const char* text) {
-        click(field);
-        pressKey(Qt::Key_A, Qt::ControlModifier);
-        QInputMethodEvent event;
-        event.setCommitString(QString::fromUtf8(text));
-        QCoreApplication::sendEvent(QGuiApplication::focusObject(), &event);
-    }
-    void complete() {
-        type("recipient", "office@example.org");
-        type("server", "mail.example.org");
-        type("user", "ann");
-        type("password", "secret");
-        type("from", "ann@example.org");
-    }
-    ScreenId shown() { return app().screens().topmost()->id(); }
-    QStringList texts() {
-        return QDir(app().documents().path()).entryList({QStringLiteral("*.csv")}, QDir::Files);
-    }
-};
+using MailScreen = MailScreenFixture;
 
 TEST_F(MailScreen, IsTypedAndSentAndClosesOnceItsAlertIsConfirmed) {
     openMail();
