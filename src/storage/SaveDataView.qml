@@ -31,27 +31,11 @@ ScreenFrame {
         }
     }
 
-    Flickable {
+    FormArea {
         id: form
         objectName: "saveForm"
         anchors.fill: parent
-        contentHeight: height
-        bottomMargin: page.coveredByKeyboard
-        interactive: page.coveredByKeyboard > 0
-        boundsBehavior: Flickable.StopAtBounds
-        onBottomMarginChanged: showField()
-
-        // What is typed into stays in sight.
-        function showField() {
-            const field = Window.activeFocusItem
-            const seen = height - bottomMargin
-            let top = 0
-            if (bottomMargin > 0 && field !== null) {
-                const place = field.mapToItem(contentItem, 0, 0, field.width, field.height)
-                top = Math.max(0, Math.min(bottomMargin, place.y + place.height + 8 - seen))
-            }
-            contentY = top
-        }
+        coveredByKeyboard: page.coveredByKeyboard
 
         component Caption: LabelView {
             x: 12
