@@ -10,6 +10,7 @@
 
 #include <array>
 #include <csignal>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -34,16 +35,20 @@ class Capture : public ::testing::Test {
   protected:
     std::string path(const std::string& name) const { return folder_.path().toStdString() + "/" + name; }
 
-    // Waits until a file of the folder has so many bytes behind its header line.
-    void waitForBytes(const std::string& file, std::size_t bytes) const {
+    // Waits until what a file of the folder has behind its header line is right.
+    void waitUntil(const std::string& file,
+                   const std::function<bool(const std::string& bytes)>& isRight) const {
         const Descriptor changes(inotify_init1(IN_CLOEXEC));
         ASSERT_GE(inotify_add_watch(changes.get(), folder_.path().toStdString().c_str(), IN_MODIFY), 0);
-        while (bytesIn(file).size() < bytes) {
+        while (!isRight(bytesIn(file))) {
             pollfd state{changes.get(), POLLIN, 0};
             ASSERT_GT(poll(&state, 1, 60'000), 0) << "it never has them";
             std::array<char, 4096> waste;
             ASSERT_GT(read(changes.get(), waste.data(), waste.size()), 0);
         }
+    }
+    void waitForBytes(const std::string& file, std::size_t bytes) const {
+        waitUntil(file, [bytes](const std::string& kept) { return kept.size() >= bytes; });
     }
     std::string bytesIn(const std::string& file) const {
         const std::string content = contentOf(path(file));
@@ -57,7 +62,8 @@ class Capture : public ::testing::Test {
         Program program(options);
         const Descriptor client = listener_.accept();
         sendAll(client, bytes);
-        waitForBytes(file, bytes.size());
+        // Not only as many: an earlier capture is there until the first byte comes.
+        waitUntil(file, [&bytes](const std::string& kept) { return kept == bytes; });
         program.signal(SIGTERM);
         EXPECT_EQ(program.wait(), 0);
         EXPECT_EQ(program.output(), "");
