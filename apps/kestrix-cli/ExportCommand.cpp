@@ -64,10 +64,7 @@ Ending exportRecord(Runner& runner, const ExportOptions& options) {
     record.timeStamp = history::getExportTime(std::chrono::system_clock::now());
     if (options.mail) return mailExport(runner, loop, options, record, saved.folder());
     if (options.output) return exportToOutput(runner, record, formatOf(options), *options.output);
-    const history::ExportedFile file = history::exportIntoFolder(record, formatOf(options), saved.folder());
-    if (!file.outcome.done) return failed(file.outcome.reason);
-    runner.output().line(file.path.toStdString());
-    return done();
+    return exportToFolder(runner, record, formatOf(options), saved.folder());
 }
 
 Action describeExport(CommandOptions& options) {

@@ -60,11 +60,9 @@ const ExportFormat& formatOf(const ExportOptions& given) {
 
 std::string completeMailSettings(const ExportOptions& given, platform::MailSettings& settings) {
     if (given.smtp) {
-        const std::string caFile = settings.server.caFile;
         settings.server = {};
         if (std::string why = platform::readMailUri(*given.smtp, settings.server); !why.empty())
             return "--smtp: " + why;
-        settings.server.caFile = caFile;
     }
     if (given.from) settings.from = *given.from;
     if (given.caFile) settings.server.caFile = *given.caFile;

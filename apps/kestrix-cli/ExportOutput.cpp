@@ -1,6 +1,7 @@
 #include "apps/kestrix-cli/ExportOutput.h"
 
 #include <unistd.h>
+#include <QFileInfo>
 
 #include <array>
 #include <cerrno>
@@ -55,9 +56,32 @@ Ending exportToStandardOutput(Runner& runner, const history::ExportedRecord& rec
 Ending exportToOutput(Runner& runner, const history::ExportedRecord& record,
                       const history::ExportFormat& format, const std::string& output) {
     if (output == "-") return exportToStandardOutput(runner, record, format);
+    if (output.empty() || output.ends_with('/')) return wrongUsage("--output '" + output + "' names no file");
+    if (QString::fromStdString(output).toStdString() != output)
+        return wrongUsage("--output names a file in bytes that are no UTF-8");
     const storage::Outcome written =
         history::exportIntoNewFile(record, format, QString::fromStdString(output));
     return written.done ? done() : failed(output + ": " + written.reason);
+}
+
+Ending exportToFolder(Runner& runner, const history::ExportedRecord& record,
+                      const history::ExportFormat& format, const platform::DocumentsFolder& folder) {
+    const auto nameOf = [&](int number) {
+        return QString::fromStdString(record.timeStamp + (number > 1 ? "-" + std::to_string(number) : "") +
+                                      format.extension);
+    };
+    const auto isThere = [](const QString& path) {
+        const QFileInfo file(path);
+        return file.exists() || file.isSymLink();
+    };
+    if (const std::string why = folder.whyKeptOut(); !why.empty()) return failed(why);
+    int number = 1;
+    while (isThere(folder.filePath(nameOf(number)))) ++number;
+    const QString path = folder.filePath(nameOf(number));
+    const storage::Outcome written = history::exportIntoNewFile(record, format, path);
+    if (!written.done) return failed(written.reason);
+    runner.output().line(path.toStdString());
+    return done();
 }
 
 }  // namespace kestrix::cli

@@ -78,20 +78,26 @@ void HistoryViewController::ExportPDF() {
 void HistoryViewController::SendMail() {
     const QString path = getMessages();
     if (!services_.navigation.has(ui::ScreenId::MailCompose)) return;
+    // What else may have this name is nobody's attachment.
     QFile file(path);
-    const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const bool opened = textFile_.outcome.done && file.open(QIODevice::ReadOnly);
+    const QByteArray content = opened ? file.readAll() : QByteArray();
     const platform::MailMessage message = reportMail(mailTitle, timeStr + ".csv", content.toStdString());
     mailIsOpen_ = true;
-    mailToCompose = MailToCompose{.recipient = message.recipient,
-                                  .subject = message.subject,
-                                  .htmlBody = message.htmlBody,
-                                  .attachment = message.attachment,
-                                  .delegate = this};
+    mailToCompose = MailToCompose{
+        .recipient = message.recipient,
+        .subject = message.subject,
+        .htmlBody = message.htmlBody,
+        .attachment = message.attachment,
+        .problem =
+            opened ? QString()
+                   : tr("The attachment is empty: %1").arg(QString::fromStdString(textFile_.outcome.reason)),
+        .delegate = this};
     services_.navigation.present(ui::ScreenId::MailCompose, true);
 }
 
 void HistoryViewController::deleteMailFile() {
-    if (std::exchange(mailIsOpen_, false)) QFile::remove(deletefile);
+    if (std::exchange(mailIsOpen_, false) && textFile_.outcome.done) QFile::remove(deletefile);
 }
 
 void HistoryViewController::mailComposeController(MailComposeViewController&, MailResult didFinishWithResult,
@@ -123,7 +129,7 @@ void HistoryViewController::alertWithTitle(const QString&, const QString& msg) {
 
 void HistoryViewController::alertView(int) {
     if (const QString problem = std::exchange(mailProblem_, {}); !problem.isEmpty())
-        services_.notice.show(tr("The mail was not sent: %1").arg(problem));
+        services_.notice.show(tr("Mail: %1").arg(problem));
     if (dismissAfterAlert) services_.navigation.dismiss(true);
 }
 

@@ -7,7 +7,7 @@
 #include <cctype>
 #include <utility>
 
-#include "platform/PrivateFiles.h"
+#include "history/ReportMail.h"
 #include "ui/KeyRules.h"
 #include "ui/Palette.h"
 
@@ -26,6 +26,7 @@ MailComposeViewController::MailComposeViewController(ui::ScreenId id, const ui::
     : FramedScreen(id, services) {
     MailToCompose mail = std::exchange(mailToCompose, std::nullopt).value_or(MailToCompose{});
     delegate_ = mail.delegate;
+    problem_ = std::move(mail.problem);
     message_.recipient = std::move(mail.recipient);
     message_.subject = std::move(mail.subject);
     message_.htmlBody = std::move(mail.htmlBody);
@@ -67,6 +68,10 @@ void MailComposeViewController::viewDidLoad() {
     }
     parts_ = services_.loadMail();
     passwords_ = std::make_unique<MailPasswords>(std::move(parts_.keyring));
+    if (!settings_.server.caFile.empty())
+        say(tr("Certificates are checked against %1").arg(QString::fromStdString(settings_.server.caFile)),
+            false);
+    if (!problem_.isEmpty()) say(problem_, true);
     if (!parts_.problem.empty()) say(QString::fromStdString(parts_.problem), true);
 }
 
@@ -141,12 +146,12 @@ QString MailComposeViewController::problemOf(const ui::TextField& field) const {
     std::string why;
     if (&field == &recipient) why = platform::mailAddressProblem(message_.recipient, "recipient");
     if (&field == &from) why = platform::mailAddressProblem(message_.from, "sender");
-    if (&field == &server || &field == &user) {
-        platform::MailServer asTyped = settings_.server;
-        if (&field == &server)
-            why = platform::readHostAndPort(server.text().trimmed().toStdString(), asTyped);
+    platform::MailServer asTyped = settings_.server;
+    if (&field == &server) {
+        why = platform::readHostAndPort(server.text().trimmed().toStdString(), asTyped);
         if (why.empty()) why = platform::mailServerProblem(asTyped);
     }
+    if (&field == &user && !asTyped.host.empty()) why = platform::mailServerProblem(asTyped);
     if (!why.empty()) why.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(why.front())));
     return QString::fromStdString(why);
 }
@@ -218,7 +223,7 @@ void MailComposeViewController::send(const std::string& withPassword) {
 void MailComposeViewController::mailEnded(const platform::MailReport& report) {
     onItsWay_ = false;
     const std::string name = platform::keyringName(settings_.server);
-    if (report.result == MailResult::Failed) passwords_->forget(name);
+    if (report.loginRefused) passwords_->forget(name);
     if (report.result == MailResult::Sent && !used_.empty())
         passwords_->keep(name, used_, [&notice = services_.notice](const std::string& problem) {
             if (problem.empty()) return;
@@ -241,16 +246,14 @@ void MailComposeViewController::pressDraft() {
     if (state_ != State::Editing) return;
     if (!parts_.transport) return refuse({nullptr, QString::fromStdString(parts_.problem)});
     readFields();
+    platform::keepMailSettings(services_.defaults, settings_);
     message_.date = services_.now();
-    const QString file = services_.documents.filePath(
-        QString::fromStdString(services_.stampText.text(services_.now())) + QStringLiteral(".eml"));
-    std::string why = services_.documents.whyKeptOut();
-    if (why.empty() &&
-        !platform::replacePrivateFile(file, QByteArray::fromStdString(parts_.transport->text(message_))))
-        why = qt_error_string().toStdString();
-    if (!why.empty())
-        return refuse({nullptr, tr("The draft was not saved: %1").arg(QString::fromStdString(why))});
-    say(tr("Saved as %1").arg(file), false);
+    const ExportedFile draft = keepDraft(parts_.transport->text(message_),
+                                         services_.stampText.text(services_.now()), services_.documents);
+    if (!draft.outcome.done)
+        return refuse(
+            {nullptr, tr("The draft was not saved: %1").arg(QString::fromStdString(draft.outcome.reason))});
+    services_.notice.show(tr("Saved as %1").arg(draft.path));
     finish(MailResult::Saved, {});
 }
 

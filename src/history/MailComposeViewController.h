@@ -95,6 +95,7 @@ class MailComposeViewController final : public kestrix::ui::FramedScreen {
     platform::MailParts parts_;
     std::unique_ptr<MailPasswords> passwords_;
     MailComposeDelegate* delegate_ = nullptr;
+    QString problem_;  // of the attachment
     platform::MailSettings settings_;
     platform::MailMessage message_;
     std::string used_;       // the password with which the mail is on its way

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <optional>
 #include <string>
 
@@ -13,7 +15,7 @@ class MailComposeViewController;
 class MailComposeDelegate {
   public:
     virtual ~MailComposeDelegate() = default;
-    // error: of one that failed, in one line.
+    // error: why it failed, or whether it may have been sent all the same; one line, or empty.
     virtual void mailComposeController(MailComposeViewController& controller,
                                        platform::MailResult didFinishWithResult,
                                        const std::string& error) = 0;
@@ -25,6 +27,7 @@ struct MailToCompose {
     std::string subject;
     std::string htmlBody;
     std::optional<platform::MailAttachment> attachment;
+    QString problem{};                        // what is wrong with the attachment; empty: nothing
     MailComposeDelegate* delegate = nullptr;  // not owned; it outlives the composer
 };
 

@@ -20,7 +20,7 @@ class MailPasswords {
     void find(const std::string& name, platform::Keyring::Found found);
     // Keeps one that a server has accepted. `problem` is why it is kept for this session only.
     void keep(const std::string& name, const std::string& password, platform::Keyring::Done done);
-    // One that a server has refused is asked for again.
+    // One that a server has refused is found no more, in the keyring either, until another is kept.
     void forget(const std::string& name);
 
     // Takes all of this session away.

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "history/ExportFile.h"
+
 namespace kestrix::history {
 namespace {
 
@@ -25,6 +27,14 @@ platform::MailMessage reportMail(const std::string& projectName, const std::stri
             .htmlBody = kBody,
             .attachment = platform::MailAttachment{
                 .name = fileName, .mediaType = mediaTypeOf(fileName), .content = std::move(content)}};
+}
+
+ExportedFile keepDraft(const std::string& text, const std::string& stamp,
+                       const platform::DocumentsFolder& folder) {
+    const std::string name = stamp + ".eml";
+    return {
+        .path = folder.filePath(QString::fromStdString(name)),
+        .outcome = writeFileInFolder(folder, name, [&text](const ExportSink& sink) { return sink(text); })};
 }
 
 }  // namespace kestrix::history

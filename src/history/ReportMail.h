@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "history/Export.h"
+#include "platform/DocumentsFolder.h"
 #include "platform/Mail.h"
 
 namespace kestrix::history {
@@ -10,5 +12,10 @@ namespace kestrix::history {
 // projectName: its subject. fileName: of the attachment.
 platform::MailMessage reportMail(const std::string& projectName, const std::string& fileName,
                                  std::string content);
+
+// Writes the mail (`text`, as it would be sent) into the documents folder, as <stamp>.eml. One of the same
+// second is replaced.
+ExportedFile keepDraft(const std::string& text, const std::string& stamp,
+                       const platform::DocumentsFolder& folder);
 
 }  // namespace kestrix::history

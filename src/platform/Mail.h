@@ -43,7 +43,10 @@ enum class MailResult : std::uint8_t { Cancelled, Saved, Sent, Failed };
 // How a mail ended.
 struct MailReport {
     MailResult result = MailResult::Failed;
-    std::string why{};  // of one that failed, in one line
+    std::string why{};  // in one line, of one that failed or may be sent
+    // The server had all of it, and did not say whether it takes it.
+    bool mayBeSent = false;
+    bool loginRefused = false;  // it failed because of the user's name or the password
 };
 
 // What is to be sent, by whom.

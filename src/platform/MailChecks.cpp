@@ -128,7 +128,10 @@ std::string mailAddressProblem(std::string_view address, std::string_view whose)
         return possessor + (shown ? " has a character that no address has: " + std::string(1, c)
                                   : std::string(" has a blank, or a letter that no address has"));
     }
-    const bool whole = at != std::string_view::npos && !local.empty() && isHostName(address.substr(at + 1));
+    const bool dotted =
+        local.starts_with('.') || local.ends_with('.') || local.find("..") != std::string_view::npos;
+    const bool whole =
+        at != std::string_view::npos && !local.empty() && !dotted && isHostName(address.substr(at + 1));
     if (!whole) return possessor + " does not look like name@example.org";
     if (local.size() > kLongestLocalPart || address.size() > kLongestAddress)
         return possessor + " is longer than any address";

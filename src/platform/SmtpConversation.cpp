@@ -30,6 +30,7 @@ void SmtpConversation::said(std::string_view line) {
                                          [&](const VerbRow& one) { return one.verb == verb; });
     if (row == std::end(kVerbs)) return;
     step_ = row->step;
+    loggedIn_ = loggedIn_ || step_ == SmtpStep::Login;
     // What was answered before is no answer to this.
     code_ = 0;
     text_.clear();

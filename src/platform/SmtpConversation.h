@@ -30,6 +30,8 @@ class SmtpConversation {
     SmtpStep step() const { return step_; }
     // The server has taken the mail, whatever comes after it.
     bool isAccepted() const { return accepted_; }
+    // A login was begun.
+    bool hasLoggedIn() const { return loggedIn_; }
     // The farewell has been said.
     bool isLeaving() const { return leaving_; }
     // The latest answer at this step, 0 before the first; its lines in one, and not made printable.
@@ -40,6 +42,7 @@ class SmtpConversation {
     SmtpStep step_ = SmtpStep::None;
     bool accepted_ = false;
     bool leaving_ = false;
+    bool loggedIn_ = false;
     bool complete_ = true;  // the next line begins an answer
     int code_ = 0;
     std::string text_;

@@ -25,13 +25,24 @@ struct Transfer {
     SmtpCancellation& cancellation;
     const std::function<void(std::uint64_t)>& moved;
     bool staysOnLoopback;
+    bool needsLogin;
     std::size_t read = 0;
     SmtpConversation conversation{};
     SmtpFailure failure{};
+    bool wentOnWithoutLogin = false;
 };
+
+// The library goes on without a login where none is offered. The user has named one.
+bool goesOnWithoutLogin(Transfer& transfer) {
+    const SmtpConversation& said = transfer.conversation;
+    transfer.wentOnWithoutLogin =
+        transfer.needsLogin && !said.hasLoggedIn() && said.step() >= SmtpStep::Sender;
+    return transfer.wentOnWithoutLogin;
+}
 
 std::size_t readText(char* buffer, std::size_t size, std::size_t count, void* user) {
     auto& transfer = *static_cast<Transfer*>(user);
+    if (goesOnWithoutLogin(transfer)) return CURL_READFUNC_ABORT;
     const std::size_t taken = std::min(size * count, transfer.text.size() - transfer.read);
     std::memcpy(buffer, transfer.text.data() + transfer.read, taken);
     transfer.read += taken;
@@ -55,9 +66,11 @@ int hearCommand(CURL*, curl_infotype kind, char* line, std::size_t size, void* u
 // Called once a second at least, wherever the library waits. The farewell is said, but its answer not waited
 // for.
 int goOn(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t sent) {
-    const auto& transfer = *static_cast<Transfer*>(user);
+    auto& transfer = *static_cast<Transfer*>(user);
     transfer.moved(std::min<std::uint64_t>(static_cast<std::uint64_t>(sent), transfer.text.size()));
-    return transfer.cancellation.isCancelled() || transfer.conversation.isLeaving() ? 1 : 0;
+    const bool ends = transfer.cancellation.isCancelled() || transfer.conversation.isLeaving() ||
+                      goesOnWithoutLogin(transfer);
+    return ends ? 1 : 0;
 }
 
 curl_socket_t openSocket(void* user, curlsocktype, curl_sockaddr* address) {
@@ -136,6 +149,26 @@ void setTransfer(CURL* easy, Transfer& transfer) {
     setFunction(easy, CURLOPT_CLOSESOCKETFUNCTION, closeSocket, CURLOPT_CLOSESOCKETDATA, transfer);
 }
 
+MailReport report(Transfer& transfer, const MailOrder& order, const char* detail, CURL* easy) {
+    constexpr int kRefusals = 400;  // and above
+    const SmtpConversation& said = transfer.conversation;
+    if (transfer.failure.code == CURLE_OK || said.isAccepted()) return {.result = MailResult::Sent};
+    const bool refused = said.replyCode() >= kRefusals;
+    MailReport report;
+    report.mayBeSent = said.step() == SmtpStep::Content && !refused && transfer.read == transfer.text.size();
+    if (report.mayBeSent)
+        report.why = "the server had the whole mail, and did not answer: it may have taken it";
+    if (transfer.cancellation.isCancelled()) {
+        report.result = MailResult::Cancelled;
+        return report;
+    }
+    curl_easy_getinfo(easy, CURLINFO_OS_ERRNO, &transfer.failure.systemError);
+    transfer.failure.detail = detail;
+    if (!report.mayBeSent) report.why = smtpProblem(transfer.failure, said, order.server, order.message);
+    report.loginRefused = said.step() == SmtpStep::Login && refused;
+    return report;
+}
+
 }  // namespace
 
 bool isLoopbackAddress(const sockaddr& address) {
@@ -175,7 +208,8 @@ MailReport transferMail(const MailOrder& order, const std::string& text, const S
                         SmtpCancellation& cancellation, const std::function<void(std::uint64_t)>& moved) {
     [[maybe_unused]] static const CURLcode prepared = curl_global_init(CURL_GLOBAL_DEFAULT);
     Transfer transfer{text, cancellation, moved,
-                      isLoopback(order.server.host) && order.server.security == MailSecurity::StartTls};
+                      isLoopback(order.server.host) && order.server.security == MailSecurity::StartTls,
+                      !order.server.user.empty()};
     std::array<char, CURL_ERROR_SIZE> detail{};
     const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> recipients(
         curl_slist_append(nullptr, order.message.recipient.c_str()), curl_slist_free_all);
@@ -191,12 +225,11 @@ MailReport transferMail(const MailOrder& order, const std::string& text, const S
     curl_easy_setopt(easy, CURLOPT_MAIL_RCPT, recipients.get());
 
     transfer.failure.code = curl_easy_perform(easy);
-    if (transfer.failure.code == CURLE_OK || transfer.conversation.isAccepted()) return {MailResult::Sent};
-    if (cancellation.isCancelled()) return {MailResult::Cancelled};
-    curl_easy_getinfo(easy, CURLINFO_OS_ERRNO, &transfer.failure.systemError);
-    transfer.failure.detail = detail.data();
-    return {MailResult::Failed,
-            smtpProblem(transfer.failure, transfer.conversation, order.server, order.message)};
+    if (transfer.wentOnWithoutLogin)
+        return {.result = MailResult::Failed,
+                .why = "the server takes no login with a name and a password",
+                .loginRefused = true};
+    return report(transfer, order, detail.data(), easy);
 }
 
 }  // namespace kestrix::platform

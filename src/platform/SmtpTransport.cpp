@@ -142,8 +142,13 @@ std::string SmtpTransport::start(MailOrder& order, Progress progress, const Ende
     delivery->receiver = &receiver_;
     const auto work = [this, delivery, limits = limits_] {
         hearNoSignals();
-        const MailReport report =
-            delivery->run(limits, [&] { delivery->post([this, delivery] { tellProgress(*delivery); }); });
+        MailReport report;
+        try {
+            report =
+                delivery->run(limits, [&] { delivery->post([this, delivery] { tellProgress(*delivery); }); });
+        } catch (const std::exception&) {  // a large file, and little memory
+            report.why = "there is not enough memory for the mail";
+        }
         delivery->post([this, delivery, report] { finish(*delivery, report); });
         delivery->end();
     };

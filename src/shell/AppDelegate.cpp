@@ -58,6 +58,8 @@ AppDelegate::AppDelegate(LaunchOptions options)
       notice_(scheduler()),
       screens_(options_.slideDuration),
       services_(makeServices()) {
+    QObject::connect(&alerts_, &ui::Alerts::shownChanged, &notice_,
+                     [this] { notice_.setHeld(alerts_.isShown()); });
     for (const ScreenRow& row : shell::screens()) registerScreen(row, screens_, services_);
     screens_.setMissing([this](ui::ScreenId) {
         notice_.show(QCoreApplication::translate("AppDelegate", "Not available in this version"));

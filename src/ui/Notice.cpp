@@ -35,7 +35,7 @@ void Notice::forget(const QObject* owner) {
 }
 
 void Notice::add(Line line) {
-    if (isShown() && lines_.back().text == line.text) {
+    if (!lines_.empty() && lines_.back().text == line.text) {
         lines_.back() = std::move(line);  // the newer action is the one that still makes sense
         if (lines_.size() == 1) begin();
         return;
@@ -43,11 +43,13 @@ void Notice::add(Line line) {
     lines_.push_back(std::move(line));
     if (lines_.size() == 1) return begin();
     if (lines_.size() > kMostWaiting + 1) lines_.erase(lines_.begin() + 1);
+    if (held_) return;
     const auto shownFor = std::chrono::duration_cast<milliseconds>(scheduler_.now() - begun_);
     endAfter(std::max(kLeastDuration - shownFor, milliseconds(0)));
 }
 
 void Notice::begin() {
+    if (held_) return;
     begun_ = scheduler_.now();
     endAfter(lines_.size() > 1 ? kLeastDuration : kDuration);
     Q_EMIT shownChanged();
@@ -61,6 +63,18 @@ void Notice::end() {
     // Whoever hears that nothing is shown may have shown something.
     lines_.insert(lines_.begin(), std::make_move_iterator(rest.begin()), std::make_move_iterator(rest.end()));
     if (!rest.empty()) begin();
+}
+
+void Notice::setHeld(bool held) {
+    if (held == held_) return;
+    held_ = held;
+    if (lines_.empty()) return;
+    timer_.cancel();
+    if (held) {
+        Q_EMIT shownChanged();
+    } else {
+        begin();
+    }
 }
 
 void Notice::pressAction() {

@@ -46,7 +46,11 @@ class Notice : public QObject {
     // Takes away what is shown and what waits.
     void clear();
 
-    bool isShown() const { return !lines_.empty(); }
+    // While it is held nothing is shown, and the time of no line passes: something else wants to be seen
+    // first. Then the line has its whole time.
+    void setHeld(bool held);
+
+    bool isShown() const { return !lines_.empty() && !held_; }
     // Of the line that is shown; empty without one.
     QString text() const { return isShown() ? lines_.front().text : QString(); }
     QString actionTitle() const { return isShown() ? lines_.front().actionTitle : QString(); }
@@ -71,6 +75,7 @@ class Notice : public QObject {
 
     platform::Scheduler& scheduler_;
     std::deque<Line> lines_;  // the first one is shown
+    bool held_ = false;
     platform::Scheduler::TimePoint begun_;
     platform::Scheduler::Timer timer_;
 };

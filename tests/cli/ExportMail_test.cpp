@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "platform/DateText.h"
 #include "tests/cli/ExportFixture.h"
 #include "tests/platform/MailServer.h"
 
@@ -87,6 +90,13 @@ TEST_F(ExportMail, ReadsThePasswordFromItsInput) {
     EXPECT_THAT(complaintsIn(wrong.error), ElementsAre(StartsWith("kestrix-cli: the mail was not sent: ")));
     EXPECT_THAT(wrong.error, HasSubstr("password"));
     EXPECT_THAT(wrong.error, Not(HasSubstr("battery")));
+    const Result tooLong = exported(words, {}, std::string(5000, 'x') + "\n");
+    EXPECT_EQ(tooLong.status, 1);
+    EXPECT_THAT(complaintsIn(tooLong.error),
+                ElementsAre("kestrix-cli: the password on standard input has more than 4096 bytes"));
+    const Result nobodys = exported(to(uri(server), {"--password-stdin"}), {}, kPassword);
+    EXPECT_EQ(nobodys.status, 2);
+    EXPECT_THAT(complaintsIn(nobodys.error), ElementsAre(HasSubstr("the server has no user")));
     const Result none = exported(words);
     EXPECT_EQ(none.status, 1);
     EXPECT_THAT(complaintsIn(none.error), ElementsAre("kestrix-cli: there is no password on standard input"));
@@ -141,6 +151,21 @@ TEST_F(ExportMail, WhileItWaitsForThePasswordASignalCancelsItToo) {
     program.signal(SIGINT);
     EXPECT_EQ(program.waitForEnd(), 1);
     EXPECT_FALSE(server.hasMore());
+}
+
+TEST_F(ExportMail, ADraftNeverGoesThroughALink) {
+    // A name for each of the seconds in which it may be written.
+    writeFile(path_ + "/precious", "precious");
+    const auto now = std::chrono::system_clock::now();
+    for (int second = 0; second < 20; ++second) {
+        const std::string stamp =
+            platform::DateText(platform::kStampPattern).text(now + std::chrono::seconds(second));
+        std::filesystem::create_symlink(path_ + "/precious", path_ + "/" + stamp + ".eml");
+    }
+    const Result result = exported({"--mail", "office@example.org", "--from", "ann@example.org", "--draft"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(complaintsIn(result.error), ElementsAre(StartsWith("kestrix-cli: the mail was not saved: ")));
+    EXPECT_EQ(contentOf(path_ + "/precious"), "precious");
 }
 
 TEST_F(ExportMail, ADraftIsSavedAndNothingSent) {

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "tests/cli/ExportFixture.h"
 
@@ -100,6 +101,23 @@ TEST_F(Export, WhatCannotBeWrittenIsOneLineAndNoFile) {
     }
     fs::permissions(path_, fs::perms::owner_all);
     EXPECT_EQ(filesIn(path_), files_);
+}
+
+TEST_F(Export, OfSeveralInOneSecondNoneReplacesAnother) {
+    std::set<std::string> told;
+    for (int time = 0; time < 4; ++time) {
+        for (const std::string& path : linesOf(exported({"--csv"}).output)) told.insert(path);
+    }
+    EXPECT_EQ(told.size(), 4U);
+    for (const std::string& path : told) EXPECT_THAT(utf16(contentOf(path)).toStdString(), HasSubstr("S_2"));
+}
+
+TEST_F(Export, WhatNamesNoFileIsWrongUsage) {
+    for (const std::string& output : {std::string(), path_ + "/", std::string("bad\xff.csv")}) {
+        const Result result = exported({"--csv", "--output", output});
+        EXPECT_EQ(result.status, 2) << output;
+        EXPECT_THAT(complaintsIn(result.error), ElementsAre(HasSubstr("--output")));
+    }
 }
 
 TEST_F(Export, ARecordThatIsNotThereIsSaid) {

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
 #include <QDir>
 #include <QFile>
 #include <QStringDecoder>
+
+#include <functional>
 
 #include "history/HistoryViewController.h"
 #include "history/MailComposeViewController.h"
@@ -197,6 +201,59 @@ TEST_F(HistoryExport, AMailWhoseTextCouldNotBeWrittenHasAnEmptyAttachment) {
     EXPECT_EQ(mailToCompose->attachment->content, "");
 }
 
+TEST_F(HistoryExport, AFileThatIsNoneOfOursIsNeitherAttachedNorDeleted) {
+    QTemporaryDir elsewhere;
+    QFile precious(elsewhere.filePath(QStringLiteral("precious")));
+    ASSERT_TRUE(precious.open(QIODevice::WriteOnly));
+    precious.write("precious");
+    precious.close();
+    const QString place = surroundings_.folder.filePath(kText);
+    const std::pair<const char*, std::function<bool()>> kinds[] = {
+        {"link", [&] { return precious.link(place); }},
+        {"second name",
+         [&] {
+             return ::link(QFile::encodeName(precious.fileName()).constData(),
+                           QFile::encodeName(place).constData()) == 0;
+         }},
+        {"pipe", [&] { return ::mkfifo(QFile::encodeName(place).constData(), 0600) == 0; }}};
+    open();
+    for (const auto& [kind, make] : kinds) {
+        ASSERT_TRUE(make()) << kind;
+        testing::expectWarning("the test record was not exported:");
+        choose("Email");
+        ASSERT_TRUE(mailToCompose.has_value()) << kind;
+        EXPECT_EQ(mailToCompose->attachment->content, "") << kind;
+        endMail(MailResult::Cancelled);
+        confirm();
+        struct stat state {};
+        EXPECT_EQ(::lstat(QFile::encodeName(place).constData(), &state), 0) << kind << " is still there";
+        QFile::remove(place);
+    }
+}
+
+TEST_F(HistoryExport, WhereNoMailCanBeComposedNothingIsShownAndTheFileStays) {
+    surroundings_.missing = ui::ScreenId::MailCompose;
+    open();
+    choose("Email");
+    EXPECT_TRUE(surroundings_.asked.empty());
+    EXPECT_FALSE(surroundings_.alerts.isShown());
+    screen_.reset();
+    EXPECT_EQ(files(), QStringList{kText});
+}
+
+TEST_F(HistoryExport, TheReportsHeightIsThatOfItsRows) {
+    const std::int64_t record = addRecord("Plant A");
+    storage::selectedRecordId = record;
+    screen_ = std::make_unique<HistoryViewController>(ui::ScreenId::History, surroundings_.services());
+    screen_->loadView();
+    screen_->viewDidAppear();
+    EXPECT_EQ(screen_->getPDFHeight(), 120);
+    addMeasure(record, "Plant A", measureNamed("S_1"));
+    addMeasure(record, "Plant A", measureNamed("S_2", std::string(200, 'x')));
+    screen_->getMeasureData();
+    EXPECT_EQ(screen_->getPDFHeight(), 120 + 20 + 30);
+}
+
 TEST_F(HistoryExport, WithoutANetworkEmailSaysSoAndStops) {
     open();
     surroundings_.network.reachable = false;
@@ -258,8 +315,7 @@ TEST_P(HistoryMailEnd, HasItsAlertAndItsWayOutAndDeletesTheFile) {
     EXPECT_EQ(surroundings_.asked, Asked{"dismiss animated"})
         << "the composer, or behind it the history itself";
     const bool failed = GetParam().result == MailResult::Failed;
-    EXPECT_EQ(surroundings_.notice.text(),
-              failed ? QStringLiteral("The mail was not sent: nobody answers") : QString());
+    EXPECT_EQ(surroundings_.notice.text(), failed ? QStringLiteral("Mail: nobody answers") : QString());
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include "tests/support/FakeMail.h"
+#include "tests/support/LogExpectations.h"
 #include "tests/support/TestServices.h"
 
 namespace kestrix::history {
@@ -188,15 +189,32 @@ TEST_F(MailComposeViewControllerTest, WithoutAKeyringThePasswordIsKeptForTheSess
 TEST_F(MailComposeViewControllerTest, ARefusedPasswordIsAskedForAgain) {
     openComplete().btnSend.press();
     mail_.end(MailResult::Sent);
-    mail_.passwords.clear();
+    ASSERT_EQ(mail_.passwords.size(), 1U);
     openComplete("").btnSend.press();
     ASSERT_EQ(mail_.orders.back().password, "secret");
-    mail_.end(MailResult::Failed, "the server did not accept the password");
+    mail_.end(MailResult::Failed, "the server did not accept the password", true);
     MailComposeViewController& screen = openComplete("");
     screen.btnSend.press();
     EXPECT_EQ(mail_.orders.size(), 2U);
     EXPECT_EQ(screen.status.text(), QStringLiteral("Type the password of ann."));
     EXPECT_EQ(screen.state(), State::Editing);
+    screen.password.edit(QStringLiteral("another"));
+    screen.btnSend.press();
+    mail_.end(MailResult::Sent);
+    EXPECT_EQ(mail_.passwords.at("ann@mail.example.org:2525"), "another");
+    openComplete("").btnSend.press();
+    EXPECT_EQ(mail_.orders.back().password, "another");
+}
+
+TEST_F(MailComposeViewControllerTest, APasswordOutlivesAFailureThatHasNothingToDoWithIt) {
+    mail_.keyringProblem = "there is no keyring";
+    openComplete().btnSend.press();
+    mail_.end(MailResult::Sent);
+    openComplete("").btnSend.press();
+    mail_.end(MailResult::Failed, "mail.example.org cannot be reached");
+    openComplete("").btnSend.press();
+    EXPECT_EQ(mail_.orders.back().password, "secret");
+    EXPECT_EQ(mail_.orders.size(), 3U);
 }
 
 TEST_F(MailComposeViewControllerTest, AServerWithoutAUserIsAskedForNoPassword) {
@@ -244,7 +262,7 @@ TEST_F(MailComposeViewControllerTest, CancelWhileSendingCallsTheMailBack) {
 
 TEST_F(MailComposeViewControllerTest, EscapeAndBackCancel) {
     open();
-    EXPECT_TRUE(screen_->pressKey(Qt::Key_Escape, Qt::ControlModifier, false) == false || results_.empty());
+    EXPECT_FALSE(screen_->pressKey(Qt::Key_Escape, Qt::ControlModifier, false));
     EXPECT_TRUE(results_.empty()) << "with a modifier";
     EXPECT_TRUE(screen_->pressKey(Qt::Key_Escape, Qt::NoModifier, true));
     EXPECT_TRUE(results_.empty()) << "held down";
@@ -273,6 +291,34 @@ TEST_F(MailComposeViewControllerTest, ADraftIsAFileOfTheOwnersInTheFolder) {
     ASSERT_TRUE(draft.open(QIODevice::ReadOnly));
     EXPECT_TRUE(draft.readAll().startsWith("To: office@example.org\r\nSubject: Plant A\r\n"));
     EXPECT_EQ(draft.permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+    EXPECT_EQ(surroundings_.notice.text(), QStringLiteral("Saved as ") + draft.fileName());
+    EXPECT_EQ(open().server.text(), QStringLiteral("mail.example.org:2525"))
+        << "the settings are kept as well";
+}
+
+TEST_F(MailComposeViewControllerTest, ADraftNeverGoesThroughALink) {
+    QTemporaryDir elsewhere;
+    QFile precious(elsewhere.filePath(QStringLiteral("precious")));
+    ASSERT_TRUE(precious.open(QIODevice::WriteOnly));
+    precious.write("precious");
+    precious.close();
+    ASSERT_TRUE(precious.link(surroundings_.folder.filePath(QStringLiteral("20240603000000.eml"))));
+    openComplete().btnDraft.press();
+    EXPECT_TRUE(results_.empty());
+    EXPECT_EQ(screen_->state(), State::Editing);
+    ASSERT_TRUE(precious.open(QIODevice::ReadOnly));
+    EXPECT_EQ(precious.readAll(), "precious");
+}
+
+TEST_F(MailComposeViewControllerTest, WhatIsTypedAsTheUserSaysNothingOfTheServer) {
+    MailComposeViewController& screen = open();
+    screen.user.edit(QStringLiteral("ann"));
+    EXPECT_EQ(screen.status.text(), QString());
+}
+
+TEST_F(MailComposeViewControllerTest, TellsWhoseCertificatesAreBelievedInPlaceOfTheSystems) {
+    surroundings_.defaults.setString(QStringLiteral("mailCaFile"), QStringLiteral("/ca.pem"));
+    EXPECT_EQ(open().status.text(), QStringLiteral("Certificates are checked against /ca.pem"));
 }
 
 TEST_F(MailComposeViewControllerTest, ADraftNeedsNeitherServerNorRecipient) {
@@ -283,6 +329,7 @@ TEST_F(MailComposeViewControllerTest, ADraftNeedsNeitherServerNorRecipient) {
 TEST_F(MailComposeViewControllerTest, ADraftThatCannotBeWrittenIsSaidAndTheMailStays) {
     openComplete();
     surroundings_.folder.remove();
+    testing::expectWarning("cannot be written");
     screen_->btnDraft.press();
     EXPECT_TRUE(results_.empty());
     EXPECT_TRUE(screen_->status.text().startsWith(QStringLiteral("The draft was not saved: ")));
@@ -302,6 +349,18 @@ TEST_F(MailComposeViewControllerTest, WhereNoMailCanBeSentTheReasonStandsThere) 
 }
 
 TEST_F(MailComposeViewControllerTest, AnAnswerOfTheKeyringBehindACancelSendsNothing) {
+    mail_.keyringWaits = true;
+    mail_.passwords["ann@mail.example.org:2525"] = "secret";
+    openComplete("").btnSend.press();
+    EXPECT_EQ(screen_->state(), State::Sending);
+    screen_->btnCancel.press();
+    EXPECT_EQ(results_, std::vector{MailResult::Cancelled});
+    mail_.keyringAnswer();
+    EXPECT_TRUE(mail_.orders.empty());
+    EXPECT_EQ(screen_->state(), State::Ended);
+}
+
+TEST_F(MailComposeViewControllerTest, ThatGoesWhileItSendsCallsTheMailBack) {
     openComplete().btnSend.press();
     ASSERT_TRUE(mail_.isOnItsWay());
     screen_.reset();

@@ -72,6 +72,7 @@ TEST_F(MailEncryption, AWrongPasswordIsSaidInTheServersWords) {
     EXPECT_EQ(failure(order),
               "the server did not accept the user's name or the password: 535 5.7.8 Authentication "
               "credentials invalid");
+    EXPECT_TRUE(report_->loginRefused);
     for (const std::string& line : testing::logLines()) EXPECT_THAT(line, Not(HasSubstr("horse")));
 }
 

@@ -143,6 +143,7 @@ TEST_F(SmtpTransportTest, ARefusedRecipientIsNamed) {
     EXPECT_EQ(
         failure(orderTo(server.port())),
         "the server refuses the recipient you@example.org: 550 5.1.1 nobody of this name \uFFFD[31mhere");
+    EXPECT_FALSE(report_->loginRefused);
 }
 
 TEST_F(SmtpTransportTest, ARefusedSenderIsNamed) {
@@ -191,7 +192,44 @@ TEST_F(SmtpTransportTest, AServerThatFallsSilentBehindTheMailEndsItAfterItsTime)
     MailServerProgram server({"--at", "end"});
     transport_ =
         std::make_unique<SmtpTransport>(SmtpLimits{std::chrono::seconds(15), std::chrono::seconds(2)});
-    EXPECT_THAT(failure(orderTo(server.port())), StartsWith("the server does not answer"));
+    const platform::MailReport report = send(orderTo(server.port()));
+    EXPECT_EQ(report.result, MailResult::Failed);
+    EXPECT_EQ(report.why, "the server had the whole mail, and did not answer: it may have taken it");
+    EXPECT_TRUE(report.mayBeSent);
+}
+
+TEST_F(SmtpTransportTest, ACancelBehindTheWholeMailSaysThatItMayHaveBeenTaken) {
+    MailServerProgram server({"--at", "end"});
+    begin(orderTo(server.port()));
+    ASSERT_TRUE(server.nextLine().contains("reached"));
+    transport_->cancel();
+    const platform::MailReport report = waitForTheEnd();
+    EXPECT_EQ(report.result, MailResult::Cancelled);
+    EXPECT_TRUE(report.mayBeSent);
+    EXPECT_NE(report.why, "");
+}
+
+TEST_F(SmtpTransportTest, ACancelBeforeSaysNothingOfTheKind) {
+    MailServerProgram server({"--at", "DATA"});
+    begin(orderTo(server.port()));
+    ASSERT_TRUE(server.nextLine().contains("reached"));
+    transport_->cancel();
+    const platform::MailReport report = waitForTheEnd();
+    EXPECT_EQ(report.result, MailResult::Cancelled);
+    EXPECT_FALSE(report.mayBeSent);
+}
+
+TEST_F(SmtpTransportTest, AServerThatTakesNoLoginGetsNoMailOfAUser) {
+    MailServerProgram server({"--at", "never", "--no-login"});
+    MailOrder order = orderTo(server.port());
+    logIn(order);
+    const platform::MailReport report = send(order);
+    EXPECT_EQ(report.result, MailResult::Failed);
+    EXPECT_EQ(report.why, "the server takes no login with a name and a password");
+    EXPECT_TRUE(report.loginRefused);
+    const QByteArray heard = server.nextLine();
+    EXPECT_TRUE(heard.contains("EHLO")) << heard.toStdString();
+    EXPECT_FALSE(heard.contains("Subject")) << heard.toStdString();
 }
 
 TEST_F(SmtpTransportTest, AServerThatStopsReadingEndsTheMailAfterItsTime) {

@@ -99,6 +99,9 @@ class Script:
 
     def __init__(self, options):
         self.step, self.then = options.at, options.then
+        self.answers = dict(self.ANSWERS)
+        if options.no_login:
+            self.answers[b"EHLO"] = b"250 mail.test\r\n"
 
     async def serve(self, reader, writer):
         heard = bytearray()
@@ -126,7 +129,7 @@ class Script:
             verb = line[:4].upper()
             if self.step.encode() == verb:
                 return
-            writer.write(self.ANSWERS.get(verb, b"250 OK\r\n"))
+            writer.write(self.answers.get(verb, b"250 OK\r\n"))
             if verb == b"DATA":
                 if self.step == "content":
                     heard += await reader.readexactly(100_000)
@@ -145,6 +148,7 @@ async def main():
     parser.add_argument("--login", action="store_true")
     parser.add_argument("--reject", choices=("sender", "recipient", "content"))
     parser.add_argument("--size", type=int, default=60_000_000)
+    parser.add_argument("--no-login", action="store_true", help="a script that offers no login")
     parser.add_argument("--at", help="greeting, a command, content, end, never: follows a script")
     parser.add_argument("--then", choices=("silent", "break", "stall"), default="silent")
     options = parser.parse_args()

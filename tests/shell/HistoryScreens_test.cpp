@@ -263,8 +263,11 @@ TEST_F(HistoryScreens, TheShareButtonShowsTheExportMenuAndEscapeTakesItAway) {
     settle();
     EXPECT_FALSE(isShown("buttonMenu"));
     EXPECT_EQ(app().alerts().text(), QStringLiteral("Save the file success"));
+    EXPECT_FALSE(app().notice().isShown()) << "not before the alert has been seen";
+    scheduler_.advance(std::chrono::minutes(1));
     click("alertButton0");
     settle();
+    EXPECT_TRUE(app().notice().text().startsWith(QStringLiteral("Saved as ")));
     EXPECT_EQ(shown(), ScreenId::History);
     click("btnBack");
     settle();

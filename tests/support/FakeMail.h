@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -26,9 +27,9 @@ class FakeMail {
     }
 
     // The end of the mail that is on its way.
-    void end(platform::MailResult result, const std::string& why = {}) {
+    void end(platform::MailResult result, const std::string& why = {}, bool loginRefused = false) {
         const platform::MailTransport::Ended ended = std::exchange(ended_, nullptr);
-        ended({.result = result, .why = why});
+        ended({.result = result, .why = why, .loginRefused = loginRefused});
     }
     void sendSoFar(std::uint64_t sent, std::uint64_t all) { progress_(sent, all); }
     bool isOnItsWay() const { return ended_ != nullptr; }
@@ -39,6 +40,9 @@ class FakeMail {
     std::map<std::string, std::string> passwords;  // of the keyring
     std::string keyringProblem;
     std::vector<std::string> askedFor;  // of the keyring
+    // While it is set, the keyring's next answer is kept here instead of given.
+    bool keyringWaits = false;
+    std::function<void()> keyringAnswer;
 
   private:
     class Transport final : public platform::MailTransport {
@@ -65,6 +69,13 @@ class FakeMail {
         explicit Keyring(FakeMail& mail) : mail_(mail) {}
         void find(const std::string& name, Found found) override {
             mail_.askedFor.push_back(name);
+            if (mail_.keyringWaits) {
+                mail_.keyringAnswer = [this, name, found = std::move(found)] { answer(name, found); };
+                return;
+            }
+            answer(name, found);
+        }
+        void answer(const std::string& name, const Found& found) {
             const auto known = mail_.passwords.find(name);
             if (known == mail_.passwords.end() || !mail_.keyringProblem.empty())
                 return found(std::nullopt, mail_.keyringProblem);

@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,11 +51,12 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
     ui::Notice notice{scheduler};
     ui::Alerts alerts;
     std::vector<std::string> asked;          // "present SaveData animated", "dismiss"
+    std::optional<ui::ScreenId> missing;     // a screen that there is not
     double textHeight = 20;                  // of every text
     const ui::TextMeasure* fonts = nullptr;  // measure in its place; not owned
 
   private:
-    bool has(ui::ScreenId) const override { return true; }
+    bool has(ui::ScreenId id) const override { return id != missing; }
     void present(ui::ScreenId id, bool animated) override {
         asked.push_back(std::string("present ") + ui::nameOf(id) + (animated ? " animated" : ""));
     }

@@ -28,6 +28,26 @@ class NoticeTest : public ::testing::Test {
     std::vector<std::string> told_;
 };
 
+TEST_F(NoticeTest, WhileItIsHeldNoLineIsShownAndNoneLosesItsTime) {
+    show("before");
+    scheduler_.advance(Notice::kDuration - 1ms);
+    notice_.setHeld(true);
+    EXPECT_FALSE(notice_.isShown());
+    show("meanwhile");
+    scheduler_.advance(1h);
+    EXPECT_FALSE(notice_.isShown());
+    told_.clear();
+    notice_.setHeld(false);
+    EXPECT_EQ(told_, std::vector<std::string>{"before"}) << "a screen reader hears of it";
+    scheduler_.advance(Notice::kLeastDuration);
+    EXPECT_EQ(text(), "meanwhile");
+    scheduler_.advance(Notice::kDuration);
+    EXPECT_FALSE(notice_.isShown());
+    notice_.setHeld(true);
+    notice_.setHeld(false);
+    EXPECT_FALSE(notice_.isShown());
+}
+
 TEST_F(NoticeTest, ALineIsShownAtOnceAndGoesByItself) {
     EXPECT_FALSE(notice_.isShown());
     show("Saved");
