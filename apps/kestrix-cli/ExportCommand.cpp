@@ -61,6 +61,7 @@ Ending exportRecord(Runner& runner, const ExportOptions& options) {
     if (!found.done) return saved.endingOf(found);
     if (!record.record) return noSuchRecord(options.id, saved);
     record.measurements = unlessStopped(runner, std::move(record.measurements));
+    record.goesOn = [&runner] { return !runner.stopping(); };
     record.timeStamp = history::getExportTime(std::chrono::system_clock::now());
     if (options.mail) return mailExport(runner, loop, options, record, saved.folder());
     if (options.output) return exportToOutput(runner, record, formatOf(options), *options.output);

@@ -27,6 +27,9 @@ struct ExportedRecord {
     std::optional<storage::RecordData> record;  // none: it was not found; its measurements may be there
     MeasureSource measurements;
     std::string timeStamp;  // of this export, 14 digits: names its file, and stands for "%@" in the text
+    // Asked again and again while a report is drawn, which may take seconds; false: it is given up. None: it
+    // never is.
+    std::function<bool()> goesOn{};
 };
 
 // The record of this identity as the database has it, of several the last one; its measurements are read

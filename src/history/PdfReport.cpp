@@ -57,7 +57,8 @@ storage::Outcome collect(const ExportedRecord& record, ReportLines& lines) {
     });
 }
 
-void draw(QPainter& painter, const ReportPage& page, ReportFont& font) {
+// False when it was given up.
+bool draw(QPainter& painter, const ReportPage& page, ReportFont& font, const std::function<bool()>& goesOn) {
     painter.setLayoutDirection(Qt::LeftToRight);  // fields stand in their order, whatever is in them
     QPen pen(Qt::SolidLine);                      // black
     pen.setWidthF(kLineWidth);
@@ -70,10 +71,12 @@ void draw(QPainter& painter, const ReportPage& page, ReportFont& font) {
         painter.drawLine(QPointF(page.rulesLeft * kDots, y * kDots),
                          QPointF(page.rulesRight * kDots, y * kDots));
     for (const ReportText& text : page.texts) {
+        if (goesOn && !goesOn()) return false;
         const ReportFont::Size& size = font.ofSize(text.size);
         painter.setFont(size.font);
         painter.drawText(QPointF(text.x * kDots, text.y * kDots + size.ascent), font.drawable(text.text));
     }
+    return true;
 }
 
 storage::Outcome cannotDraw(const char* why) {
@@ -101,8 +104,9 @@ storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink) 
     QPainter painter;
     if (!painter.begin(&writer)) return cannotDraw(QT_TRANSLATE_NOOP("Export", "the report cannot be drawn"));
     ReportFont font(writer, kDots);
-    draw(painter, page, font);
+    const bool whole = draw(painter, page, font, record.goesOn);
     painter.end();
+    if (!whole) return cannotDraw(QT_TRANSLATE_NOOP("Export", "the export was cut short"));
     font.reportMissing();
     return device.end();
 }

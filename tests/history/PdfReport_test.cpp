@@ -294,6 +294,17 @@ TEST_F(ReportFile, TheSecondReportOfASecondReplacesTheFirst) {
     EXPECT_EQ(pageSize(pdf.readAll().toStdString()), "612 x 792");
 }
 
+TEST_F(ReportFile, OneThatIsGivenUpIsSaidAndLeavesNoFile) {
+    const auto all = measurements(40);
+    ExportedRecord record = exportOf(all);
+    int asked = 0;
+    record.goesOn = [&asked] { return ++asked < 3; };
+    testing::expectWarning("the test record was not exported: the export was cut short");
+    EXPECT_EQ(exportIntoFolder(record, kPdfFormat, folder_).outcome.reason, "the export was cut short");
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(names(), QStringList());
+}
+
 TEST_F(ReportFile, AFullDiskIsToldAndLeavesNoHalfReport) {
     const auto all = measurements(40);
     testing::expectWarning("the test record was not exported: the disk is full");
