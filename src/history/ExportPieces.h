@@ -22,7 +22,7 @@ class ExportPieces {
     }
 
   private:
-    static constexpr std::size_t kPiece = 64 * 1024;
+    static constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
     bool flush() {
         if (outcome_.done && !bytes_.empty()) outcome_ = sink_(bytes_);

@@ -14,7 +14,7 @@
 namespace kestrix::history {
 namespace {
 
-constexpr qsizetype kPiece = 32 * 1024;  // characters that are handed on at once
+constexpr qsizetype kPiece = qsizetype{32} * 1024;  // characters that are handed on at once
 
 // Makes UTF-16 of UTF-8 and hands it on in pieces.
 class Utf16Pieces {

@@ -44,7 +44,7 @@ std::size_t readText(char* buffer, std::size_t size, std::size_t count, void* us
     auto& transfer = *static_cast<Transfer*>(user);
     if (goesOnWithoutLogin(transfer)) return CURL_READFUNC_ABORT;
     const std::size_t taken = std::min(size * count, transfer.text.size() - transfer.read);
-    std::memcpy(buffer, transfer.text.data() + transfer.read, taken);
+    transfer.text.copy(buffer, taken, transfer.read);
     transfer.read += taken;
     return taken;
 }

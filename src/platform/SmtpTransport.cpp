@@ -79,7 +79,7 @@ MailReport SmtpTransport::Delivery::run(const SmtpLimits& limits, const std::fun
         const std::lock_guard lock(mutex);
         allBytes = text.size();
     }
-    const MailReport report = transferMail(order, text, limits, cancellation, [&](std::uint64_t sent) {
+    MailReport report = transferMail(order, text, limits, cancellation, [&](std::uint64_t sent) {
         if (note(sent)) progressed();
     });
     forget(order.password);

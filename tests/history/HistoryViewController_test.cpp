@@ -120,7 +120,7 @@ class HistoryRowHeight : public HistoryViewControllerTest {
     }
 
   private:
-    const ui::FontTextMeasure fonts_;
+    const ui::FontTextMeasure fonts_{};
 };
 
 TEST_F(HistoryRowHeight, AVeryLongResultGivesATallerRowUpToFourHundredAndAShortOneTwenty) {
