@@ -61,12 +61,13 @@ endfunction()
 
 # kestrix_test(NAME [GUI] [ONE_PROCESS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
 # by name. GUI: with fonts and windows, though without a display. ONE_PROCESS: ctest knows the program only, because what its tests share is
-# dear to make.
+# dear to make. SHARDS: into how many processes the tests of a GUI program are divided under the sanitizers, where each program runs
+# in one otherwise.
 function(kestrix_test target)
   if(NOT KESTRIX_TESTS)
     return()
   endif()
-  cmake_parse_arguments(A "GUI;ONE_PROCESS" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "GUI;ONE_PROCESS" "SHARDS" "SOURCES;LINK" ${ARGN})
   set(main kestrix_test_main)
   if(A_GUI)
     set(main kestrix_gui_test_main)
@@ -82,7 +83,14 @@ function(kestrix_test target)
   if(A_GUI)
     kestrix_has_window(${target})
   endif()
-  if(A_ONE_PROCESS OR (A_GUI AND KESTRIX_SANITIZE))
+  if(A_SHARDS AND KESTRIX_SANITIZE)
+    math(EXPR last "${A_SHARDS} - 1")
+    foreach(shard RANGE ${last})
+      add_test(NAME ${target}.${shard} COMMAND ${target})
+      set_tests_properties(${target}.${shard} PROPERTIES TIMEOUT 600
+        ENVIRONMENT "GTEST_TOTAL_SHARDS=${A_SHARDS};GTEST_SHARD_INDEX=${shard}")
+    endforeach()
+  elseif(A_ONE_PROCESS OR (A_GUI AND KESTRIX_SANITIZE))
     # Under the sanitizers the start of one with fonts and windows costs more than most tests.
     add_test(NAME ${target} COMMAND ${target})
     set_tests_properties(${target} PROPERTIES TIMEOUT 600)

@@ -37,15 +37,6 @@ void leaveLogToTheEnd() {
             "kestrix.storage.warning=false\nkestrix.export.warning=false\ndefault.warning=false"));
 }
 
-// The measurements, as long as the command goes on: half of a record is none.
-history::MeasureSource unlessStopped(const Runner& runner, history::MeasureSource all) {
-    return [&runner, all = std::move(all)](const history::MeasureVisitor& visit) {
-        const storage::Outcome outcome =
-            all([&](const storage::MeasureData& measure) { return !runner.stopping() && visit(measure); });
-        return runner.stopping() ? storage::Outcome{false, "the export was cut short", 0} : outcome;
-    };
-}
-
 Ending exportRecord(Runner& runner, const ExportOptions& options) {
     runner.limitUnlessGiven(0);
     if (std::string why = problemOf(options); !why.empty()) return wrongUsage(std::move(why));
@@ -60,7 +51,6 @@ Ending exportRecord(Runner& runner, const ExportOptions& options) {
     const storage::Outcome found = history::findExportedRecord(*saved.dao(), *id, record);
     if (!found.done) return saved.endingOf(found);
     if (!record.record) return noSuchRecord(options.id, saved);
-    record.measurements = unlessStopped(runner, std::move(record.measurements));
     record.goesOn = [&runner] { return !runner.stopping(); };
     record.timeStamp = history::getExportTime(std::chrono::system_clock::now());
     if (options.mail) return mailExport(runner, loop, options, record, saved.folder());

@@ -166,8 +166,8 @@ Ending mailExport(Runner& runner, EventLoop& loop, const ExportOptions& options,
     if (!written.done) return failed(written.reason);
     platform::MailOrder order;
     order.server = settings.server;
-    order.message = history::reportMail(record.record->projectName, record.timeStamp + format.extension,
-                                        std::move(content));
+    order.message =
+        history::reportMail(record.record->projectName, record.timeStamp, format, std::move(content));
     order.message.recipient = *options.mail;
     order.message.from = settings.from;
     order.message.date = std::chrono::system_clock::now();

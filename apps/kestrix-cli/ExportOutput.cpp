@@ -10,7 +10,6 @@
 #include <system_error>
 
 #include "apps/kestrix-cli/Runner.h"
-#include "history/PdfReport.h"
 
 namespace kestrix::cli {
 namespace {
@@ -28,7 +27,7 @@ Ending copy(Runner& runner, std::FILE& from) {
     std::rewind(&from);
     while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), &from)) {
         runner.output().write({piece.data(), count});
-        if (!runner.flush(runner.output())) return failed("the export was cut short");
+        if (!runner.flush(runner.output())) return failed(history::cutShort().reason);
         if (!runner.output().good()) return done();  // the runner says why
     }
     return std::ferror(&from) != 0 ? failed(reasonOf(errno)) : done();
@@ -37,8 +36,7 @@ Ending copy(Runner& runner, std::FILE& from) {
 // The database waits for nobody's reader: the record is read to its end first, into a file without a name.
 Ending exportToStandardOutput(Runner& runner, const history::ExportedRecord& record,
                               const history::ExportFormat& format) {
-    const bool raw = &format == &history::kTextFormat || &format == &history::kPdfFormat;
-    if (raw && isatty(STDOUT_FILENO) == 1)
+    if (!format.isForTerminals && isatty(STDOUT_FILENO) == 1)
         return failed("standard output is a terminal, which raw bytes would garble");
     const std::unique_ptr<std::FILE, CloseFile> file(std::tmpfile());
     if (!file) return failed("there is no room for a temporary file: " + reasonOf(errno));

@@ -63,7 +63,7 @@ storage::Outcome writeCsv(const ExportedRecord& record, const ExportSink& sink) 
         return pieces.pass();
     };
     bool any = false;
-    storage::Outcome read = record.measurements([&](const storage::MeasureData& measure) {
+    storage::Outcome read = eachMeasurement(record, [&](const storage::MeasureData& measure) {
         any = true;
         return addRow(measure.recordId, &measure);
     });

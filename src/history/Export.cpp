@@ -29,12 +29,12 @@ bool isStamp(std::string_view text) {
 
 }  // namespace
 
-const ExportFormat kTextFormat{".csv", writeText};
-const ExportFormat kCsvFormat{".csv", writeCsv};
-const ExportFormat kJsonFormat{".json", writeJson};
+const ExportFormat kTextFormat{".csv", "csv", false, writeText};
+const ExportFormat kCsvFormat{".csv", "csv", true, writeCsv};
+const ExportFormat kJsonFormat{".json", "application/json", true, writeJson};
 
 std::string getExportTime(std::chrono::system_clock::time_point moment, std::string_view zone) {
-    return platform::DateText("yyyyMMddHHmmss", {}, zone).text(moment);
+    return platform::DateText(platform::kStampPattern, {}, zone).text(moment);
 }
 
 ExportedFile exportIntoFolder(const ExportedRecord& record, const ExportFormat& format,

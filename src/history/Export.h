@@ -16,6 +16,8 @@ namespace kestrix::history {
 // they bring the libraries that draw along.
 struct ExportFormat {
     const char* extension;  // of the file's name, with its point
+    const char* mediaType;  // as an attachment (platform/Mail.h)
+    bool isForTerminals;    // lines of UTF-8
     storage::Outcome (*write)(const ExportedRecord&, const ExportSink&);
 };
 

@@ -1,8 +1,23 @@
 #include "history/ExportedRecord.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace kestrix::history {
+
+storage::Outcome eachMeasurement(const ExportedRecord& record, const MeasureVisitor& visit) {
+    bool goesOn = true;
+    storage::Outcome outcome = record.measurements([&](const storage::MeasureData& measure) {
+        goesOn = !record.goesOn || record.goesOn();
+        return goesOn && visit(measure);
+    });
+    return goesOn ? outcome : cutShort();
+}
+
+storage::Outcome cutShort() {
+    return {false, QCoreApplication::translate("Export", "the export was cut short").toStdString(), 0};
+}
 
 storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recordId, ExportedRecord& found) {
     std::vector<storage::RecordData> records = dao.findRecordofId(recordId);

@@ -27,10 +27,17 @@ struct ExportedRecord {
     std::optional<storage::RecordData> record;  // none: it was not found; its measurements may be there
     MeasureSource measurements;
     std::string timeStamp;  // of this export, 14 digits: names its file, and stands for "%@" in the text
-    // Asked again and again while a report is drawn, which may take seconds; false: it is given up. None: it
-    // never is.
+    // Asked at each measurement that is read and at each that is drawn, which may take seconds; false: the
+    // export is given up. None: it never is.
     std::function<bool()> goesOn{};
 };
+
+// Hands each measurement to the visitor as the record's source does. Fails when the export is given up
+// meanwhile: half of a record is none.
+storage::Outcome eachMeasurement(const ExportedRecord& record, const MeasureVisitor& visit);
+
+// How an export that was given up ends.
+storage::Outcome cutShort();
 
 // The record of this identity as the database has it, of several the last one; its measurements are read
 // whenever they are asked for, one by one, and meanwhile nobody can write to the database: a sink behind them

@@ -82,7 +82,7 @@ void HistoryViewController::SendMail() {
     QFile file(path);
     const bool opened = textFile_.outcome.done && file.open(QIODevice::ReadOnly);
     const QByteArray content = opened ? file.readAll() : QByteArray();
-    const platform::MailMessage message = reportMail(mailTitle, timeStr + ".csv", content.toStdString());
+    const platform::MailMessage message = reportMail(mailTitle, timeStr, kTextFormat, content.toStdString());
     mailIsOpen_ = true;
     mailToCompose = MailToCompose{
         .recipient = message.recipient,

@@ -39,7 +39,7 @@ storage::Outcome writeJson(const ExportedRecord& record, const ExportSink& sink)
     }
     pieces.bytes() += "\"measurements\":[";
     const char* separator = "\n";
-    storage::Outcome read = record.measurements([&](const storage::MeasureData& measure) {
+    storage::Outcome read = eachMeasurement(record, [&](const storage::MeasureData& measure) {
         pieces.bytes() += std::exchange(separator, ",\n");
         pieces.bytes() += "{\"recordId\":" + std::to_string(measure.recordId) + ',';
         appendFields(pieces.bytes(), kMeasureColumns, measure);

@@ -49,7 +49,7 @@ storage::Outcome collect(const ExportedRecord& record, ReportLines& lines) {
         lines.recordContent = validUtf8(RecordContent(*record.record));
     }
     lines.measureTitle = MeasureTitle;
-    return record.measurements([&lines](const storage::MeasureData& measure) {
+    return eachMeasurement(record, [&lines](const storage::MeasureData& measure) {
         std::string row;
         appendMeasureLine(row, measure);
         lines.rows.push_back(validUtf8(row));
@@ -85,7 +85,7 @@ storage::Outcome cannotDraw(const char* why) {
 
 }  // namespace
 
-const ExportFormat kPdfFormat{".pdf", writePdf};
+const ExportFormat kPdfFormat{".pdf", "application/pdf", false, writePdf};
 
 storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink) {
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
@@ -106,7 +106,7 @@ storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink) 
     ReportFont font(writer, kDots);
     const bool whole = draw(painter, page, font, record.goesOn);
     painter.end();
-    if (!whole) return cannotDraw(QT_TRANSLATE_NOOP("Export", "the export was cut short"));
+    if (!whole) return cutShort();
     font.reportMissing();
     return device.end();
 }

@@ -9,9 +9,9 @@
 namespace kestrix::history {
 
 // The mail with an exported test record, but for what the user completes: its recipient is "-".
-// projectName: its subject. fileName: of the attachment.
-platform::MailMessage reportMail(const std::string& projectName, const std::string& fileName,
-                                 std::string content);
+// projectName: its subject. stamp: the attachment is named by it. content: in this format.
+platform::MailMessage reportMail(const std::string& projectName, const std::string& stamp,
+                                 const ExportFormat& format, std::string content);
 
 // Writes the mail (`text`, as it would be sent) into the documents folder, as <stamp>.eml. One of the same
 // second is replaced.

@@ -100,7 +100,7 @@ storage::Outcome writeText(const ExportedRecord& record, const ExportSink& sink)
     }
     lines.add(MeasureTitle);
     storage::Outcome read =
-        record.measurements([&lines](const storage::MeasureData& measure) { return lines.add(measure); });
+        eachMeasurement(record, [&lines](const storage::MeasureData& measure) { return lines.add(measure); });
     if (!read.done) return read;
     return lines.end();
 }
