@@ -17,6 +17,7 @@ namespace {
 struct Surroundings {
     Scheduler& scheduler;
     const SimulatorFactory& simulator;
+    const LastUsed& lastUsed;
 };
 
 struct DialerOrProblem {
@@ -113,11 +114,12 @@ std::string sourceForms() {
 }
 
 SourceOrProblem makeAccessorySource(const std::string& text, Scheduler& scheduler,
-                                    const SimulatorFactory& simulator, ListenerFactory listeners) {
+                                    const SimulatorFactory& simulator, ListenerFactory listeners,
+                                    LastUsed lastUsed) {
     std::optional<AccessoryUri> uri = parseAccessoryUri(text);
     if (!uri)
         return {nullptr, "'" + printableText(text) + "' is not a source; expected " + sourceForms(), true};
-    DialerOrProblem made = makeDialer(*uri, {scheduler, simulator});
+    DialerOrProblem made = makeDialer(*uri, {scheduler, simulator, lastUsed});
     if (!made.dialer)
         return {nullptr, printableText(text) + ": " + printableText(made.problem), made.wrongUri};
     return {std::make_unique<DialingSource>(text, std::move(made.dialer), std::move(listeners), scheduler),

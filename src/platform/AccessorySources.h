@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,6 +31,13 @@ struct SimulatorOrProblem {
 // Makes them; the application supplies it. It takes the options that it knows out of the URI.
 using SimulatorFactory = std::function<SimulatorOrProblem(AccessoryUri& uri)>;
 
+// Where a source that looks at several devices keeps which of them was a tester last. The application
+// supplies it; without it the source remembers for as long as it lives.
+struct LastUsed {
+    std::function<std::string()> read{};  // the device's URI, or empty
+    std::function<void(const std::string& uri)> write{};
+};
+
 // One kind of source, as help texts and errors tell it.
 struct SourceKind {
     std::string_view scheme;
@@ -42,9 +50,10 @@ std::vector<SourceKind> sourceKinds();
 // simulator:SCENARIO".
 std::string sourceForms();
 
-// Turns a URI of one of these kinds into its source. listeners: what a whole frame is. The scheduler must
-// outlive the source.
+// Turns a URI of one of these kinds into its source. listeners: what a whole frame is. The scheduler, and
+// what lastUsed refers to, must outlive the source.
 SourceOrProblem makeAccessorySource(const std::string& uri, Scheduler& scheduler,
-                                    const SimulatorFactory& simulator, ListenerFactory listeners);
+                                    const SimulatorFactory& simulator, ListenerFactory listeners,
+                                    LastUsed lastUsed = {});
 
 }  // namespace kestrix::platform

@@ -36,6 +36,9 @@ class Dialer {
     virtual void dial(Done done) = 0;
     // Gives the dial that is under way up. Harmless without one.
     virtual void cancel() = 0;
+    // A whole frame was heard on the channel that the last dial opened: its far end is a tester. Called once
+    // for each such channel. A dialer that tries several devices remembers the one.
+    virtual void heard() {}
     // After this long without an answer the caller gives the dial up.
     virtual std::chrono::milliseconds timeLimit() const { return std::chrono::seconds(5); }
 

@@ -186,6 +186,7 @@ void DialingSource::appear() {
     state_ = SearchState::Present;
     retryDelay_ = kFirstRetry;
     problem_ = {};
+    dialer_->heard();
     accessory_ = std::make_shared<Accessory>(Accessory{
         nextConnectionId(), peerName_.empty() ? printableText(uri_) : peerName_, {kProtocol}, nullptr, this});
     const std::vector<std::uint8_t> judged = std::exchange(inbox_, {});

@@ -52,6 +52,19 @@ TEST_F(DialingSourceTest, APeerThatMayBeBackIsDialledAtOnce) {
     EXPECT_EQ(dialer_->dials, 2);
 }
 
+TEST_F(DialingSourceTest, TheDialerIsToldOnceForEachChannelOnWhichATesterIsHeard) {
+    dialer_->line = &line_;
+    start();
+    EXPECT_EQ(dialer_->heards, 0);
+    line_.receive(Bytes{1});
+    line_.receive(Bytes{2});
+    EXPECT_EQ(dialer_->heards, 1);
+    line_.end("gone");
+    scheduler_.advance(milliseconds(500));
+    line_.receive(Bytes{3});
+    EXPECT_EQ(dialer_->heards, 2);
+}
+
 TEST_F(DialingSourceTest, TheTesterAppearsWithItsFirstByteWhichTheSessionReceives) {
     dialer_->line = &line_;
     start();

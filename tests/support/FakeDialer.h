@@ -21,6 +21,7 @@ class FakeDialer final : public platform::Dialer {
         ++cancels;
         if (!answersAfterCancel) done_ = nullptr;
     }
+    void heard() override { ++heards; }
     std::chrono::milliseconds timeLimit() const override { return limit; }
 
     void answer() {
@@ -42,6 +43,7 @@ class FakeDialer final : public platform::Dialer {
     bool answersAfterCancel = false;  // as no dialer should
     int dials = 0;
     int cancels = 0;
+    int heards = 0;
 
   private:
     Done done_;
