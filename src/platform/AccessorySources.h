@@ -9,6 +9,7 @@
 #include "platform/AccessorySource.h"
 #include "platform/AccessoryUri.h"
 #include "platform/GeneratedChannel.h"
+#include "platform/LastUsed.h"
 #include "platform/Listener.h"
 #include "platform/Scheduler.h"
 
@@ -30,13 +31,6 @@ struct SimulatorOrProblem {
 
 // Makes them; the application supplies it. It takes the options that it knows out of the URI.
 using SimulatorFactory = std::function<SimulatorOrProblem(AccessoryUri& uri)>;
-
-// Where a source that looks at several devices keeps which of them was a tester last. The application
-// supplies it; without it the source remembers for as long as it lives.
-struct LastUsed {
-    std::function<std::string()> read{};  // the device's URI, or empty
-    std::function<void(const std::string& uri)> write{};
-};
 
 // One kind of source, as help texts and errors tell it.
 struct SourceKind {

@@ -1,30 +1,19 @@
 #include "platform/MailModule.h"
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QLibrary>
-
 #include "platform/MailModuleEntry.h"
-#include "platform/PrintableText.h"
+#include "platform/Module.h"
 
 namespace kestrix::platform {
 
 QString mailModulePath() {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/" KESTRIX_MAIL_MODULE));
+    return modulePath(QStringLiteral("kestrix-mail.so"), QStringLiteral(KESTRIX_MAIL_MODULE));
 }
 
-MailParts loadMail(const QString& module) {
-    QLibrary library(module);
-    // What it made lives on, and so must it.
-    library.setLoadHints(QLibrary::PreventUnloadHint | QLibrary::ResolveAllSymbolsHint);
-    const auto make = reinterpret_cast<MakeMailParts>(library.resolve(kMailModuleEntry));
+MailParts loadMail(const QString& path) {
+    const LoadedModule module = loadModule(path, kMailModuleEntry, "no mail can be sent");
     MailParts parts;
-    if (make == nullptr) {
-        parts.problem = printableText("the installation is not complete, no mail can be sent: " +
-                                      library.errorString().toStdString());
-        return parts;
-    }
-    make(parts);
+    parts.problem = module.problem;
+    if (module.entry != nullptr) reinterpret_cast<MakeMailParts>(module.entry)(parts);
     return parts;
 }
 

@@ -7,19 +7,13 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include "tests/support/EventLoop.h"
+#include "tests/support/PrivateBus.h"
 
 namespace kestrix::platform {
 namespace {
 
-using ::testing::HasSubstr;
+using testing::nextLineOf;
 using ::testing::StartsWith;
-
-// What a program says, line by line.
-std::string nextLineOf(QProcess& process) {
-    testing::spinUntil([&] { return process.canReadLine() || process.state() == QProcess::NotRunning; });
-    return process.readLine().trimmed().toStdString();
-}
 
 void end(QProcess& process) {
     if (process.state() == QProcess::NotRunning) return;
@@ -43,43 +37,27 @@ class SecretKeyringTest : public ::testing::Test {
     ~SecretKeyringTest() override {
         end(calls_);
         if (const pid_t service = servicePid(); service > 0) kill(service, SIGTERM);
-        end(bus_);
     }
 
-    void write(const char* name, const QByteArray& content) const {
-        QFile file(folder_.filePath(QLatin1String(name)));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
-    // A bus that can start nothing but what the folder says.
     void startBus() {
-        const QByteArray folder = folder_.path().toUtf8();
-        write(
-            "bus.conf",
-            "<busconfig><type>session</type><listen>unix:dir=" + folder + "</listen><servicedir>" + folder +
-                "</servicedir><policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>");
-        start(bus_, QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-               QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
-        const std::string address = nextLineOf(bus_);
-        ASSERT_THAT(address, StartsWith("unix:"));
-        surroundings_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromStdString(address));
+        ASSERT_TRUE(bus_.start(surroundings_));
+        surroundings_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                             QString::fromStdString(bus_.address()));
     }
     // The bus starts it for the first who asks; it is opened with a password, as a login does it.
     void startBusWithService() {
-        const QByteArray folder = folder_.path().toUtf8();
-        write("login", "of the login");
-        write("service.sh", "echo $$ >" + folder +
-                                "/pid\nexec gnome-keyring-daemon --unlock --foreground "
-                                "--components=secrets <" +
-                                folder + "/login\n");
-        write("secrets.service",
-              "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=/bin/sh " + folder + "/service.sh\n");
+        const QByteArray folder = bus_.path("").toUtf8();
+        bus_.write("login", "of the login");
+        bus_.write("service.sh", "echo $$ >" + folder +
+                                     "/pid\nexec gnome-keyring-daemon --unlock --foreground "
+                                     "--components=secrets <" +
+                                     folder + "/login\n");
+        bus_.write("secrets.service",
+                   "[D-BUS Service]\nName=org.freedesktop.secrets\nExec=/bin/sh " + folder + "/service.sh\n");
         startBus();
     }
     pid_t servicePid() const {
-        QFile file(folder_.filePath(QStringLiteral("pid")));
+        QFile file(bus_.path("pid"));
         return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed().toInt() : 0;
     }
     void startCalls() { start(calls_, QStringLiteral(KESTRIX_KEYRING_CALLS), {}); }
@@ -92,7 +70,7 @@ class SecretKeyringTest : public ::testing::Test {
 
     QTemporaryDir folder_;
     QProcessEnvironment surroundings_;
-    QProcess bus_;
+    testing::PrivateBus bus_;
     QProcess calls_;
 
   private:
@@ -165,7 +143,6 @@ TEST_F(SecretKeyringTest, ABusThatGoesAwayIsALineAndNotTheEnd) {
     startCalls();
     EXPECT_EQ(ask("keep me@mail:587 secret"), "kept");
     bus_.kill();
-    EXPECT_TRUE(bus_.waitForFinished(30'000));
     EXPECT_THAT(ask("find me@mail:587"), StartsWith("problem "));
     EXPECT_EQ(ask("turn"), "turned");
 }
