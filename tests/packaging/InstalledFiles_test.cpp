@@ -20,6 +20,7 @@ const std::vector<std::string> kFiles{
     "bin/kestrix",
     "bin/kestrix-cli",
     "lib/udev/rules.d/70-kestrix.rules",
+    "libexec/kestrix/kestrix-bluetooth.so",
     "libexec/kestrix/kestrix-cli",
     "libexec/kestrix/kestrix-export",
     "libexec/kestrix/kestrix-mail.so",
