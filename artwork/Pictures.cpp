@@ -11,6 +11,7 @@
 // The macro declares a function of the global namespace and must stand there.
 static void initResource() {
     Q_INIT_RESOURCE(artwork);
+    Q_INIT_RESOURCE(artwork_lessons);
 }
 
 namespace kestrix::artwork {
@@ -20,14 +21,10 @@ void forget(void* bytes) {
     delete static_cast<QByteArray*>(bytes);
 }
 
-}  // namespace
+constexpr int kLargestScale = 4;
 
-void load() {
-    initResource();
-}
-
-QImage picture(const QString& name, int scale) {
-    const QString stem = name.endsWith(QLatin1String(".png")) ? name.chopped(4) : name;
+// The picture as it is kept; none when it is not kept at this scale.
+QImage kept(const QString& stem, int scale) {
     const QResource resource(QStringLiteral(":/artwork/%1/%2.pixels").arg(scale).arg(stem));
     if (!resource.isValid()) return {};
     auto* const bytes = new QByteArray(resource.uncompressedData());
@@ -39,6 +36,22 @@ QImage picture(const QString& name, int scale) {
                        forget, bytes);
     const bool aligned = reinterpret_cast<std::uintptr_t>(bytes->constData()) % alignof(std::uint32_t) == 0;
     return aligned ? image : image.copy();  // what was not worth packing lies anywhere in the program
+}
+
+}  // namespace
+
+void load() {
+    initResource();
+}
+
+QImage picture(const QString& name, int scale) {
+    const QString stem = name.endsWith(QLatin1String(".png")) ? name.chopped(4) : name;
+    if (const QImage image = kept(stem, scale); !image.isNull()) return image;
+    if (scale < 1 || scale >= kLargestScale) return {};
+    const QImage largest = kept(stem, kLargestScale);
+    if (largest.isNull()) return {};
+    return largest.scaled(largest.size() * scale / kLargestScale, Qt::IgnoreAspectRatio,
+                          Qt::SmoothTransformation);
 }
 
 }  // namespace kestrix::artwork

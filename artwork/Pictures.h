@@ -10,7 +10,8 @@ namespace kestrix::artwork {
 void load();
 
 // The picture of this name ("flash.png") at this scale; none when there is no such picture. It is ready to be
-// drawn: its pixels are kept as the screen takes them.
+// drawn: its pixels are kept as the screen takes them. A large one is kept at the largest scale alone, and
+// each call makes it smaller.
 QImage picture(const QString& name, int scale);
 
 }  // namespace kestrix::artwork

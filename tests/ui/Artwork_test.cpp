@@ -58,7 +58,26 @@ constexpr Drawn kDrawn[] = {
     {"orvo_home_lightning_r6", {40, 121}},
     {"orvo_home_tab_down_bg.9", {24, 60}},
     {"orvo_scenario_details_button", {45, 20}},
+    {"orvo_imformation_bg", {280, 40}},
+    {"orvo_more_app", {45, 45}},
+    {"orvo_more_app2", {45, 45}},
+    {"orvo_more_app3", {45, 45}},
 };
+
+// Kept at the largest scale alone.
+constexpr Drawn kLessons[] = {
+    {"orvo_about_logo", {200, 100}}, {"orvo_help_blue_img2", {280, 170}},
+    {"help_safety1", {304, 167}},    {"help_safety2", {304, 124}},
+    {"help_safety3", {304, 163}},    {"help_safety4", {304, 404}},
+    {"help_safety5", {304, 146}},    {"insulation", {280, 210}},
+    {"re_tur", {280, 210}},          {"continuity", {280, 210}},
+    {"voltage1", {280, 210}},        {"voltage2", {280, 210}},
+    {"voltage3", {280, 210}},        {"Zsrcd", {280, 210}},
+    {"Zsrcd2", {280, 210}},
+};
+
+constexpr const char* kConnections[] = {"insulation", "re_tur",   "continuity", "voltage1",
+                                        "voltage2",   "voltage3", "Zsrcd",      "Zsrcd2"};
 
 // A picture that is stretched: inside `middle` it may not change along the stretched direction. The middle is
 // counted with the point beside it, which smooth stretching mixes in.
@@ -76,6 +95,7 @@ constexpr Stretched kStretched[] = {
     {"background", {0, 39, 8, 25}, true},
     {"background.PNG", {0, 0, 8, 160}, true},
     {"orvo_home_tab_down_bg.9", {7, 7, 10, 53}, true},
+    {"orvo_imformation_bg", {11, 0, 258, 40}, false},
 };
 
 constexpr QRgb kWhite = 0xffffffff;
@@ -95,6 +115,7 @@ constexpr TextGround kTextGrounds[] = {
     {"background", {0, 0, 8, 31}, kWhite},
     {"background", {0, 31, 8, 33}, kInk},
     {"orvo_scenario_details_button", {10, 2, 31, 16}, kWhite},
+    {"orvo_imformation_bg", {12, 2, 256, 34}, kWhite},
 };
 
 QImage picture(const std::string& name, int scale) {
@@ -179,6 +200,10 @@ TEST(Artwork, EveryPictureHasItsSizeAtEveryScale) {
             EXPECT_EQ(picture(drawn.name, scale).size(), drawn.points * scale)
                 << drawn.name << " at " << scale;
         }
+        for (const Drawn& drawn : kLessons) {
+            EXPECT_EQ(picture(drawn.name, scale).size(), drawn.points * scale)
+                << drawn.name << " at " << scale;
+        }
     }
 }
 
@@ -186,9 +211,35 @@ TEST(Artwork, NoPictureIsCarriedThatIsNotInTheTableHere) {
     load();
     EXPECT_EQ(QDir(QStringLiteral(":/artwork")).entryList().size(), qsizetype{kScales.size()});
     for (const int scale : kScales) {
+        const std::size_t lessons = scale == kScales.back() ? std::size(kLessons) : 0;
         EXPECT_EQ(QDir(QStringLiteral(":/artwork/%1").arg(scale)).entryList().size(),
-                  qsizetype{std::size(kDrawn)});
+                  static_cast<qsizetype>(std::size(kDrawn) + lessons));
     }
+}
+
+TEST(Artwork, OneTesterStandsInEveryConnectionPicture) {
+    // Below its display, where no picture writes anything: it comes from the file that they share.
+    const QRect knobAndButton(12, 108, 56, 50);
+    const QImage first = picture(kConnections[0], 4).copy(scaled(knobAndButton, 4));
+    EXPECT_GT(difference(first.copy(0, 0, 1, 200), first.copy(112, 0, 1, 200)), 100) << "no knob";
+    for (const char* name : kConnections)
+        EXPECT_EQ(difference(picture(name, 4).copy(scaled(knobAndButton, 4)), first), 0) << name;
+}
+
+TEST(Artwork, NoTwoConnectionPicturesAreAlike) {
+    for (const char* one : kConnections) {
+        for (const char* other : kConnections) {
+            if (one == other) break;
+            EXPECT_GT(difference(picture(one, 1), picture(other, 1)), 100) << one << " and " << other;
+        }
+    }
+}
+
+TEST(Artwork, APictureThatDoesNotExistIsNone) {
+    load();
+    for (const int scale : {0, 1, 4, 5})
+        EXPECT_TRUE(artwork::picture(QStringLiteral("nothing.png"), scale).isNull()) << scale;
+    EXPECT_TRUE(artwork::picture(QStringLiteral("insulation.png"), 5).isNull());
 }
 
 TEST(Artwork, StretchingIsInvisible) {
