@@ -14,6 +14,11 @@ if(KESTRIX_WERROR)
   list(APPEND KESTRIX_WARNINGS -Werror)
 endif()
 
+# What is given to users: what the loader has filled in cannot be written to while the program runs.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_link_options(LINKER:-z,relro,-z,now)
+endif()
+
 if(KESTRIX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
