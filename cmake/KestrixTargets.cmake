@@ -99,6 +99,13 @@ function(kestrix_test target)
   endif()
 endfunction()
 
+# A program of tests finds a module of the program beside itself.
+function(kestrix_test_uses_module target module)
+  add_dependencies(${target} ${module})
+  add_custom_command(TARGET ${target} POST_BUILD COMMAND
+    ${CMAKE_COMMAND} -E create_symlink $<TARGET_FILE:${module}> $<TARGET_FILE_DIR:${target}>/$<TARGET_FILE_NAME:${module}>)
+endfunction()
+
 # Into build/PRESET/bench, and into the target `benchmarks`.
 function(kestrix_benchmark_program target)
   set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bench)

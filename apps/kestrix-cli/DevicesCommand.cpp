@@ -1,8 +1,6 @@
 // What each source sees; for a tester that is not found, which step fails.
 
 #include <fmt/format.h>
-#include <QFileInfo>
-#include <QSerialPortInfo>
 
 #include <algorithm>
 #include <cstddef>
@@ -17,6 +15,7 @@
 #include "apps/kestrix-cli/TesterProbe.h"
 #include "apps/kestrix-cli/UriHelp.h"
 #include "link/FrameListener.h"
+#include "platform/AccessoryListings.h"
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
@@ -24,17 +23,37 @@ namespace {
 
 constexpr int kSecondsToLook = 5;
 
-// Ports are listed and not opened: opening one may disturb what is behind it.
-Ending listWhatIsThere(Runner& runner) {
-    runner.output().line("simulator:  the built-in tester");
-    for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-        const QString description =
-            port.description().isEmpty() ? QStringLiteral("a serial port") : port.description();
-        const QFileInfo node(port.systemLocation());
-        const bool allowed = node.isReadable() && node.isWritable();
-        runner.output().line(fmt::format("serial:{}  {}{}", port.systemLocation().toStdString(),
-                                         description.toStdString(), allowed ? "" : " (no right to open it)"));
+// What can be seen of it is known, or why nothing can.
+bool isKnown(const platform::AccessoryListing& listing) {
+    return !listing.seen().empty() || !listing.problem().empty();
+}
+
+void show(Runner& runner, const char* scheme, const platform::AccessoryListing& listing) {
+    for (const platform::SeenAccessory& seen : listing.seen()) {
+        const std::string problem = seen.problem.empty() ? "" : fmt::format(" ({})", seen.problem);
+        runner.output().line(fmt::format("{}  {}, {}{}", seen.uri, seen.name, seen.state, problem));
     }
+    if (!listing.seen().empty()) return;
+    const std::string problem = listing.problem();
+    runner.output().line(
+        fmt::format("{}  none ({})", scheme, problem.empty() ? std::string("no answer yet") : problem));
+}
+
+// Nothing is opened or connected: that may disturb what is there.
+Ending listWhatIsThere(Runner& runner) {
+    runner.limitUnlessGiven(kSecondsToLook);
+    EventLoop loop(runner);
+    const auto bluetooth = platform::makeBluetoothListing(loop.scheduler);
+    const auto serial = platform::makeSerialListing();
+    if (!isKnown(*bluetooth)) {
+        bluetooth->changed = [&] {
+            if (isKnown(*bluetooth)) EventLoop::quit();
+        };
+        loop.run();
+    }
+    show(runner, "bluetooth:", *bluetooth);
+    show(runner, "serial:", *serial);
+    runner.output().line("simulator:  the built-in tester");
     return done();
 }
 

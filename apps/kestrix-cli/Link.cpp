@@ -13,6 +13,15 @@
 namespace kestrix::cli {
 namespace {
 
+const QString kLastUsedTester = QStringLiteral("lastUsedTester");
+
+platform::LastUsed lastUsedOf(platform::UserDefaults& settings) {
+    return {[&settings] { return settings.stringForKey(kLastUsedTester).toStdString(); },
+            [&settings](const std::string& uri) {
+                settings.setString(kLastUsedTester, QString::fromStdString(uri));
+            }};
+}
+
 // Beside the application's settings and not in them: its stored link state is its own.
 QString settingsPath(const std::string& given) {
     if (!given.empty()) return QString::fromStdString(given);
@@ -30,8 +39,8 @@ Link::Link(const std::string& settings, platform::Scheduler& timers)
 
 Ending Link::addSource(const std::string& uri) {
     if (!defaults.problem().isEmpty()) return failed(defaults.problem().toStdString());
-    platform::SourceOrProblem made =
-        platform::makeAccessorySource(uri, scheduler, app::simulatorSource, link::makeFrameListener);
+    platform::SourceOrProblem made = platform::makeAccessorySource(
+        uri, scheduler, app::simulatorSource, link::makeFrameListener, lastUsedOf(defaults));
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
     manager.addSource(std::move(made.source));
     return done();

@@ -5,6 +5,8 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/BluetoothAddress.h"
+#include "platform/BluetoothModule.h"
 #include "platform/DialingSource.h"
 #include "platform/PrintableText.h"
 #include "platform/ReplayDialer.h"
@@ -31,6 +33,15 @@ using Maker = DialerOrProblem (*)(AccessoryUri& uri, const Surroundings& surroun
 
 constexpr int kDefaultBaud = 9600;
 constexpr int kHighestBaud = 4'000'000;
+
+DialerOrProblem makeBluetooth(AccessoryUri& uri, const Surroundings& surroundings) {
+    const std::string address = bluetoothAddress(uri.target);
+    if (address.empty() && !uri.target.empty())
+        return {nullptr, "expected bluetooth: or an address, as in bluetooth:AA:BB:CC:DD:EE:FF"};
+    const BluetoothParts parts = loadBluetooth();
+    if (parts.makeDialer == nullptr) return {nullptr, parts.problem, false};
+    return {parts.makeDialer(address, surroundings.lastUsed, surroundings.scheduler), {}};
+}
 
 DialerOrProblem makeTcp(AccessoryUri& uri, const Surroundings&) {
     const std::optional<HostAndPort> address = parseHostAndPort(uri.target);
@@ -74,6 +85,7 @@ struct Row {
 
 // The one list of kinds: help texts, errors and tests read it.
 constexpr Row kRows[] = {
+    {{"bluetooth", "bluetooth:ADDRESS", "bluetooth:"}, makeBluetooth},
     {{"tcp", "tcp://host:port", "tcp://192.168.1.20:4000"}, makeTcp},
     {{"serial", "serial:PORT?baud=9600", "serial:/dev/rfcomm0"}, makeSerial},
     {{"replay", "replay:FILE?speed=1", "replay:site.kxc"}, makeReplay},

@@ -1,10 +1,10 @@
 #include "platform/BluezObjects.h"
 
-#include <cctype>
 #include <cstring>
 #include <functional>
 #include <string_view>
 
+#include "platform/BluetoothAddress.h"
 #include "platform/PrintableText.h"
 
 namespace kestrix::platform {
@@ -147,18 +147,6 @@ void readRemoved(sd_bus_message* message, const std::string& path, BluezObjects&
         if (std::strcmp(interface, kBluezDevice) == 0) objects.devices.erase(path);
     }
     sd_bus_message_exit_container(message);
-}
-
-std::string bluetoothAddress(const std::string& text) {
-    constexpr std::size_t kLength = 17;
-    if (text.size() != kLength) return {};
-    std::string address = text;
-    for (std::size_t i = 0; i < kLength; ++i) {
-        const auto c = static_cast<unsigned char>(text[i]);
-        if (i % 3 == 2 ? c != ':' : std::isxdigit(c) == 0) return {};
-        address[i] = static_cast<char>(std::toupper(c));
-    }
-    return address;
 }
 
 }  // namespace kestrix::platform

@@ -48,7 +48,4 @@ BluezObjects readManagedObjects(sd_bus_message* message);
 // The interfaces (as) that the object at this path has no more.
 void readRemoved(sd_bus_message* message, const std::string& path, BluezObjects& objects);
 
-// "AA:BB:CC:DD:EE:FF" from an address in whatever case; empty when it is none.
-std::string bluetoothAddress(const std::string& text);
-
 }  // namespace kestrix::platform

@@ -117,6 +117,7 @@ void DialingSource::stop() {
 
 void DialingSource::dial() {
     state_ = SearchState::Dialing;
+    dialedAt_ = scheduler_.now();
     const std::uint32_t attempt = ++attempt_;
     timer_ = scheduler_.callAfter(dialer_->timeLimit(), [this] {
         ++attempt_;
@@ -279,7 +280,9 @@ void DialingSource::lost(Problem problem) {
 
 void DialingSource::retryLater() {
     state_ = SearchState::Waiting;
-    timer_ = scheduler_.callAfter(retryDelay_, [this] { dial(); });
+    // A dial that took long has waited already.
+    const auto taken = std::chrono::duration_cast<Scheduler::Duration>(scheduler_.now() - dialedAt_);
+    timer_ = scheduler_.callAfter(std::max(kFirstRetry, retryDelay_ - taken), [this] { dial(); });
     retryDelay_ = std::min(2 * retryDelay_, kLastRetry);
 }
 

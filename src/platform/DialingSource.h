@@ -17,8 +17,9 @@ namespace kestrix::platform {
 // that is whole. While nobody has a session open, bytes are heard and then discarded.
 class DialingSource final : public AccessorySource {
   public:
-    static constexpr Scheduler::Duration kFirstRetry{500};  // doubles with each failure ...
-    static constexpr Scheduler::Duration kLastRetry{5000};  // ... up to this
+    // From one dial to the next: the shortest pause between them, which doubles with each failure ...
+    static constexpr Scheduler::Duration kFirstRetry{500};
+    static constexpr Scheduler::Duration kLastRetry{5000};  // ... up to this, counted from the dial's start
     static constexpr Scheduler::Duration kSilenceLimit{3000};
 
     // uri says which tester; the scheduler must outlive the source.
@@ -73,6 +74,7 @@ class DialingSource final : public AccessorySource {
     std::string peerName_;
     std::uint32_t attempt_ = 0;  // tells the answer to this dial from one that comes too late
     Scheduler::Duration retryDelay_ = kFirstRetry;
+    Scheduler::TimePoint dialedAt_{};
     Scheduler::TimePoint lastFrame_{};  // or when the channel was opened
     bool bytesSinceFrame_ = false;
     Scheduler::Timer timer_;          // retry, dial limit or silence: what the state waits for

@@ -46,6 +46,20 @@ TEST_F(AccessorySourcesTest, EachKindIsMade) {
     const auto replay = make("replay:" + capture.toStdString() + "?speed=max").source;
     ASSERT_NE(replay, nullptr);
 
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nowhere/bus");
+    for (const char* uri : {"bluetooth:", "bluetooth:aa:bb:cc:dd:ee:ff"}) {
+        const auto bluetooth = make(uri).source;
+        ASSERT_NE(bluetooth, nullptr);
+        bluetooth->start(observer);
+        scheduler_.runDue();
+        EXPECT_EQ(bluetooth->problem(),
+                  "no Bluetooth without the system's message bus, which cannot be reached: No such file or "
+                  "directory");
+        EXPECT_EQ(bluetooth->failedStep(), FailedStep::Adapter);
+        bluetooth->stop();
+    }
+    qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+
     serial->start(observer);
     scheduler_.runDue();
     EXPECT_EQ(serial->problem(), "no such port");
@@ -107,6 +121,10 @@ TEST_F(AccessorySourcesTest, ABadUriIsRefusedWithOneClearLine) {
         {"serial:", "serial:: expected serial:PORT, as in serial:/dev/rfcomm0?baud=9600", true},
         {"serial:/dev/x?baud=fast",
          "serial:/dev/x?baud=fast: the baud rate is not a number from 1 to 4000000", true},
+        {"bluetooth:tester",
+         "bluetooth:tester: expected bluetooth: or an address, as in bluetooth:AA:BB:CC:DD:EE:FF", true},
+        {"bluetooth:AA:BB:CC:DD:EE:FF?channel=1",
+         "bluetooth:AA:BB:CC:DD:EE:FF?channel=1: unknown option 'channel'", true},
         {"replay:", "replay:: expected replay:FILE, as in replay:house.kxc?speed=max", true},
         {"replay:/none.kxc?speed=0",
          "replay:/none.kxc?speed=0: the speed is neither \"max\" nor a number from 0.1 to 100000", true},

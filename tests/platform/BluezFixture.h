@@ -15,6 +15,10 @@
 
 namespace kestrix::platform {
 
+inline constexpr const char* kOne = "AA:BB:CC:00:00:01";
+inline constexpr const char* kTwo = "AA:BB:CC:00:00:02";
+inline constexpr const char* kThree = "AA:BB:CC:00:00:03";
+
 // A message bus of the test's own, which everything in it takes for the system's, with a Bluetooth service
 // that has an adapter.
 class BluezTest : public ::testing::Test {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <unistd.h>
 #include <QCoreApplication>
 #include <QFile>
@@ -16,12 +17,15 @@
 #include <utility>
 
 #include "apps/common/SimulatorSource.h"
+#include "platform/BluezDialer.h"
 #include "platform/DialingSource.h"
 #include "platform/GeneratedChannel.h"
 #include "platform/ReplayDialer.h"
 #include "platform/SerialDialer.h"
 #include "platform/StreamSocketDialer.h"
+#include "tests/support/FakeBluez.h"
 #include "tests/support/FakeDialer.h"
+#include "tests/support/PrivateBus.h"
 #include "tests/support/Pty.h"
 
 namespace kestrix::platform {
@@ -280,6 +284,45 @@ class TapRig final : public ChannelRig, private AccessorySourceObserver {
     TapDialer dialer_{*this};
 };
 
+// A line that the Bluetooth service hands over.
+class BluetoothRig final : public OwningRig {
+  public:
+    BluetoothRig() {
+        EXPECT_TRUE(bus_.start());
+        qputenv("DBUS_SYSTEM_BUS_ADDRESS", QByteArray::fromStdString(bus_.address()));
+        bluez_ = std::make_unique<testing::FakeBluez>(bus_.address());
+        bluez_->addAdapter();
+        bluez_->addDevice(device_);
+    }
+    ~BluetoothRig() override {
+        dialer_.reset();
+        qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    }
+    Bytes plan(std::size_t count, bool) override { return plan_ = countingBytes(count); }
+    void end() override { bluez_->endLine(device_.address); }
+    void drain() override { draining_ = true; }
+
+  private:
+    std::unique_ptr<Dialer> makeDialer() override {
+        return std::make_unique<BluezDialer>(device_.address, LastUsed{}, BluezProfile::shared(scheduler));
+    }
+    void farEnd() override {
+        const int line = bluez_->line(device_.address);
+        if (line < 0) return;
+        const ssize_t count =
+            ::send(line, plan_.data() + sent_, plan_.size() - sent_, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count > 0) sent_ += static_cast<std::size_t>(count);
+        if (draining_) bluez_->receive(device_.address);
+    }
+
+    testing::PrivateBus bus_;
+    std::unique_ptr<testing::FakeBluez> bluez_;
+    const testing::FakeBluez::Device device_;
+    Bytes plan_;
+    std::size_t sent_ = 0;
+    bool draining_ = false;
+};
+
 template <typename Rig>
 std::unique_ptr<ChannelRig> make() {
     return std::make_unique<Rig>();
@@ -297,6 +340,7 @@ const std::vector<ChannelKind> kChannelKinds{
              });
      },
      false},
+    {"Bluetooth", make<BluetoothRig>, false},
     {"Serial", make<SerialRig>, false},
     {"Generated", make<GeneratedRig>, true},
     {"Replay", make<ReplayRig>, true},

@@ -149,6 +149,20 @@ TEST_F(DialingSourceTest, BytesBeforeTheEndOfTheChannelStillArrive) {
     EXPECT_EQ(log_.back(), "disappeared");
 }
 
+// The pause between two dials counts from the first one's start, but is never shorter than the first pause.
+TEST_F(DialingSourceTest, ADialThatTookLongIsFollowedByTheNextOneSoon) {
+    dialer_->answersAtOnce = false;
+    start();
+    for (int dials = 1; dials < 8; ++dials) {
+        ASSERT_EQ(dialer_->dials, dials);
+        scheduler_.advance(milliseconds(4000));
+        dialer_->answer();
+        scheduler_.advance(milliseconds(499));
+        EXPECT_EQ(dialer_->dials, dials);
+        scheduler_.advance(milliseconds(dials < 5 ? 1 : 501));
+    }
+}
+
 TEST_F(DialingSourceTest, AfterATesterWasThereTheRetriesStartSmallAgain) {
     start();
     scheduler_.advance(milliseconds(20'000));

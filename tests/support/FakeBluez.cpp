@@ -46,7 +46,7 @@ void appendAdapter(sd_bus_message* message, bool powered) {
 
 }  // namespace
 
-FakeBluez::FakeBluez(std::string address) : busAddress_(std::move(address)) {
+FakeBluez::FakeBluez(std::string address, const char* name) : busAddress_(std::move(address)), name_(name) {
     come();
 }
 
@@ -77,7 +77,9 @@ void FakeBluez::come() {
     ASSERT_GE(sd_bus_set_bus_client(bus, 1), 0);
     ASSERT_GE(sd_bus_start(bus), 0);
     ASSERT_GE(sd_bus_add_fallback(bus, nullptr, "/", &FakeBluez::called, this), 0);
-    ASSERT_GE(sd_bus_request_name(bus, "org.bluez", 0), 0);
+    if (name_ != nullptr) {
+        ASSERT_GE(sd_bus_request_name(bus, name_, 0), 0);
+    }
     notifier_ = std::make_unique<QSocketNotifier>(sd_bus_get_fd(bus), QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { turn(); });
 }
@@ -122,7 +124,10 @@ int FakeBluez::answer(sd_bus_message* call) {
     } else if (member == "ConnectProfile") {
         for (const auto& [address, device] : devices_) {
             if (pathOf(address) != path) continue;
-            connectProfile(Message(sd_bus_message_ref(call)), std::string(address));
+            const std::string asked = address;
+            attempts.push_back(asked);
+            if (attempted) attempted(asked);
+            answerAttempt(Message(sd_bus_message_ref(call)), asked, behaviours_[asked]);
             return 1;
         }
         sd_bus_reply_method_errorf(call, "org.freedesktop.DBus.Error.UnknownObject", "no such object");
@@ -132,10 +137,19 @@ int FakeBluez::answer(sd_bus_message* call) {
     return 1;
 }
 
-void FakeBluez::connectProfile(const Message& call, const std::string& address) {
-    attempts.push_back(address);
-    const Behaviour behaviour = behaviours_.contains(address) ? behaviours_[address] : Behaviour{};
-    if (attempted) attempted(address);
+void FakeBluez::complete(const std::string& address, Behaviour behaviour) {
+    for (auto silent = silent_.begin(); silent != silent_.end(); ++silent) {
+        if (silent->first != address) continue;
+        const Message call = std::move(silent->second);
+        silent_.erase(silent);
+        answerAttempt(call, address, behaviour);
+        sd_bus_flush(bus_.get());
+        return;
+    }
+    ADD_FAILURE() << "no attempt waits for " << address;
+}
+
+void FakeBluez::answerAttempt(const Message& call, const std::string& address, const Behaviour& behaviour) {
     switch (behaviour.way) {
         case Way::Connects:
         case Way::WithoutDescriptor:
@@ -151,7 +165,7 @@ void FakeBluez::connectProfile(const Message& call, const std::string& address) 
             sd_bus_reply_method_errorf(call.get(), behaviour.error, "%s", behaviour.text);
             return;
         case Way::IsSilent:
-            silent_.emplace_back(sd_bus_message_ref(call.get()));
+            silent_.emplace_back(address, Message(sd_bus_message_ref(call.get())));
             return;
         case Way::GoesElsewhere:
             sd_bus_reply_method_return(call.get(), nullptr);

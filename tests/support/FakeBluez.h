@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kestrix::testing {
@@ -32,7 +33,7 @@ class FakeBluez {
     enum class Way {
         Connects,
         Fails,              // with the error
-        IsSilent,           // until the test ends it
+        IsSilent,           // until the test completes it
         GoesElsewhere,      // it succeeds, but the line is another program's
         WithoutDescriptor,  // a connection without what is connected
     };
@@ -42,8 +43,9 @@ class FakeBluez {
         const char* text = "br-connection-page-timeout";
     };
 
-    // Comes at once, with no adapter.
-    explicit FakeBluez(std::string address);
+    // Comes at once, with no adapter. name: none for a program that is not the service and says what it
+    // would.
+    explicit FakeBluez(std::string address, const char* name = "org.bluez");
     FakeBluez(const FakeBluez&) = delete;
     FakeBluez& operator=(const FakeBluez&) = delete;
     ~FakeBluez();
@@ -68,6 +70,8 @@ class FakeBluez {
     void tellStrength(const std::string& address);
     void behave(const std::string& address, Behaviour behaviour) { behaviours_[address] = behaviour; }
 
+    // The attempt that this device has been silent to goes on.
+    void complete(const std::string& address, Behaviour behaviour);
     // Hands a line over that nobody has asked for, or late.
     void handOver(const std::string& address);
     void askToDisconnect(const std::string& address);
@@ -87,6 +91,10 @@ class FakeBluez {
     // The addresses of the attempts to connect, in their order.
     std::vector<std::string> attempts;
     int registrations = 0;
+    void pretendRegistered(const FakeBluez& elsewhere) {
+        profileOwner_ = elsewhere.profileOwner_;
+        profilePath_ = elsewhere.profilePath_;
+    }
     bool isRegistered() const { return !profileOwner_.empty(); }
     // How the last line that was handed over was answered: "taken", or the error's name.
     std::string handOverAnswer;
@@ -116,7 +124,7 @@ class FakeBluez {
     static int called(sd_bus_message* call, void* self, sd_bus_error* error);
     static int handedOver(sd_bus_message* reply, void* self, sd_bus_error* error);
     int answer(sd_bus_message* call);
-    void connectProfile(const Message& call, const std::string& address);
+    void answerAttempt(const Message& call, const std::string& address, const Behaviour& behaviour);
     void sendNewConnection(const std::string& address, Message attempt, bool withDescriptor);
     void appendObjects(sd_bus_message* message) const;
     void appendDevice(sd_bus_message* message, const Device& device) const;
@@ -130,6 +138,7 @@ class FakeBluez {
     void turn();
 
     std::string busAddress_;
+    const char* name_;
     std::unique_ptr<sd_bus, BusEnd> bus_;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::map<std::string, bool> adapters_;  // powered
@@ -141,7 +150,7 @@ class FakeBluez {
     std::string profilePath_;
     bool deaf_ = false;
     std::vector<Message> unanswered_;
-    std::vector<Message> silent_;
+    std::vector<std::pair<std::string, Message>> silent_;
     std::vector<std::unique_ptr<HandOver>> handOvers_;
 };
 
