@@ -226,6 +226,21 @@ TEST(Artwork, OneTesterStandsInEveryConnectionPicture) {
         EXPECT_EQ(difference(picture(name, 4).copy(scaled(knobAndButton, 4)), first), 0) << name;
 }
 
+TEST(Artwork, NoWordComesNearTheRightEdgeOfItsPicture) {
+    // A word that is too long, or drawn in a wider font than it was written for, would.
+    constexpr QRgb kPaper = 0xfff3f6fb;
+    constexpr QRgb kDisplay = 0xff182441;
+    const auto isPlain = [](const char* name, const QRect& edge, QRgb ground) {
+        const QImage image = picture(name, 4);
+        return everywhere(image, scaled(edge, 4), [&](int x, int y) { return image.pixel(x, y) == ground; });
+    };
+    for (const char* name : kConnections) EXPECT_TRUE(isPlain(name, {273, 169, 6, 32}, kPaper)) << name;
+    for (const Drawn& drawn : kLessons) {
+        if (!QByteArray(drawn.name).startsWith("help_safety")) continue;
+        EXPECT_TRUE(isPlain(drawn.name, {295, 12, 7, drawn.points.height() - 24}, kDisplay)) << drawn.name;
+    }
+}
+
 TEST(Artwork, NoTwoConnectionPicturesAreAlike) {
     for (const char* one : kConnections) {
         for (const char* other : kConnections) {
