@@ -23,6 +23,7 @@ StreamSocket::StreamSocket(int descriptor) : descriptor_(descriptor) {
     fcntl(descriptor_, F_SETFL, fcntl(descriptor_, F_GETFL) | O_NONBLOCK);
 }
 
+// The line goes down now, not with the last copy of the descriptor.
 StreamSocket::~StreamSocket() {
     hangUp();
     ::close(descriptor_);
@@ -76,8 +77,6 @@ void DescriptorChannel::close() {
     if (std::exchange(closed_, true)) return;
     readable_->setEnabled(false);
     writable_->setEnabled(false);
-    // The line goes down now, not with the last copy of the descriptor.
-    socket_->hangUp();
     socket_.reset();
 }
 

@@ -132,6 +132,19 @@ TEST_F(BluezDevices, WhileTheLastUsedIsAwayTheOthersAreTriedInTurnBesideIt) {
     EXPECT_THAT(bluez_->attempts, ElementsAre(kTwo, kOne, kTwo, kThree, kTwo, kOne, kTwo, kThree));
 }
 
+TEST_F(BluezDevices, AnotherOneThatSaysNothingIsGivenUpForTheLastUsed) {
+    bluez_->addDevice({kOne, "Mute"});
+    bluez_->addDevice({kTwo, "Tester"});
+    bluez_->behave(kOne, {Way::IsSilent});
+    bluez_->behave(kTwo, {Way::Fails});
+    start(kTwo);
+    pass(BluezDialer::kOtherLimit);
+    EXPECT_THAT(bluez_->attempts, ElementsAre(kTwo, kOne));
+    EXPECT_EQ(source_->problem(), "Tester: switched off, asleep or out of reach; Mute: no answer within 6 s");
+    pass(DialingSource::kFirstRetry);
+    EXPECT_THAT(bluez_->attempts, ElementsAre(kTwo, kOne, kTwo));
+}
+
 TEST_F(BluezDevices, AsLongAsNoneIsKnownAllAreTriedInTurn) {
     for (const char* address : {kOne, kTwo, kThree}) {
         bluez_->addDevice({address, address});

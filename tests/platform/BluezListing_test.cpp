@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QFile>
 #include <QLocalServer>
 #include <QTemporaryDir>
 
@@ -138,6 +139,18 @@ TEST_F(BluezListingTest, WithoutAServiceItSaysSo) {
     look();
     EXPECT_TRUE(
         problemBecomes("the Bluetooth service does not run: start it with 'systemctl start bluetooth'"));
+}
+
+// Who has switched the service off wants it off.
+TEST_F(BluezListingTest, LookingStartsNoService) {
+    const QByteArray started = bus_.path("started").toUtf8();
+    bus_.write("bluez.service",
+               "[D-BUS Service]\nName=org.bluez\nExec=/bin/sh -c 'touch " + started + "; sleep 60'\n");
+    startBus();
+    look();
+    EXPECT_TRUE(
+        problemBecomes("the Bluetooth service does not run: start it with 'systemctl start bluetooth'"));
+    EXPECT_FALSE(QFile::exists(QString::fromUtf8(started)));
 }
 
 TEST_F(BluezListingTest, WithoutABusItSaysSoAndLooksAgain) {
