@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/BluezProfile.h"
 #include "tests/platform/BluezFixture.h"
 
 namespace kestrix::platform {
@@ -236,11 +237,14 @@ TEST_F(BluezListingTest, WhatAnotherProgramSaysInItsPlaceIsNotHeard) {
     bluez_->addDevice({});
     look();
     ASSERT_TRUE(linesBecome({"bluetooth:AA:BB:CC:00:00:01 Tester 1 paired"}));
+    const auto profile = BluezProfile::shared(scheduler_);
+    ASSERT_TRUE(spinUntil([&] { return bluez_->isRegistered(); }));
     sd_bus* liar = nullptr;
     ASSERT_GE(sd_bus_open_system(&liar), 0);
     sd_bus_message* message = nullptr;
     sd_bus_message_new_signal(liar, &message, "/", "org.freedesktop.DBus.ObjectManager", "InterfacesRemoved");
     sd_bus_message_append(message, "oas", "/org/bluez/hci0/dev_AA_BB_CC_00_00_01", 1, "org.bluez.Device1");
+    sd_bus_message_set_destination(message, bluez_->profileOwner().c_str());  // past the bus's own filter
     sd_bus_send(liar, message, nullptr);
     sd_bus_flush(liar);
     sd_bus_message_unref(message);

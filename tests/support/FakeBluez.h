@@ -95,6 +95,8 @@ class FakeBluez {
         profileOwner_ = elsewhere.profileOwner_;
         profilePath_ = elsewhere.profilePath_;
     }
+    // Who has registered the profile, as the bus calls it.
+    const std::string& profileOwner() const { return profileOwner_; }
     bool isRegistered() const { return !profileOwner_.empty(); }
     // How the last line that was handed over was answered: "taken", or the error's name.
     std::string handOverAnswer;
