@@ -13,6 +13,7 @@ FocusScope {
     property int titleInset: 0
     property int titleAlignment: Text.AlignLeft
     property int titleSize: 14
+    property bool titleShrinks: false       // one that is too wide is drawn smaller, and at last ends with three dots
     // What the mouse is told where the button shows no words.
     property string hint: button.title === "" ? button.accessibleName : ""
     readonly property bool held: touch.held
@@ -54,6 +55,9 @@ FocusScope {
         color: Colors.textOnDark
         font.family: "helvetica"
         font.pixelSize: view.titleSize
+        fontSizeMode: view.titleShrinks ? Text.HorizontalFit : Text.FixedSize
+        minimumPixelSize: 8
+        elide: view.titleShrinks ? Text.ElideRight : Text.ElideNone
         horizontalAlignment: view.titleAlignment
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true

@@ -14,11 +14,17 @@ namespace kestrix::ui {
 class ImageView : public kestrix::ui::Control {
     Q_OBJECT
     Q_PROPERTY(QString shownImage READ shownImage NOTIFY shownImageChanged FINAL)
+    Q_PROPERTY(QString description READ description CONSTANT FINAL)
 
   public:
     // scheduler: for the animation; none for a picture that stands still. Not owned.
     ImageView(Screen& screen, const char* name, platform::Scheduler* scheduler = nullptr)
         : Control(screen, name), scheduler_(scheduler) {}
+
+    // What is to be seen on it, for a screen reader, where a name does not say all. To be set before it is
+    // shown.
+    QString description() const { return description_; }
+    void setDescription(const QString& description) { description_ = description; }
 
     // The picture while nothing is animated.
     QString image() const { return image_; }
@@ -50,6 +56,7 @@ class ImageView : public kestrix::ui::Control {
     void awaitNextFrame();
 
     platform::Scheduler* scheduler_;
+    QString description_;
     QString image_;
     QString toldImage_;
     QStringList images_;

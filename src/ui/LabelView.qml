@@ -1,12 +1,13 @@
 import QtQuick
 import Kestrix.Ui
 
-// Draws a Label: one line, centred in height.
+// Draws a Label: one line, centred in height, or, wrapped, as many as it takes from the top on.
 Rectangle {
     id: view
     required property Label label
     readonly property alias paintedWidth: text.paintedWidth
     property real textWidth: width   // a longer text may stand out of the label's ground on both sides
+    property bool wraps: false
     property alias elide: text.elide // of a text that is too wide at its least size, too
 
     objectName: label.objectName
@@ -30,7 +31,8 @@ Rectangle {
         fontSizeMode: view.label.shrinksToFit ? Text.Fit : Text.FixedSize
         minimumPixelSize: 6
         horizontalAlignment: view.label.alignment
-        verticalAlignment: Text.AlignVCenter
+        wrapMode: view.wraps ? Text.Wrap : Text.NoWrap
+        verticalAlignment: view.wraps ? Text.AlignTop : Text.AlignVCenter
         Accessible.ignored: true
     }
 }

@@ -24,6 +24,7 @@ class Palette : public QObject {
     Q_PROPERTY(QColor mark MEMBER mark CONSTANT FINAL)
     Q_PROPERTY(QColor warning MEMBER warning CONSTANT FINAL)
     Q_PROPERTY(QColor scrollTrack MEMBER scrollTrack CONSTANT FINAL)
+    Q_PROPERTY(QColor scrollTrackOnDark MEMBER scrollTrackOnDark CONSTANT FINAL)
     Q_PROPERTY(QColor scrollThumb MEMBER scrollThumb CONSTANT FINAL)
     Q_PROPERTY(QColor focusLight MEMBER focusLight CONSTANT FINAL)
     Q_PROPERTY(QColor focusDark MEMBER focusDark CONSTANT FINAL)
@@ -60,6 +61,7 @@ class Palette : public QObject {
     static constexpr QColor mark{150, 14, 24};              // what is wrong, in words
     static constexpr QColor warning{255, 205, 190};         // the same on the housing
     static constexpr QColor scrollTrack{108, 108, 108, 64};
+    static constexpr QColor scrollTrackOnDark{255, 255, 255, 40};
     static constexpr QColor scrollThumb{16, 24, 42};         // told apart from the headers above it
     static constexpr QColor focusLight{255, 209, 102};       // the frame around what has the keyboard: one of
     static constexpr QColor focusDark{16, 24, 42};           // its two lines stands out on any ground

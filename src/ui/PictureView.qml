@@ -10,5 +10,6 @@ Picture {
     visible: !imageView.hidden
     Accessible.role: Accessible.Graphic
     Accessible.name: imageView.accessibleName
+    Accessible.description: imageView.description
     Accessible.ignored: !visible || !enabled || imageView.accessibleName === ""
 }

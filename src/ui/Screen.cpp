@@ -35,6 +35,10 @@ TextField* Screen::textField(const QString& name) const {
     return find<TextField>(name);
 }
 
+ScrollArea* Screen::scrollArea(const QString& name) const {
+    return find<ScrollArea>(name);
+}
+
 Table* Screen::table(const QString& name) const {
     return find<Table>(name);
 }

@@ -9,6 +9,7 @@
 #include "ui/ImageView.h"
 #include "ui/Label.h"
 #include "ui/ScreenId.h"
+#include "ui/ScrollArea.h"
 #include "ui/Table.h"
 #include "ui/TextField.h"
 
@@ -34,6 +35,7 @@ class Screen : public QObject {
     Q_INVOKABLE kestrix::ui::ImageView* imageView(const QString& name) const;
     Q_INVOKABLE kestrix::ui::Button* button(const QString& name) const;
     Q_INVOKABLE kestrix::ui::TextField* textField(const QString& name) const;
+    Q_INVOKABLE kestrix::ui::ScrollArea* scrollArea(const QString& name) const;
     Q_INVOKABLE kestrix::ui::Table* table(const QString& name) const;
 
     // Whether another screen lies in front of all of it. A covered screen goes on working, but is not drawn,

@@ -22,6 +22,8 @@ enum class ScreenId : std::uint8_t {
     Help,
     About,
     MoreApps,
+    SafetyTips,
+    HowtoUse,
 };
 Q_ENUM_NS(ScreenId)
 

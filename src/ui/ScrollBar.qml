@@ -1,40 +1,42 @@
 import QtQuick
 import Kestrix.Ui
 
-// Where in a list one is, and how much of it there is. Follows the mouse or the first finger on it, whatever other fingers
-// do; there is none for a list that is seen whole.
+// Where in a list, or in any other area, one is, and how much of it there is. Follows the mouse or the first finger on it, whatever other fingers
+// do; there is none for one that is seen whole.
 Item {
     id: bar
-    required property ListView list
-    property real bottomMargin: list.bottomMargin
-    readonly property real position: list.visibleArea.yPosition
-    readonly property real size: list.visibleArea.heightRatio
+    required property Flickable area
+    property color track: Colors.scrollTrack
+    property color thumb: Colors.scrollThumb
+    property real bottomMargin: area.bottomMargin
+    readonly property real position: area.visibleArea.yPosition
+    readonly property real size: area.visibleArea.heightRatio
     readonly property bool held: finger.active // the list must not follow the finger then
 
-    objectName: list.objectName + "ScrollBar"
+    objectName: area.objectName + "ScrollBar"
     anchors {
-        top: list.top
-        right: list.right
-        bottom: list.bottom
+        top: area.top
+        right: area.right
+        bottom: area.bottom
         bottomMargin: bar.bottomMargin
     }
     width: 5
     // Not for a rounding of the rows' heights.
-    visible: list.contentHeight + list.bottomMargin - list.height > 4
+    visible: area.contentHeight + area.bottomMargin - area.height > 4
     Accessible.ignored: true // the list itself says how long it is, and takes the keys
 
     Rectangle {
         anchors.fill: parent
-        color: Colors.scrollTrack
+        color: bar.track
     }
     Rectangle {
-        objectName: bar.list.objectName + "ScrollThumb"
+        objectName: bar.area.objectName + "ScrollThumb"
         readonly property real least: 12
         readonly property real room: bar.height - height
         y: Math.max(0, Math.min(room, bar.size < 1 ? bar.position / (1 - bar.size) * room : 0))
         width: parent.width
         height: Math.max(least, bar.size * bar.height)
-        color: Colors.scrollThumb
+        color: bar.thumb
     }
     Item { // wider than what is seen
         anchors {
@@ -55,7 +57,7 @@ Item {
     }
 
     function scrollTo(y: real) {
-        const range = list.contentHeight + list.bottomMargin - list.height
-        list.contentY = list.originY + Math.max(0, Math.min(1, y / height)) * range
+        const range = area.contentHeight + area.bottomMargin - area.height
+        area.contentY = area.originY + Math.max(0, Math.min(1, y / height)) * range
     }
 }

@@ -37,6 +37,8 @@ struct Services {
     const platform::Reachability& reachability;
     // Makes what sends a mail, and what keeps its password.
     std::function<platform::MailParts()> loadMail;
+    // Has the desktop open the web page of this address; false: it cannot.
+    std::function<bool(const QString& address)> openAddress;
     // How long the link waits before it closes the session of a tester that has gone. It blocks its caller.
     std::function<void(std::chrono::milliseconds)> wait;
     // Of everything that slides or rises; 0: at once.

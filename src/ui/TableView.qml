@@ -140,7 +140,7 @@ ListView {
     ScrollBar {
         id: bar
         parent: list
-        list: list
+        area: list
     }
     FocusFrame {
         parent: list

@@ -17,6 +17,7 @@
 #include "ui/Palette.h"
 #include "ui/Screen.h"
 #include "ui/ScreenStack.h"
+#include "ui/ScrollArea.h"
 #include "ui/StageMetrics.h"
 #include "ui/Table.h"
 #include "ui/TextField.h"
@@ -126,6 +127,13 @@ struct ScreenStackType {
     QML_FOREIGN(kestrix::ui::ScreenStack)
     QML_NAMED_ELEMENT(ScreenStack)
     QML_UNCREATABLE("belongs to the application")
+};
+
+struct ScrollAreaType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::ui::ScrollArea)
+    QML_NAMED_ELEMENT(ScrollArea)
+    QML_UNCREATABLE("belongs to its screen")
 };
 
 struct StageMetricsType {
