@@ -1,8 +1,10 @@
 #include "shell/AppDelegate.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <QUrl>
 
 #include <algorithm>
 #include <utility>
@@ -43,6 +45,10 @@ QByteArray purposeOf(std::vector<std::string> uris) {
     QByteArray all;
     for (const std::string& uri : uris) all += QByteArray::fromStdString(uri) + '\n';
     return all;
+}
+
+bool openInBrowser(const QString& address) {
+    return QDesktopServices::openUrl(QUrl(address));
 }
 
 }  // namespace
@@ -243,6 +249,7 @@ ui::Services AppDelegate::makeServices() {
         .accessories = accessories_,
         .reachability = options_.reachability != nullptr ? *options_.reachability : routes_,
         .loadMail = options_.loadMail,
+        .openAddress = options_.openAddress ? options_.openAddress : openInBrowser,
         .wait = [this](std::chrono::milliseconds duration) { wait(duration); },
         .slideDuration = options_.slideDuration,
         .simulated = simulated_,

@@ -43,6 +43,7 @@ struct LaunchOptions {
     platform::Scheduler* scheduler = nullptr;  // not owned; none: the event loop's
     std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
     const platform::Reachability* reachability = nullptr;  // not owned; none: the machine's routes
+    std::function<bool(const QString&)> openAddress;       // none: the desktop's browser
     std::function<platform::MailParts()> loadMail = [] { return platform::loadMail(); };
 };
 

@@ -5,7 +5,14 @@
 #include "history/HistoryCellViewController.h"
 #include "history/HistoryViewController.h"
 #include "history/MailComposeViewController.h"
+#include "shell/AboutViewController.h"
+#include "shell/BluetoothConnectionHelpViewController.h"
+#include "shell/HelpViewController.h"
 #include "shell/HistoryStops.h"
+#include "shell/HowtoUseViewController.h"
+#include "shell/InformationStops.h"
+#include "shell/MoreAppsViewController.h"
+#include "shell/SafetyTipsViewController.h"
 #include "shell/SaveStops.h"
 #include "storage/SaveDataViewController.h"
 #include "ui/FramedScreen.h"
@@ -39,6 +46,40 @@ const std::vector<ScreenRow>& screens() {
          make<history::MailComposeViewController>,
          "History/MailComposeView.qml",
          {{"34-mail", showTypedMail}, {"35-mail-problem", showMailProblem}}},
+        {ui::ScreenId::Help,
+         QT_TRANSLATE_NOOP("Screens", "Help"),
+         make<HelpViewController>,
+         "Shell/HelpView.qml",
+         {{"40-help"}}},
+        {ui::ScreenId::BluetoothConnectionHelp,
+         QT_TRANSLATE_NOOP("Screens", "Bluetooth Connection"),
+         make<BluetoothConnectionHelpViewController>,
+         "Shell/PicturePageView.qml",
+         {{"41-bluetooth-help"}}},
+        {ui::ScreenId::SafetyTips,
+         QT_TRANSLATE_NOOP("Screens", "Safety Tips"),
+         make<SafetyTipsViewController>,
+         "Shell/SafetyTipsView.qml",
+         {{"42-safety-tips"}, {"42-safety-tips-2", showSecondPage}, {"42-safety-tips-3", showLastPage}}},
+        {ui::ScreenId::HowtoUse,
+         QT_TRANSLATE_NOOP("Screens", "How to Use"),
+         make<HowtoUseViewController>,
+         "Shell/PicturePageView.qml",
+         {{"43-how-to-use"},
+          {"43-how-to-use-2", showSecondPage},
+          {"43-how-to-use-3", showThirdPage},
+          {"43-how-to-use-4", showFourthPage},
+          {"43-how-to-use-5", showLastPage}}},
+        {ui::ScreenId::About,
+         QT_TRANSLATE_NOOP("Screens", "About"),
+         make<AboutViewController>,
+         "Shell/AboutView.qml",
+         {{"45-about"}}},
+        {ui::ScreenId::MoreApps,
+         QT_TRANSLATE_NOOP("Screens", "More Apps"),
+         make<MoreAppsViewController>,
+         "Shell/MoreAppsView.qml",
+         {{"46-more-apps"}}},
     };
     return rows;
 }

@@ -396,8 +396,8 @@ TEST_F(MadeUpScreen, SeveralScreensAlertsAndNoticesGoInAnyOrder) {
 
 TEST_F(MadeUpScreen, AScreenThatIsNotThereIsSaidInANotice) {
     open();
-    testing::expectWarning("no screen is registered for BluetoothConnectionHelp");
-    click("btnHelp");
+    testing::expectWarning("no screen is registered for RecordList");
+    app().screens().present(ScreenId::RecordList, true);
     settle();
     EXPECT_EQ(app().notice().text(), QStringLiteral("Not available in this version"));
     EXPECT_TRUE(isShown("notice"));

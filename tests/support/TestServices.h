@@ -33,6 +33,11 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
             .accessories = accessories,
             .reachability = network,
             .loadMail = loadMail,
+            .openAddress =
+                [this](const QString& address) {
+                    addresses.push_back(address.toStdString());
+                    return opensAddresses;
+                },
             .wait = [](std::chrono::milliseconds) {},
             .slideDuration = std::chrono::milliseconds(0),
         };
@@ -50,8 +55,10 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
     std::chrono::system_clock::time_point now{std::chrono::sys_days(std::chrono::year(2024) / 6 / 3)};
     ui::Notice notice{scheduler};
     ui::Alerts alerts;
-    std::vector<std::string> asked;          // "present SaveData animated", "dismiss"
-    std::optional<ui::ScreenId> missing;     // a screen that there is not
+    std::vector<std::string> asked;       // "present SaveData animated", "dismiss"
+    std::optional<ui::ScreenId> missing;  // a screen that there is not
+    std::vector<std::string> addresses;   // of the web pages that were to be opened
+    bool opensAddresses = true;
     double textHeight = 20;                  // of every text
     const ui::TextMeasure* fonts = nullptr;  // measure in its place; not owned
 

@@ -1,0 +1,33 @@
+#include "shell/BluetoothConnectionHelpViewController.h"
+
+namespace kestrix::shell {
+namespace {
+
+constexpr QRectF kPairingPicture{20, 12, 280, 170};
+constexpr double kTextLeft = 30;
+constexpr double kTextWidth = 260;
+constexpr double kMostTextHeight = 400;
+constexpr double kTextGap = 12;
+constexpr int kTextSize = 16;
+
+}  // namespace
+
+void BluetoothConnectionHelpViewController::viewDidLoad() {
+    addPicture("orvo_help_blue_img2.png", kPairingPicture,
+               {tr("Pairing the tester"),
+                tr("1 Record: press it in Kestrix, confirm to connect over Bluetooth. 2 Pair: the tester is "
+                   "on: press its item in the list. 3 Connected: the readings come in, such as 230 V.")});
+    const QString text =
+        tr("Click the record icon in the app and confirm opening the bluebooth connecting. Press the item to "
+           "pair. If connect successfully, show “Connected” and automatically jump to recording screen. "
+           "Otherwise show \"Disconnected\" and stay in the bluebooth connecting screen.");
+    const QString font = QStringLiteral("Arial");
+    const double height =
+        services_.textMeasure.wrappedHeight(text, font, kTextSize, kTextWidth, kMostTextHeight);
+    const QRectF place(kTextLeft, kPairingPicture.bottom() + kTextGap, kTextWidth, height);
+    addText(text, place, false).setFont(font, kTextSize);
+    scrollView.setAccessibleName(tr("Help with the connection"));
+    scrollView.setContentHeight(place.bottom() + kTextGap);
+}
+
+}  // namespace kestrix::shell

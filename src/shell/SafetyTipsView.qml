@@ -1,0 +1,5 @@
+import Kestrix.Shell
+
+PicturePageView {
+    ground: "orvo_all_bg.png"
+}
