@@ -31,16 +31,16 @@ constexpr Shown kInsulation{
     "insulation.png", QT_TRANSLATE_NOOP("HowtoUse", "Insulation resistance"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The main switch is off, N is lifted, loads and lamps are out. The leads of the tester go"
-        " to L, N and PE of the circuit; it shows 480 MΩ. Measure L-PE as drawn, then N-PE, then "
-        "L-N. With electronics that cannot be taken out: only L and N joined, both together to "
-        "PE, at 250 V.")};
+        "Dead: the main switch is off, N is lifted, loads and lamps are out. The leads L and PE of the "
+        "tester go to L and PE of the circuit; it shows 480 MΩ. Measure L-PE as drawn, then N-PE, then "
+        "L-N. With electronics that cannot be taken out: only L and N joined, both together to PE, at "
+        "250 V.")};
 
 constexpr Shown kEarth{
     "re_tur.png", QT_TRANSLATE_NOOP("HowtoUse", "Earth resistance"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The electrode E, whose earthing conductor is taken off, and the spikes S and H stand in "
+        "Dead: the electrode E, whose earthing conductor is taken off, and the spikes S and H stand in "
         "one line: H at the distance d, S at 62 % of d. Each goes to its socket of the tester, "
         "which shows 18.5 Ω. All in one line; d is 20 m or more, and longer for a large "
         "electrode. Measure again with S 2 m nearer and 2 m farther. Do the readings differ? Make"
@@ -50,16 +50,16 @@ constexpr Shown kContinuity{
     "continuity.png", QT_TRANSLATE_NOOP("HowtoUse", "Continuity of PE"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "One lead of the tester, L, is at the main earth bar, the other, PE, at the metal case of"
-        " a machine; it shows 0.32 Ω. Resistance of the protective conductor, from the bar to "
-        "each metal case. First join the leads and press ZERO; clean the metal where the probe "
-        "stands.")};
+        "Dead: the lead PE of the tester is at the main earth bar, its lead L at the metal case of a "
+        "machine; "
+        "it shows 0.32 Ω. Resistance of the protective conductor, from the bar to each metal case. First "
+        "join the leads and press ZERO; clean the metal where the probe stands.")};
 
 constexpr Shown kVoltageLN{
     "voltage1.png", QT_TRANSLATE_NOOP("HowtoUse", "Voltage L-N"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The leads L and N of the tester go to L and N of an outlet, PE stays free; it shows 230 "
+        "Live: the leads L and N of the tester go to L and N of an outlet, PE stays free; it shows 230 "
         "V and 50 Hz. Between line and neutral: the mains voltage. Prove the tester on a known "
         "live source first.")};
 
@@ -67,7 +67,7 @@ constexpr Shown kVoltagePE{
     "voltage2.png", QT_TRANSLATE_NOOP("HowtoUse", "Voltage L-PE and N-PE"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The leads L, N and PE of the tester go to L, N and PE of an outlet; it shows 230 V and "
+        "Live: the leads L, N and PE of the tester go to L, N and PE of an outlet; it shows 230 V and "
         "50 Hz. TN and TT: L-PE is the mains voltage, N-PE near 0 V. N-PE at the mains voltage: L"
         " and N are swapped. L-PE far below it: PE is open. Stop in both cases.")};
 
@@ -75,7 +75,7 @@ constexpr Shown kPhaseOrder{
     "voltage3.png", QT_TRANSLATE_NOOP("HowtoUse", "Phase order"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The three leads of the tester go to the lines L1, L2 and L3; it shows 1.2.3. 1.2.3: the "
+        "Live: the three leads of the tester go to the lines L1, L2 and L3; it shows 1.2.3. 1.2.3: the "
         "order is L1 L2 L3, the field turns right. 2.1.3: two of the lines are swapped. Test "
         "before a motor is connected.")};
 
@@ -83,7 +83,7 @@ constexpr Shown kAtTheOutlet{
     "Zsrcd.png", QT_TRANSLATE_NOOP("HowtoUse", "At an outlet behind an RCD"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The supply goes through the RCD to the outlet. The leads L, N and PE of the tester, at "
+        "Live: the supply goes through the RCD to the outlet. The leads L, N and PE of the tester, at "
         "LOOP or RCD, go to L, N and PE of the outlet. LOOP/PFC: set NO Trip, or the RCD switches"
         " off. RCD: X1/2 must hold, X1 and X5 must trip. Warn those who use the circuit; unplug "
         "the loads.")};
@@ -92,7 +92,7 @@ constexpr Shown kAtTheBoard{
     "Zsrcd2.png", QT_TRANSLATE_NOOP("HowtoUse", "At the distribution board"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "The tester, at LOOP or RCD, is connected to L, N and PE of the board. B, behind the RCD,"
+        "Live: the tester, at LOOP or RCD, is connected to L, N and PE of the board. B, behind the RCD,"
         " as drawn: RCD, or LOOP/PFC with NO Trip; the circuits are off. A, before the RCD, at "
         "the supply: only LOOP/PFC with Hi Amp, and no RCD protects you.")};
 
