@@ -59,25 +59,26 @@ constexpr Shown kVoltageLN{
     "voltage1.png", QT_TRANSLATE_NOOP("HowtoUse", "Voltage L-N"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "Live: the leads L and N of the tester go to L and N of an outlet, PE stays free; it shows 230 "
-        "V and 50 Hz. Between line and neutral: the mains voltage. Prove the tester on a known "
-        "live source first.")};
+        "Live: the leads L and N of the tester go to L and N of an outlet at the supply, PE stays free; it "
+        "shows 230 V "
+        "and 50 Hz. Between line and neutral: the mains voltage. Never trust 0 V: prove the tester on a "
+        "known live source before and after.")};
 
 constexpr Shown kVoltagePE{
     "voltage2.png", QT_TRANSLATE_NOOP("HowtoUse", "Voltage L-PE and N-PE"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "Live: the leads L, N and PE of the tester go to L, N and PE of an outlet; it shows 230 V and "
-        "50 Hz. TN and TT: L-PE is the mains voltage, N-PE near 0 V. N-PE at the mains voltage: L"
-        " and N are swapped. L-PE far below it: PE is open. Stop in both cases.")};
+        "Live: the leads L, N and PE of the tester go to L, N and PE of an outlet at the supply; it shows "
+        "230 V and 50 Hz. TN and TT: L-PE is the mains voltage, N-PE near 0 V. N-PE at the mains voltage: "
+        "L and N swapped, or N open. L-PE far below it: PE is open. Stop, in either case.")};
 
 constexpr Shown kPhaseOrder{
     "voltage3.png", QT_TRANSLATE_NOOP("HowtoUse", "Phase order"),
-    QT_TRANSLATE_NOOP(
-        "HowtoUse",
-        "Live: the three leads of the tester go to the lines L1, L2 and L3; it shows 1.2.3. 1.2.3: the "
-        "order is L1 L2 L3, the field turns right. 2.1.3: two of the lines are swapped. Test "
-        "before a motor is connected.")};
+    QT_TRANSLATE_NOOP("HowtoUse",
+                      "Live: the three leads of the tester go to the lines L1, L2 and L3 of the supply; it "
+                      "shows 1.2.3. 1.2.3: the "
+                      "order is L1 L2 L3, the field turns right. 2.1.3: two of the lines are swapped. Test "
+                      "before a motor is connected.")};
 
 constexpr Shown kAtTheOutlet{
     "Zsrcd.png", QT_TRANSLATE_NOOP("HowtoUse", "At an outlet behind an RCD"),

@@ -34,10 +34,9 @@ constexpr Tip kTips[] = {
     {"help_safety3.png", 339, 163, QT_TRANSLATE_NOOP("SafetyTips", "Insulation and continuity: only dead"),
      QT_TRANSLATE_NOOP(
          "SafetyTips",
-         "Switch off, and verify that the circuit is dead. Take loads, electronics and surge "
-         "arresters off: the test voltage can destroy them. Up to 1000 V are on leads and circuit."
-         " Touch neither, and let nobody touch them. Then keep the probes on until the circuit is "
-         "discharged.")},
+         "Switch off, and verify that the circuit is dead. Take loads, electronics and surge arresters "
+         "off: the test voltage can destroy them. An insulation test puts up to 1000 V on leads and "
+         "circuit. Let nobody touch them, and keep the probes on until the circuit is discharged.")},
     {"help_safety4.png", 516, 404, QT_TRANSLATE_NOOP("SafetyTips", "Working dead: five rules, in this order"),
      QT_TRANSLATE_NOOP(
          "SafetyTips",
