@@ -13,10 +13,11 @@ constexpr int kTextSize = 16;
 }  // namespace
 
 void BluetoothConnectionHelpViewController::viewDidLoad() {
-    addPicture("orvo_help_blue_img2.png", kPairingPicture,
-               {tr("Pairing the tester"),
-                tr("1 Record: press it in Kestrix, confirm to connect over Bluetooth. 2 Pair: the tester is "
-                   "on: press its item in the list. 3 Connected: the readings come in, such as 230 V.")});
+    addPicture(
+        "orvo_help_blue_img2.png", kPairingPicture,
+        {tr("How the tester is connected over Bluetooth"),
+         tr("1 Switch on the tester, and its Bluetooth. 2 Pair: press its item, Tester, in these settings of "
+            "Bluetooth. 3 Connected: Kestrix shows the readings, such as 230 V.")});
     const QString text =
         tr("Click the record icon in the app and confirm opening the bluebooth connecting. Press the item to "
            "pair. If connect successfully, show “Connected” and automatically jump to recording screen. "
