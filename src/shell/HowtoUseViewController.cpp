@@ -40,11 +40,10 @@ constexpr Shown kEarth{
     "re_tur.png", QT_TRANSLATE_NOOP("HowtoUse", "Earth resistance"),
     QT_TRANSLATE_NOOP(
         "HowtoUse",
-        "Dead: the electrode E, whose earthing conductor is taken off, and the spikes S and H stand in "
-        "one line: H at the distance d, S at 62 % of d. Each goes to its socket of the tester, "
-        "which shows 18.5 Ω. All in one line; d is 20 m or more, and longer for a large "
-        "electrode. Measure again with S 2 m nearer and 2 m farther. Do the readings differ? Make"
-        " d longer.")};
+        "Dead: the electrode E, whose earth conductor is taken off, and the spikes S and H stand in one "
+        "line: H at the distance d, S at 62 % of d. Each goes to its socket of the tester, which shows "
+        "18.5 Ω. Switch off, then open the earth conductor; close it again at the end. d: 20 m or more. "
+        "Measure with S 2 m nearer and 2 m farther, too: if readings differ, make d longer.")};
 
 constexpr Shown kContinuity{
     "continuity.png", QT_TRANSLATE_NOOP("HowtoUse", "Continuity of PE"),
