@@ -65,6 +65,7 @@ int main(int count, char** arguments) {
         .accessories = accessories,
         .reachability = network,
         .loadMail = {},
+        .openAddress = {},
         .wait = link::blockingWait,
     });
     screen.loadView();

@@ -105,6 +105,7 @@ class MainViewFixture : public ::testing::Test {
                                                         .accessories = manager_,
                                                         .reachability = network_,
                                                         .loadMail = {},
+                                                        .openAddress = [](const QString&) { return false; },
                                                         .wait = [](std::chrono::milliseconds) {},
                                                     },
                                                     [this, &linkDefaults] {
