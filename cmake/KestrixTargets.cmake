@@ -59,15 +59,15 @@ function(_kestrix_instrument_little target)
   target_compile_options(${target} PRIVATE -O0 -fno-sanitize=undefined)
 endfunction()
 
-# kestrix_test(NAME [GUI] [ONE_PROCESS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
+# kestrix_test(NAME [GUI] [ONE_PROCESS] [PROGRAMS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
 # by name. GUI: with fonts and windows, though without a display. ONE_PROCESS: ctest knows the program only, because what its tests share is
 # dear to make. SHARDS: into how many processes the tests of a GUI program are divided under the sanitizers, where each program runs
-# in one otherwise.
+# in one otherwise. PROGRAMS: they start our programs, whose builds the short run under the sanitizers leaves out.
 function(kestrix_test target)
   if(NOT KESTRIX_TESTS)
     return()
   endif()
-  cmake_parse_arguments(A "GUI;ONE_PROCESS" "SHARDS" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "GUI;ONE_PROCESS;PROGRAMS" "SHARDS" "SOURCES;LINK" ${ARGN})
   set(main kestrix_test_main)
   if(A_GUI)
     set(main kestrix_gui_test_main)
@@ -83,6 +83,12 @@ function(kestrix_test target)
   if(A_GUI)
     kestrix_has_window(${target})
   endif()
+  set(labels "")
+  if(A_PROGRAMS)
+    set(labels LABELS programs)
+  else()
+    set_property(GLOBAL APPEND PROPERTY KESTRIX_LIBRARY_TESTS ${target})
+  endif()
   if(A_SHARDS AND KESTRIX_SANITIZE)
     math(EXPR last "${A_SHARDS} - 1")
     foreach(shard RANGE ${last})
@@ -93,9 +99,9 @@ function(kestrix_test target)
   elseif(A_ONE_PROCESS OR (A_GUI AND KESTRIX_SANITIZE))
     # Under the sanitizers the start of one with fonts and windows costs more than most tests.
     add_test(NAME ${target} COMMAND ${target})
-    set_tests_properties(${target} PROPERTIES TIMEOUT 600)
+    set_tests_properties(${target} PROPERTIES TIMEOUT 600 ${labels})
   else()
-    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 900)
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 900 ${labels})
   endif()
 endfunction()
 

@@ -10,6 +10,7 @@
 
 #include "apps/kestrix/TourClock.h"
 #include "apps/kestrix/TourFolder.h"
+#include "apps/kestrix/TourListing.h"
 #include "apps/kestrix/TourMoment.h"
 #include "apps/kestrix/TourRoad.h"
 #include "apps/kestrix/TourStops.h"
@@ -68,6 +69,7 @@ class Tour {
         options.now = [] { return kNow; };
         options.wait = [](std::chrono::milliseconds) {};
         options.slideDuration = std::chrono::milliseconds(0);
+        options.makeListings = [](platform::Scheduler&) { return listings(); };
         options.loadMail = [] { return platform::MailParts{}; };  // it sends nothing
         return options;
     }

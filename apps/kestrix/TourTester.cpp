@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/ByteChannel.h"
+#include "platform/SourcePlace.h"
 #include "simulator/Player.h"
 #include "simulator/Scenario.h"
 
@@ -53,7 +54,7 @@ std::unique_ptr<platform::ByteChannel> TourTester::openChannel(const platform::A
 void TourTester::switchOn() {
     accessory_ = std::make_shared<platform::Accessory>();
     accessory_->connectionId = ++appearances_;
-    accessory_->name = "tour:";
+    accessory_->name = platform::placeOf(uri());
     accessory_->protocolStrings = {"kestrix.tour"};
     accessory_->opener = this;
     observer_->appeared(accessory_);

@@ -15,8 +15,10 @@ class TourTester final : public platform::AccessorySource {
 
     void start(platform::AccessorySourceObserver& observer) override { observer_ = &observer; }
     void stop() override {}
-    std::string uri() const override { return "tour:"; }
-    platform::SearchState state() const override { return platform::SearchState::Present; }
+    std::string uri() const override { return "simulator:"; }
+    platform::SearchState state() const override {
+        return accessory_ ? platform::SearchState::Present : platform::SearchState::Waiting;
+    }
     std::string problem() const override { return {}; }
     platform::FailedStep failedStep() const override { return platform::FailedStep::None; }
     std::string peerName() const override { return {}; }

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QGuiApplication>
+#include <QProcess>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
@@ -16,6 +17,7 @@
 #include "apps/kestrix/Tour.h"
 #include "apps/kestrix/TourFolder.h"
 #include "apps/kestrix/UsableDisplay.h"
+#include "platform/AccessoryListings.h"
 #include "platform/Log.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
@@ -26,6 +28,7 @@ namespace {
 using kestrix::Options;
 
 constexpr int kFailed = 1;
+constexpr const char* kStandardUri = "bluetooth:";
 
 // Without a graphics processor the software renderer is several times as quick as an emulated one.
 bool hasGraphicsProcessor() {
@@ -55,10 +58,27 @@ int fail(const std::string& why, int status) {
     return status;
 }
 
+kestrix::shell::LaunchOptions::Listings makeListings(kestrix::platform::Scheduler& scheduler) {
+    kestrix::shell::LaunchOptions::Listings listings;
+    listings.push_back(kestrix::platform::makeBluetoothListing(scheduler));
+    listings.push_back(kestrix::platform::makeSerialListing());
+    return listings;
+}
+
+// Another of this program, which goes on when this one ends.
+std::string openWindow(const std::string& uri) {
+    const QStringList arguments{QStringLiteral("--connect"), QString::fromStdString(uri)};
+    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) return {};
+    return "no other window can be opened";
+}
+
 // A signal that comes before the event loop runs is noticed between the steps.
 int showWindow(const Options& options, const kestrix::app::TerminationSignals& signals) {
     kestrix::shell::LaunchOptions launch;
     launch.uris = options.uris;
+    launch.standardUri = kStandardUri;
+    launch.openWindow = openWindow;
+    launch.makeListings = makeListings;
     launch.documents = QString::fromStdString(options.documents);
     launch.settings = QString::fromStdString(options.settings);
     launch.simulator = kestrix::app::simulatorSource;
@@ -70,7 +90,6 @@ int showWindow(const Options& options, const kestrix::app::TerminationSignals& s
     kestrix::ui::installSystemFont();
     if (!application.applicationDidFinishLaunchingWithOptions())
         return fail(application.problem(), application.exitStatus());
-    if (options.uris.empty()) std::cerr << "kestrix: no tester to look for: name one with --connect\n";
     if (signals.signal() != 0) return 0;
     if (!window.load()) return fail("the views do not load", kFailed);
     const kestrix::app::TerminationNotifier notifier(signals, [] { QCoreApplication::quit(); });

@@ -10,6 +10,7 @@
 #include "ui/Palette.h"
 #include "ui/ScreenNotifications.h"
 #include "ui/SideBarContainer.h"
+#include "ui/TesterWords.h"
 
 namespace kestrix::live {
 
@@ -33,6 +34,8 @@ constexpr double kMostTextHeight = 300;
 constexpr double kTextColumnWidth = 60;
 constexpr int kListFontSize = 8;
 constexpr int kSimulatedFontSize = 11;
+constexpr int kTesterFontSize = 17;
+constexpr int kTesterStateFontSize = 11;
 constexpr int kRowsBeforeScrolling = 3;
 
 // The toolbar's images in one state of the side bars; none: unchanged.
@@ -103,6 +106,13 @@ void MainViewController::buildToolbar() {
     Rightbtn.setImage(kHistoryImage);
     Rightbtn.setAction([this] { showRightSideBar(); });
     nameRightButton();
+    lblTester.setFont(QStringLiteral("Arial"), kTesterFontSize);
+    lblTesterState.setFont(QStringLiteral("Arial"), kTesterStateFontSize);
+    for (ui::Label* label : {&lblTester, &lblTesterState}) {
+        label->setTextColor(ui::Palette::textOnDark);
+        label->setAlignment(Qt::AlignHCenter);
+    }
+    btnTester.setAction([this] { pressTester(); });
 }
 
 void MainViewController::buildNotices() {
@@ -113,6 +123,9 @@ void MainViewController::buildNotices() {
     lblNoCon.setTextColor(ui::Palette::textOnDark);
     lblNoCon.setAlignment(Qt::AlignHCenter);
     lblNoCon.setShrinksToFit(true);
+    lblWhyNotConnected.setFont(QStringLiteral("Arial"), kTesterStateFontSize);
+    lblWhyNotConnected.setTextColor(ui::Palette::textOnDark);
+    lblWhyNotConnected.setAlignment(Qt::AlignHCenter);
     lblSimulated.setText(tr("Simulated"));
     lblSimulated.setFont(QStringLiteral("Arial"), kSimulatedFontSize);
     lblSimulated.setTextColor(ui::Palette::textOnDark);
@@ -151,6 +164,8 @@ void MainViewController::initBluetooth() {
     linkStates_ = NotificationCenter::defaultCenter().addObserver(
         link::Orvoblueviewnotification,
         [this](const Notification& notification) { getblueView(notification); });
+    searches_ = NotificationCenter::defaultCenter().addObserver(
+        platform::kAccessorySearchDidChange, [this](const Notification&) { showTester(); });
     viewStatus(services_.defaults.integerForKey(QLatin1String(link::kBlueState)));
 }
 
@@ -161,6 +176,7 @@ void MainViewController::viewStatus(std::int32_t state) {
     const bool connected = display().link == display::LinkState::Connected;
     lblNoCon.setHidden(connected);
     btnHelp.setHidden(connected);
+    showTester();
     if (connected) {
         leftAnimaImg.startAnimating();
         rightAnimaImg.startAnimating();
@@ -272,6 +288,20 @@ void MainViewController::pressSaveData() {
 
 void MainViewController::pressBCH() {
     services_.navigation.present(ui::ScreenId::BluetoothConnectionHelp, true);
+}
+
+void MainViewController::pressTester() {
+    services_.navigation.present(ui::ScreenId::Tester, true);
+}
+
+void MainViewController::showTester() {
+    const ui::TesterWords words = ui::testerWords(services_.accessories);
+    const bool connected = display().link == display::LinkState::Connected;
+    lblTester.setText(words.name.isEmpty() ? QStringLiteral("Kestrix") : words.name);
+    lblTesterState.setText(words.problem.isEmpty() ? words.state : words.problem);
+    btnTester.setAccessibleName(tr("Tester: %1, %2").arg(lblTester.text(), lblTesterState.text()));
+    lblWhyNotConnected.setHidden(connected);
+    lblWhyNotConnected.setText(ui::whyNotConnected(words));
 }
 
 void MainViewController::setHomeBackbg() {

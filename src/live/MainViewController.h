@@ -28,6 +28,10 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     Q_PROPERTY(kestrix::live::SpokenReading* spokenReading READ spokenReading CONSTANT FINAL)
     KESTRIX_CONTROL(Label, lblNoCon)
     KESTRIX_CONTROL(Label, lblSimulated)
+    KESTRIX_CONTROL(Label, lblTester)
+    KESTRIX_CONTROL(Label, lblTesterState)
+    KESTRIX_CONTROL(Label, lblWhyNotConnected)
+    KESTRIX_CONTROL(Button, btnTester)
     KESTRIX_CONTROL(Button, btnHelp)
     KESTRIX_CONTROL(Button, btnRecord)
     KESTRIX_CONTROL(Button, Leftbtn)
@@ -71,6 +75,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void showRightSideBar();
     void pressSaveData();
     void pressBCH();
+    // Presents the screen on which the tester is chosen.
+    void pressTester();
     void setHomeBackbg();
 
     void didReceive3820Data(const protocol::MeterReading& record, bool success) override;
@@ -90,6 +96,12 @@ class MainViewController final : public kestrix::live::MeterDisplay {
 
     ui::Label lblNoCon{*this, "lblNoCon"};
     ui::Label lblSimulated{*this, "lblSimulated"};  // while no tester measures the readings
+    // The toolbar's title: the tester's name, or where it is looked for, and its state. Both are a button.
+    ui::Label lblTester{*this, "lblTester"};
+    ui::Label lblTesterState{*this, "lblTesterState"};
+    ui::Button btnTester{*this, "btnTester", ui::Button::Event::TouchDown};
+    // Beneath "Not Connected": which tester is looked for, why it is not there, and what to do about it.
+    ui::Label lblWhyNotConnected{*this, "lblWhyNotConnected"};
     ui::Button btnHelp{*this, "btnHelp", ui::Button::Event::TouchDown};
     ui::Button btnRecord{*this, "btnRecord", ui::Button::Event::TouchDown};
     ui::Button Leftbtn{*this, "Leftbtn", ui::Button::Event::TouchDown};
@@ -113,6 +125,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void buildToolbar();
     void buildHeaders();
     void nameRightButton();
+    void showTester();
     // After a press of the record button that made the row `name`.
     void sayWhatIsWrong(const std::string& name);
     static QString notStored() { return tr("Not stored"); }
@@ -127,6 +140,7 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     SpokenReading spokenReading_{*this, "spokenReading", [this] { return inWords(display()); }};
     ui::KeyTable keys_;  // of the whole screen
     platform::NotificationCenter::Subscription linkStates_;
+    platform::NotificationCenter::Subscription searches_;
     platform::NotificationCenter::Subscription clearings_;
     platform::NotificationCenter::Subscription slides_;
 };

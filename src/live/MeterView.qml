@@ -104,6 +104,30 @@ Item {
         width: 70
         height: 20
     }
+    Text {
+        readonly property Label label: meter.controller.lblWhyNotConnected
+        objectName: label.objectName
+        x: 48
+        y: 135
+        width: 224
+        height: 27
+        visible: !label.hidden && text !== ""
+        text: label.text
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        fontSizeMode: Text.Fit
+        minimumPixelSize: 7
+        elide: Text.ElideRight
+        maximumLineCount: 4
+        horizontalAlignment: label.alignment
+        verticalAlignment: Text.AlignTop
+        color: label.textColor
+        font.family: label.fontFamily
+        font.pixelSize: label.fontSize
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: !visible || !enabled
+    }
 
     Reading {
         label: meter.controller.D1Value

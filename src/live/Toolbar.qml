@@ -11,16 +11,6 @@ Item {
         anchors.fill: parent
         name: "orvo_contrast_tab.png"
     }
-    Text {
-        anchors.centerIn: parent
-        text: "Kestrix"
-        color: Colors.textOnDark
-        font.family: "Arial"
-        font.pixelSize: 18
-        Accessible.role: Accessible.Heading
-        Accessible.ignored: !visible || !enabled
-        Accessible.name: text
-    }
     ButtonView {
         x: 2
         width: 44
@@ -28,6 +18,39 @@ Item {
         pictureWidth: 30
         pictureHeight: 30
         button: toolbar.controller.Leftbtn
+    }
+    ButtonView { // the tester: its name and its state
+        x: 52
+        width: 216
+        height: 44
+        button: toolbar.controller.btnTester
+
+        LabelView {
+            id: tester
+            x: 14
+            y: 4
+            width: 188
+            height: 22
+            label: toolbar.controller.lblTester
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
+        Picture { // something opens below
+            x: tester.x + (tester.width + tester.paintedWidth) / 2 + 2
+            y: 9
+            width: 12
+            height: 15
+            rotation: 90
+            name: "orvo_cell_jian.png"
+        }
+        LabelView {
+            y: 25
+            width: parent.width
+            height: 14
+            label: toolbar.controller.lblTesterState
+            elide: Text.ElideRight
+            Accessible.ignored: true
+        }
     }
     ButtonView {
         x: 274

@@ -23,6 +23,9 @@ class AccessoryListing {
   public:
     virtual ~AccessoryListing() = default;
 
+    // Of the sources that look at these places: "bluetooth", "serial".
+    virtual std::string scheme() const = 0;
+
     // In the order in which it is shown. Of a kind that cannot be looked for at all (no adapter, no service),
     // it is empty, and step() and problem() say why.
     virtual std::vector<SeenAccessory> seen() const = 0;

@@ -13,6 +13,7 @@ AccessoryManager::~AccessoryManager() {
 void AccessoryManager::addSource(std::unique_ptr<AccessorySource> source) {
     sources_.push_back(std::move(source));
     sources_.back()->start(*this);
+    searchChanged();
 }
 
 std::unique_ptr<AccessorySource> AccessoryManager::takeSource(const AccessorySource& source) {
@@ -22,6 +23,7 @@ std::unique_ptr<AccessorySource> AccessoryManager::takeSource(const AccessorySou
     std::unique_ptr<AccessorySource> taken = std::move(*found);
     sources_.erase(found);
     taken->stop();
+    searchChanged();
     return taken;
 }
 

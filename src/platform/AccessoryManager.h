@@ -12,6 +12,9 @@ namespace kestrix::platform {
 inline constexpr std::string_view kAccessoryDidConnect = "AccessoryDidConnect";
 inline constexpr std::string_view kAccessoryDidDisconnect = "AccessoryDidDisconnect";
 inline constexpr const char* kAccessoryKey = "accessory";
+// Posted, also before coming and going is, when the search of a source has changed. Nobody may add or take a
+// source inside.
+inline constexpr std::string_view kAccessorySearchDidChange = "AccessorySearchDidChange";
 
 // Announces the accessories of its sources, one at a time: while one is announced, the others are held back.
 // When it goes, its disconnect is posted, and then the connect of the one that has been there longest. So the
@@ -39,6 +42,7 @@ class AccessoryManager final : private AccessorySourceObserver {
   private:
     void appeared(const AccessoryPtr& accessory) override;
     void disappeared(const AccessoryPtr& accessory) override;
+    void searchChanged() override { center_.post({kAccessorySearchDidChange}); }
     bool isPresent(const AccessoryPtr& accessory) const;
     void settle();
     void announceGone(const AccessoryPtr& accessory);

@@ -12,6 +12,9 @@ class AccessorySourceObserver {
     virtual ~AccessorySourceObserver() = default;
     virtual void appeared(const AccessoryPtr& accessory) = 0;
     virtual void disappeared(const AccessoryPtr& accessory) = 0;
+    // What a source answers of its search (state, problem, name) has changed. To be shown, not to be acted
+    // upon: no source may be started or stopped inside.
+    virtual void searchChanged() {}
 };
 
 // Where a source stands in its search for the tester.
@@ -39,7 +42,7 @@ class AccessorySource : public ChannelOpener {
     virtual std::string problem() const = 0;
     // The step that failed; None exactly when there is no problem.
     virtual FailedStep failedStep() const = 0;
-    // What the other side called itself when it was last reached, printable; empty when it has no name.
+    // What the other side calls itself, printable, as far as it is known; empty when it has no name.
     virtual std::string peerName() const = 0;
 };
 

@@ -11,6 +11,7 @@ namespace {
 class NoListing final : public AccessoryListing {
   public:
     explicit NoListing(std::string problem) : problem_(std::move(problem)) {}
+    std::string scheme() const override { return "bluetooth"; }
     std::vector<SeenAccessory> seen() const override { return {}; }
     FailedStep step() const override { return FailedStep::Other; }
     std::string problem() const override { return problem_; }

@@ -16,6 +16,7 @@ class BluezListing final : public AccessoryListing {
 
     explicit BluezListing(std::shared_ptr<BluezService> service);
 
+    std::string scheme() const override { return "bluetooth"; }
     std::vector<SeenAccessory> seen() const override;
     FailedStep step() const override { return ownProblem().step; }
     std::string problem() const override { return ownProblem().text; }

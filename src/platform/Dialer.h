@@ -28,7 +28,8 @@ class Dialer {
         std::unique_ptr<ByteChannel> channel;  // none when the dial failed
         FailedStep step = FailedStep::None;    // where it failed
         std::string problem = {};              // and why, in one line
-        std::string peerName = {};             // what the other side calls itself; empty when it has no name
+        // What the other side calls itself; empty when it has no name. A dial that failed may know it, too.
+        std::string peerName = {};
     };
     using Done = std::function<void(Outcome)>;
 

@@ -7,6 +7,7 @@
 
 #include "platform/Log.h"
 #include "platform/PrintableText.h"
+#include "platform/SourcePlace.h"
 
 namespace kestrix::platform {
 namespace {
@@ -101,7 +102,7 @@ DialingSource::~DialingSource() {
 void DialingSource::start(AccessorySourceObserver& observer) {
     observer_ = &observer;
     if (state_ != SearchState::Stopped) return;
-    state_ = SearchState::Waiting;
+    enter(SearchState::Waiting);
     retryDelay_ = kFirstRetry;
     timer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { dial(); });
 }
@@ -113,10 +114,20 @@ void DialingSource::stop() {
     timer_.cancel();
     state_ = SearchState::Stopped;
     dropChannel();
+    tellSearch();
+}
+
+void DialingSource::enter(SearchState state) {
+    state_ = state;
+    tellSearch();
+}
+
+void DialingSource::tellSearch() {
+    if (observer_ != nullptr) observer_->searchChanged();
 }
 
 void DialingSource::dial() {
-    state_ = SearchState::Dialing;
+    enter(SearchState::Dialing);
     dialedAt_ = scheduler_.now();
     const std::uint32_t attempt = ++attempt_;
     timer_ = scheduler_.callAfter(dialer_->timeLimit(), [this] {
@@ -132,12 +143,13 @@ void DialingSource::dial() {
 void DialingSource::dialed(Dialer::Outcome outcome) {
     ++attempt_;
     if (!outcome.channel) {
+        if (!outcome.peerName.empty()) peerName_ = printableText(outcome.peerName);
         setProblem({outcome.step, printableText(outcome.problem)});
         retryLater();
         return;
     }
-    state_ = SearchState::Listening;
     peerName_ = printableText(outcome.peerName);
+    state_ = SearchState::Listening;
     channel_ = std::move(outcome.channel);
     listener_ = listeners_();
     channel_->events.bytesAvailable = [this] { takeIn(); };
@@ -146,6 +158,7 @@ void DialingSource::dialed(Dialer::Outcome outcome) {
     lastFrame_ = scheduler_.now();
     bytesSinceFrame_ = false;
     watchSilence();
+    tellSearch();
     if (channel_->bytesAvailable() > 0)
         moreTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { takeIn(); });
 }
@@ -187,9 +200,10 @@ void DialingSource::appear() {
     state_ = SearchState::Present;
     retryDelay_ = kFirstRetry;
     problem_ = {};
+    tellSearch();
     dialer_->heard();
     accessory_ = std::make_shared<Accessory>(Accessory{
-        nextConnectionId(), peerName_.empty() ? printableText(uri_) : peerName_, {kProtocol}, nullptr, this});
+        nextConnectionId(), peerName_.empty() ? placeOf(uri_) : peerName_, {kProtocol}, nullptr, this});
     const std::vector<std::uint8_t> judged = std::exchange(inbox_, {});
     if (observer_ != nullptr) observer_->appeared(accessory_);
     if (tap_ != nullptr) inbox_.insert(inbox_.begin(), judged.begin(), judged.end());
@@ -279,7 +293,7 @@ void DialingSource::lost(Problem problem) {
 }
 
 void DialingSource::retryLater() {
-    state_ = SearchState::Waiting;
+    enter(SearchState::Waiting);
     // A dial that took long has waited already.
     const auto taken = std::chrono::duration_cast<Scheduler::Duration>(scheduler_.now() - dialedAt_);
     timer_ = scheduler_.callAfter(std::max(kFirstRetry, retryDelay_ - taken), [this] { dial(); });

@@ -44,6 +44,8 @@ class DialingSource final : public AccessorySource {
         std::string text = {};
     };
 
+    void enter(SearchState state);
+    void tellSearch();
     void dial();
     void dialed(Dialer::Outcome outcome);
     void takeIn();

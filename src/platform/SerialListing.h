@@ -26,6 +26,7 @@ class SerialListing final : public AccessoryListing {
 
     explicit SerialListing(FindPorts find = serialPorts, const QString& folder = QStringLiteral("/dev"));
 
+    std::string scheme() const override { return "serial"; }
     std::vector<SeenAccessory> seen() const override { return seen_; }
     FailedStep step() const override;
     std::string problem() const override;

@@ -55,10 +55,12 @@ bool openInBrowser(const QString& address) {
 
 AppDelegate::AppDelegate(LaunchOptions options)
     : options_(std::move(options)),
-      simulated_(options_.simulated || anyMadeUp(options_.uris)),
-      documents_(storage::documentsFolderFor(options_.documents, kindOf(simulated_))),
+      documents_(storage::documentsFolderFor(options_.documents,
+                                             kindOf(options_.simulated || anyMadeUp(options_.uris)))),
       defaults_(storage::settingsFileFor(options_.settings, documents_),
                 platform::UserDefaults::Start::LooksOnly),
+      choice_(testerAtStart(options_.uris, defaults_, !options_.documents.isEmpty(), options_.standardUri)),
+      simulated_(options_.simulated || anyMadeUp(choice_.uris)),
       timeText_(ui::kTimePattern, options_.locale, options_.zone),
       stampText_(ui::kStampPattern, options_.locale, options_.zone),
       notice_(scheduler()),
@@ -89,6 +91,7 @@ bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
         viewController_->viewWillAppear();
         viewController_->viewDidAppear();
     }
+    if (choice_.uris.empty()) sources->clear();  // the folder takes no readings of their kind
     for (auto& source : *sources) accessories_.addSource(std::move(source));
     return true;
 }
@@ -101,7 +104,7 @@ bool AppDelegate::fail(const std::string& problem, int exitStatus) {
 
 // No made-up reading gets among real ones, and none of them among the made-up.
 bool AppDelegate::mayUseFolder() {
-    const bool real = !std::all_of(options_.uris.begin(), options_.uris.end(), isMadeUp);
+    const bool real = !std::all_of(choice_.uris.begin(), choice_.uris.end(), isMadeUp);
     if (real && simulated_)
         return fail("a tester and made-up readings (simulator:, replay:) need a window each", kWrongUsage);
     const QFileInfo chosen(options_.documents);
@@ -109,7 +112,8 @@ bool AppDelegate::mayUseFolder() {
         return fail(options_.documents.toStdString() + " is no folder", kWrongUsage);
     if (!defaults_.problem().isEmpty()) return fail(defaults_.problem().toStdString(), kFailed);
     const std::string why = whyDatabaseIsKeptOut(kPatienceAtStart);
-    return why.empty() || fail(why, look_.owner == Owner::Other ? kFailed : kWrongUsage);
+    return why.empty() || (look_.owner != Owner::Other && dropsChoice(why)) ||
+           fail(why, look_.owner == Owner::Other ? kFailed : kWrongUsage);
 }
 
 std::string AppDelegate::whyDatabaseIsKeptOut(std::chrono::milliseconds patience) {
@@ -167,7 +171,7 @@ void AppDelegate::takeUpDatabase(std::chrono::milliseconds patience) {
 bool AppDelegate::hasFolder() {
     documents_.ensure();  // the display is live without it
     const std::string folder = documents_.path().toStdString();
-    switch (claim_.take(documents_.path(), purposeOf(options_.uris))) {
+    switch (claim_.take(documents_.path(), purposeOf(choice_.uris))) {
         case FolderClaim::Answer::Ours:
             break;
         case FolderClaim::Answer::Shown:
@@ -221,16 +225,52 @@ platform::Scheduler& AppDelegate::scheduler() {
 
 std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
     Sources sources;
-    for (const std::string& uri : options_.uris) {
-        platform::SourceOrProblem made =
-            platform::makeAccessorySource(uri, scheduler(), options_.simulator, link::makeFrameListener);
-        if (!made.source) {
+    for (const std::string& uri : std::vector(choice_.uris)) {
+        platform::SourceOrProblem made = makeSource(uri);
+        if (made.source) {
+            sources.push_back(std::move(made.source));
+        } else if (!dropsChoice(made.problem)) {
             fail(made.problem, made.wrongUri ? kWrongUsage : kFailed);
             return std::nullopt;
         }
-        sources.push_back(std::move(made.source));
     }
     return sources;
+}
+
+platform::SourceOrProblem AppDelegate::makeSource(const std::string& uri) {
+    return platform::makeAccessorySource(uri, scheduler(), options_.simulator, link::makeFrameListener,
+                                         lastUsedIn(defaults_));
+}
+
+bool AppDelegate::dropsChoice(const std::string& why) {
+    if (choice_.by == TesterChoice::By::CommandLine || choice_.uris.empty()) return false;
+    if (choice_.by == TesterChoice::By::Settings)
+        notice_.show(
+            QCoreApplication::translate("AppDelegate", "The tester chosen last is not looked for: %1")
+                .replace(QLatin1String("%1"), QString::fromStdString(why)));
+    choice_.uris.clear();
+    simulated_ = options_.simulated;
+    services_.simulated = simulated_;
+    return true;
+}
+
+ui::ChosenTester AppDelegate::chooseTester(const std::string& uri) {
+    platform::SourceOrProblem made = makeSource(uri);
+    if (!made.source) return {.problem = made.problem};
+    const bool elsewhere =
+        isMadeUp(uri) != simulated_ || !whyKeptOut(kindOf(simulated_), documents_, look_).empty();
+    if (elsewhere) {
+        if (options_.openWindow) return {.problem = options_.openWindow(uri), .otherWindow = true};
+        return {.problem = "there is no other window here", .otherWindow = true};
+    }
+    while (!accessories_.sources().empty())
+        former_.push_back(accessories_.takeSource(*accessories_.sources().back()));
+    burial_ = scheduler().callAfter(platform::Scheduler::Duration{0}, [this] { former_.clear(); });
+    choice_ = {{uri}, TesterChoice::By::Settings};
+    keepTester(defaults_, uri);
+    claim_.setPurpose(purposeOf(choice_.uris));
+    accessories_.addSource(std::move(made.source));
+    return {};
 }
 
 ui::Services AppDelegate::makeServices() {
@@ -247,6 +287,8 @@ ui::Services AppDelegate::makeServices() {
         .stampText = stampText_,
         .now = options_.now,
         .accessories = accessories_,
+        .chooseTester = [this](const std::string& uri) { return chooseTester(uri); },
+        .makeListings = [this] { return options_.makeListings(scheduler()); },
         .reachability = options_.reachability != nullptr ? *options_.reachability : routes_,
         .loadMail = options_.loadMail,
         .openAddress = options_.openAddress ? options_.openAddress : openInBrowser,

@@ -20,6 +20,7 @@
 #include "platform/UserDefaults.h"
 #include "shell/FolderClaim.h"
 #include "shell/SidebarViewController.h"
+#include "shell/TesterChoice.h"
 #include "storage/DatabaseLook.h"
 #include "storage/FileIdentity.h"
 #include "storage/ServiceDao.h"
@@ -31,19 +32,28 @@ namespace kestrix::shell {
 
 // What the user chose on the command line, and what only the program can supply.
 struct LaunchOptions {
-    std::vector<std::string> uris;  // where to look for testers
-    QString documents;              // folder of the database; empty: one of the standard ones
-    QString settings;               // ini file; empty: that of the folder
-    bool simulated = false;         // no URI says it, but no tester measures the readings: the tour
-    std::string locale;             // whose week rules stored times follow; empty: the user's
-    std::string zone;               // of stored times; empty: the machine's, as it is then
+    std::vector<std::string>
+        uris;                 // where to look for testers; none: where the user chose last in the folder
+    std::string standardUri;  // where to look when he never chose; empty: nowhere
+    QString documents;        // folder of the database; empty: one of the standard ones
+    QString settings;         // ini file; empty: that of the folder
+    bool simulated = false;   // no URI says it, but no tester measures the readings: the tour
+    std::string locale;       // whose week rules stored times follow; empty: the user's
+    std::string zone;         // of stored times; empty: the machine's, as it is then
     platform::SimulatorFactory simulator;
     link::Wait wait = link::blockingWait;  // before a lost tester's session is closed
     std::chrono::milliseconds slideDuration = ui::ScreenStack::kSlideDuration;
     platform::Scheduler* scheduler = nullptr;  // not owned; none: the event loop's
     std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
     const platform::Reachability* reachability = nullptr;  // not owned; none: the machine's routes
-    std::function<bool(const QString&)> openAddress;       // none: the desktop's browser
+    // What shows where testers can be seen.
+    using Listings = std::vector<std::unique_ptr<platform::AccessoryListing>>;
+    std::function<Listings(platform::Scheduler& scheduler)> makeListings = [](platform::Scheduler&) {
+        return Listings();
+    };
+    // Opens a window of its own for the tester there; answers why it cannot, in one line, or nothing.
+    std::function<std::string(const std::string& uri)> openWindow;
+    std::function<bool(const QString&)> openAddress;  // none: the desktop's browser
     std::function<platform::MailParts()> loadMail = [] { return platform::loadMail(); };
 };
 
@@ -70,6 +80,9 @@ class AppDelegate {
     // user's.
     bool simulated() const { return simulated_; }
     const platform::DocumentsFolder& documents() const { return documents_; }
+    // Looks for the tester there from now on (ui::Services). Made-up readings, in a window of measured ones,
+    // and measured ones in one of made-up, get a window of their own.
+    ui::ChosenTester chooseTester(const std::string& uri);
     // How many measurements of earlier sessions belonged to no test record when the application took the
     // database up: at its start, or, when it was locked then, before it stored its first row.
     std::size_t unsavedAtStart() const { return unsavedAtStart_; }
@@ -99,10 +112,13 @@ class AppDelegate {
     platform::Scheduler& scheduler();
     // None, with the reason in `problem_`, when one cannot be made.
     std::optional<Sources> makeSources();
+    platform::SourceOrProblem makeSource(const std::string& uri);
+    // No start fails for what the user chose in an earlier one.
+    bool dropsChoice(const std::string& why);
     bool mayUseFolder();
     bool hasFolder();
     // Whether anything measures here, a tester or what makes readings up: then their kind counts.
-    bool takesReadings() const { return simulated_ || !options_.uris.empty(); }
+    bool takesReadings() const { return simulated_ || !choice_.uris.empty(); }
     // Whether nobody could look at the database, which another program holds.
     bool isLocked() const { return look_.owner == storage::DatabaseLook::Owner::Locked; }
     // Looks at the folder's database.
@@ -116,7 +132,6 @@ class AppDelegate {
     void wait(std::chrono::milliseconds duration) const;
 
     LaunchOptions options_;
-    bool simulated_;
     std::string problem_;
     int exitStatus_ = 0;
     std::size_t unsavedAtStart_ = 0;
@@ -130,6 +145,10 @@ class AppDelegate {
     bool lookHolds_ = false;          // whoever opens the file now has just looked at it
     platform::DocumentsFolder documents_;
     platform::UserDefaults defaults_;
+    TesterChoice choice_;
+    bool simulated_;
+    Sources former_;  // of the tester before the chosen one, until no event of theirs is under way
+    platform::Scheduler::Timer burial_;
     FolderClaim claim_;
     platform::AccessoryManager accessories_;
     platform::DateText timeText_;

@@ -93,9 +93,14 @@ std::optional<FolderClaim::Identity> FolderClaim::present() const {
     return Identity{state.st_dev, state.st_ino};
 }
 
+void FolderClaim::setPurpose(const QByteArray& purpose) {
+    purpose_ = purpose.isEmpty() ? QByteArray()
+                                 : QCryptographicHash::hash(purpose, QCryptographicHash::Sha256).toHex();
+}
+
 FolderClaim::Answer FolderClaim::take(const QString& folder, const QByteArray& purpose) {
     folder_ = folder;
-    if (!purpose.isEmpty()) purpose_ = QCryptographicHash::hash(purpose, QCryptographicHash::Sha256).toHex();
+    setPurpose(purpose);
     std::optional<QString> other = takeFolder();
     if (!other) other = takePlace();
     if (!other) return Answer::Ours;

@@ -38,6 +38,9 @@ class FolderClaim {
     // most.
     Answer take(const QString& folder, const QByteArray& purpose);
 
+    // What the folder is wanted for from now on.
+    void setPurpose(const QByteArray& purpose);
+
     // Whether what stands there now is what was claimed; true too while nothing does. A folder that was away
     // and has come back, or another one in its place, is not.
     bool covers() const;

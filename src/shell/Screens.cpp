@@ -14,6 +14,8 @@
 #include "shell/MoreAppsViewController.h"
 #include "shell/SafetyTipsViewController.h"
 #include "shell/SaveStops.h"
+#include "shell/TesterStops.h"
+#include "shell/TesterViewController.h"
 #include "storage/SaveDataViewController.h"
 #include "ui/FramedScreen.h"
 
@@ -46,6 +48,11 @@ const std::vector<ScreenRow>& screens() {
          make<history::MailComposeViewController>,
          "History/MailComposeView.qml",
          {{"34-mail", showTypedMail}, {"35-mail-problem", showMailProblem}}},
+        {ui::ScreenId::Tester,
+         QT_TRANSLATE_NOOP("Screens", "Tester"),
+         make<TesterViewController>,
+         "Shell/TesterView.qml",
+         {{"37-tester"}, {"38-tester-typed", showTypedAddress}}},
         {ui::ScreenId::Help,
          QT_TRANSLATE_NOOP("Screens", "Help"),
          make<HelpViewController>,

@@ -8,6 +8,7 @@
 #include "shell/MoreAppsViewController.h"
 #include "shell/PicturePage.h"
 #include "shell/SidebarViewController.h"
+#include "shell/TesterViewController.h"
 #include "ui/UiTypes.h"
 
 // The types of this folder under the names that QML knows them by.
@@ -24,6 +25,13 @@ struct LeftSideBarViewControllerType {
     Q_GADGET
     QML_FOREIGN(kestrix::shell::LeftSideBarViewController)
     QML_NAMED_ELEMENT(LeftSideBarViewController)
+    QML_UNCREATABLE("belongs to the application")
+};
+
+struct TesterViewControllerType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::shell::TesterViewController)
+    QML_NAMED_ELEMENT(TesterViewController)
     QML_UNCREATABLE("belongs to the application")
 };
 

@@ -18,6 +18,7 @@ enum class ScreenId : std::uint8_t {
     History,
     HistoryCell,
     MailCompose,
+    Tester,
     BluetoothConnectionHelp,
     Help,
     About,

@@ -101,7 +101,7 @@ TEST_F(MainViewControllerTest, EveryControlIsAPropertyOfItsOwnName) {
         ++controls;
     }
     EXPECT_EQ(headers.size(), 6);
-    EXPECT_EQ(controls, 35 + 10);  // the meter's, and the rest of the screen with the display in words
+    EXPECT_EQ(controls, 35 + 14);  // the meter's, and the rest of the screen with the display in words
 }
 
 TEST_F(MainViewControllerTest, TheListHeadersHaveTheHeadersStyle) {

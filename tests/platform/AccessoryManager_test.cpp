@@ -21,6 +21,22 @@ struct DelegateLog final : AccessoryDelegate {
     std::vector<std::uint32_t> gone;
 };
 
+TEST(AccessorySearch, IsPostedWhenASourceComesGoesOrSaysSomethingNew) {
+    NotificationCenter center;
+    AccessoryManager manager(center);
+    int posts = 0;
+    const auto subscription =
+        center.addObserver(kAccessorySearchDidChange, [&](const Notification&) { ++posts; });
+    auto source = std::make_unique<FakeSource>();
+    FakeSource& added = *source;
+    manager.addSource(std::move(source));
+    EXPECT_EQ(posts, 1);
+    added.tell({.step = FailedStep::Busy, .problem = "busy"});
+    EXPECT_EQ(posts, 2);
+    const auto taken = manager.takeSource(added);
+    EXPECT_EQ(posts, 3);
+}
+
 class AccessoryManagerTest : public ::testing::Test {
   protected:
     AccessoryManagerTest() {

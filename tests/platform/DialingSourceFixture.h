@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/DialingSource.h"
@@ -34,6 +35,7 @@ class DialingSourceTest : public ::testing::Test, public AccessorySourceObserver
         EXPECT_EQ(accessory, accessory_);
         log_.push_back("disappeared");
     }
+    void searchChanged() override { searches_.emplace_back(source_.state(), source_.problem()); }
     void readSession() {
         std::array<std::uint8_t, 16> buffer;
         std::ptrdiff_t count = 0;
@@ -46,6 +48,7 @@ class DialingSourceTest : public ::testing::Test, public AccessorySourceObserver
     }
 
     testing::ManualScheduler scheduler_;
+    std::vector<std::pair<SearchState, std::string>> searches_;  // state and problem, each time they changed
     testing::FakeLine line_;
     testing::FakeDialer* dialer_ = new testing::FakeDialer;
     DialingSource source_{"fake:tester", std::unique_ptr<Dialer>(dialer_), makeAnyByteListener, scheduler_};

@@ -65,6 +65,30 @@ TEST_F(DialingSourceTest, TheDialerIsToldOnceForEachChannelOnWhichATesterIsHeard
     EXPECT_EQ(dialer_->heards, 2);
 }
 
+TEST_F(DialingSourceTest, EachStepOfTheSearchIsTold) {
+    start();
+    dialer_->line = &line_;
+    scheduler_.advance(milliseconds(500));
+    line_.receive(Bytes{1});
+    line_.end("gone");
+    source_.stop();
+    using Step = std::pair<SearchState, std::string>;
+    EXPECT_EQ(searches_, (std::vector<Step>{{SearchState::Waiting, ""},
+                                            {SearchState::Dialing, ""},
+                                            {SearchState::Waiting, "nobody there"},
+                                            {SearchState::Dialing, "nobody there"},
+                                            {SearchState::Listening, "connected, but no bytes come"},
+                                            {SearchState::Present, ""},
+                                            {SearchState::Waiting, "gone"},
+                                            {SearchState::Stopped, "gone"}}));
+}
+
+TEST_F(DialingSourceTest, AFailedDialMayTellThePeersName) {
+    dialer_->name = "KX 1";
+    start();
+    EXPECT_EQ(source_.peerName(), "KX 1");
+}
+
 TEST_F(DialingSourceTest, TheTesterAppearsWithItsFirstByteWhichTheSessionReceives) {
     dialer_->line = &line_;
     start();
@@ -73,7 +97,7 @@ TEST_F(DialingSourceTest, TheTesterAppearsWithItsFirstByteWhichTheSessionReceive
     EXPECT_EQ(log_, Log{"appeared"});
     EXPECT_EQ(received_, (Bytes{1, 2, 3}));
     EXPECT_NE(accessory_->connectionId, 0U);
-    EXPECT_EQ(accessory_->name, "fake:tester");
+    EXPECT_EQ(accessory_->name, "tester");
     EXPECT_FALSE(accessory_->protocolStrings.empty());
     EXPECT_EQ(source_.state(), SearchState::Present);
     EXPECT_EQ(source_.problem(), "");

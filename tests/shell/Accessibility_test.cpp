@@ -60,7 +60,7 @@ class Accessibility : public testing::WindowFixture {
     }
 };
 
-constexpr const char* kStops[] = {"Leftbtn", "Rightbtn",  "spokenReading",
+constexpr const char* kStops[] = {"Leftbtn", "btnTester", "Rightbtn", "spokenReading",
                                   "btnHelp", "tableView", "btnRecord"};
 
 TEST_F(Accessibility, EverythingThatIsFoundHasANameARoleAndIsThere) {

@@ -202,7 +202,7 @@ TEST_F(LiveScreenLayout, TheToolbarShowsItsPicturesAndItsTitle) {
     std::set<std::string> titles;
     for (const QQuickItem* shown : testing::shownTexts(item("toolbar")))
         titles.insert(shown->property("text").toString().toStdString());
-    EXPECT_EQ(titles, std::set<std::string>{"Kestrix"});
+    EXPECT_EQ(titles, (std::set<std::string>{"Tester", "Connected"}));
 }
 
 }  // namespace

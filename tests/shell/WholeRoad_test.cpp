@@ -91,6 +91,10 @@ TEST_F(WholeRoad, AReadingFromTheNetworkIsShownRecordedAndStored) {
 }
 
 TEST_F(WholeRoad, ATesterThatGoesIsGoneFromTheDisplayBeforeTheWaitBlocks) {
+    // These say what has happened meanwhile.
+    for (ui::Label* label : {&screen().lblWhyNotConnected, &screen().lblTester, &screen().lblTesterState})
+        label->setTextColor(ui::Palette::clear);
+    settle();
     const QImage notConnected = onDisplay();
     switchOn(kLowOhm);
     ASSERT_TRUE(waitFor([this] { return shows("OL"); }));

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/AccessorySource.h"
@@ -21,15 +22,29 @@ class FakeSource final : public platform::AccessorySource {
         while (!present_.empty()) disappear(present_.back());
     }
     std::string uri() const override { return "fake:"; }
-    platform::SearchState state() const override { return platform::SearchState::Waiting; }
-    std::string problem() const override { return {}; }
-    platform::FailedStep failedStep() const override { return platform::FailedStep::None; }
-    std::string peerName() const override { return {}; }
+    platform::SearchState state() const override {
+        return present_.empty() ? search.state : platform::SearchState::Present;
+    }
+    std::string problem() const override { return search.problem; }
+    platform::FailedStep failedStep() const override { return search.step; }
+    std::string peerName() const override { return search.peerName; }
     std::unique_ptr<platform::ByteChannel> openChannel(const platform::Accessory& accessory,
                                                        const std::string& protocol) override {
         openedProtocols.push_back(protocol);
         const auto own = lines_.find(accessory.connectionId);
         return std::make_unique<FakeChannel>(own == lines_.end() ? line : own->second);
+    }
+
+    // What it answers of its search.
+    struct Search {
+        platform::SearchState state = platform::SearchState::Waiting;
+        platform::FailedStep step = platform::FailedStep::None;
+        std::string problem{};
+        std::string peerName{};
+    };
+    void tell(Search told) {
+        search = std::move(told);
+        observer_->searchChanged();
     }
 
     void appear(const platform::AccessoryPtr& accessory) {
@@ -44,6 +59,7 @@ class FakeSource final : public platform::AccessorySource {
     // The line of this accessory alone.
     FakeLine& lineOf(std::uint32_t connectionId) { return lines_[connectionId]; }
 
+    Search search;
     FakeLine line;
     std::vector<std::string> openedProtocols;
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "platform/AccessoryManager.h"
 #include "tests/support/FakeSource.h"
@@ -19,6 +20,7 @@ class FakeTester {
     // Every frame of a scenario, flat out.
     void play(std::string_view scenario);
     void leave();
+    void tell(FakeSource::Search search) { source_->tell(std::move(search)); }
 
   private:
     FakeSource* source_;

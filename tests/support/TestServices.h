@@ -31,6 +31,8 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
             .stampText = stampText,
             .now = [this] { return now; },
             .accessories = accessories,
+            .chooseTester = chooseTester,
+            .makeListings = makeListings,
             .reachability = network,
             .loadMail = loadMail,
             .openAddress =
@@ -51,6 +53,13 @@ class TestServices final : private ui::Navigation, private ui::TextMeasure {
     platform::DateText timeText{ui::kTimePattern, "en_US", "UTC"};
     platform::DateText stampText{ui::kStampPattern, "en_US", "UTC"};
     testing::FakeNetwork network;
+    std::function<ui::ChosenTester(const std::string&)> chooseTester = [this](const std::string& uri) {
+        asked.push_back("choose " + uri);
+        return ui::ChosenTester{};
+    };
+    std::function<std::vector<std::unique_ptr<platform::AccessoryListing>>()> makeListings = [] {
+        return std::vector<std::unique_ptr<platform::AccessoryListing>>();
+    };
     std::function<platform::MailParts()> loadMail = [] { return platform::MailParts{}; };
     std::chrono::system_clock::time_point now{std::chrono::sys_days(std::chrono::year(2024) / 6 / 3)};
     ui::Notice notice{scheduler};

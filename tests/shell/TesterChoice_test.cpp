@@ -1,0 +1,160 @@
+// Where a window looks for testers at its start, and how the user changes it while it is open.
+#include "shell/TesterChoice.h"
+
+#include "platform/CaptureFile.h"
+#include "tests/shell/Scenarios.h"
+#include "tests/support/LogExpectations.h"
+#include "tests/support/WindowFixture.h"
+
+namespace kestrix::shell {
+namespace {
+
+constexpr const char* kSilent = "tcp://127.0.0.1:1";
+constexpr const char* kOther = "tcp://127.0.0.1:2";
+
+class ChosenTesterTest : public testing::WindowFixture {
+  protected:
+    // The test's own tester is a source, too.
+    std::vector<std::string> lookedFor() {
+        std::vector<std::string> uris;
+        for (const auto& source : app().accessories().sources()) {
+            if (source->uri() != "fake:") uris.push_back(source->uri());
+        }
+        return uris;
+    }
+    std::string kept() const {
+        return platform::UserDefaults(options_.settings).stringForKey(QStringLiteral("tester")).toStdString();
+    }
+    void keep(const std::string& uri) const {
+        platform::UserDefaults settings(options_.settings);
+        keepTester(settings, uri);
+    }
+    using Uris = std::vector<std::string>;
+};
+
+TEST_F(ChosenTesterTest, NobodyChoseIsLookedForAtTheStandardPlace) {
+    options_.standardUri = kSilent;
+    start();
+    EXPECT_EQ(lookedFor(), Uris{kSilent});
+    EXPECT_EQ(kept(), "") << "nobody chose it";
+}
+
+TEST_F(ChosenTesterTest, IsKeptInTheFoldersSettings) {
+    options_.standardUri = kSilent;
+    start();
+    EXPECT_EQ(app().chooseTester(kOther).problem, "");
+    EXPECT_EQ(lookedFor(), Uris{kOther});
+    EXPECT_EQ(kept(), kOther);
+    stop();
+    start();
+    EXPECT_EQ(lookedFor(), Uris{kOther});
+}
+
+TEST_F(ChosenTesterTest, GoesBehindTheCommandLine) {
+    keep(kOther);
+    options_.uris = {kSilent};
+    start();
+    EXPECT_EQ(lookedFor(), Uris{kSilent});
+    EXPECT_EQ(kept(), kOther);
+}
+
+TEST_F(ChosenTesterTest, ThatCannotBeLookedForStopsNoStart) {
+    options_.standardUri = kSilent;
+    for (const char* uri : {"morse:key", "replay:/nowhere/at all.kxc"}) {
+        keep(uri);
+        start();
+        EXPECT_EQ(lookedFor(), Uris{}) << uri;
+        EXPECT_TRUE(
+            app().notice().text().startsWith(QStringLiteral("The tester chosen last is not looked for: ")))
+            << app().notice().text().toStdString();
+        stop();
+    }
+}
+
+TEST_F(ChosenTesterTest, InTheUsersOwnFolderIsNeverMadeUp) {
+    platform::UserDefaults settings(options_.settings);
+    keepTester(settings, "simulator:");
+    EXPECT_EQ(testerAtStart({}, settings, false, kSilent).uris, Uris{kSilent});
+    EXPECT_EQ(testerAtStart({}, settings, true, kSilent).uris, Uris{"simulator:"});
+}
+
+TEST_F(ChosenTesterTest, OfAFolderOfMadeUpReadingsIsNotTheStandardOne) {
+    options_.uris = {"simulator:earth"};
+    start();
+    stop();
+    options_.uris.clear();
+    options_.standardUri = kSilent;
+    start();
+    EXPECT_EQ(lookedFor(), Uris{});
+    EXPECT_FALSE(app().simulated());
+}
+
+TEST_F(ChosenTesterTest, TakesTheConnectionOfTheOneBefore) {
+    options_.uris = {kSilent};
+    open();
+    showReading(kEarth);
+    EXPECT_EQ(screen().bluestate, 1);
+    EXPECT_EQ(app().chooseTester(kOther).problem, "");
+    EXPECT_EQ(screen().bluestate, 0);
+    EXPECT_EQ(app().accessories().sources().size(), 1U);
+    EXPECT_TRUE(isShown("lblNoCon"));
+}
+
+TEST_F(ChosenTesterTest, LeavesTheSessionsRowsAlone) {
+    options_.uris = {kSilent};
+    open();
+    showReading(kEarth);
+    screen().pressRecord();
+    app().chooseTester(kOther);
+    EXPECT_EQ(screen().dataList()->count(), 1);
+}
+
+TEST_F(ChosenTesterTest, WithAWrongUriChangesNothing) {
+    options_.uris = {kSilent};
+    start();
+    EXPECT_NE(app().chooseTester("morse:key").problem, "");
+    EXPECT_EQ(lookedFor(), Uris{kSilent});
+    EXPECT_EQ(kept(), "");
+}
+
+TEST_F(ChosenTesterTest, OfTheOtherKindGetsAWindowOfItsOwn) {
+    Uris opened;
+    options_.openWindow = [&](const std::string& uri) {
+        opened.push_back(uri);
+        return std::string();
+    };
+    options_.uris = {kSilent};
+    start();
+    EXPECT_TRUE(app().chooseTester("simulator:").otherWindow);
+    EXPECT_EQ(opened, Uris{"simulator:"});
+    EXPECT_EQ(lookedFor(), Uris{kSilent}) << "no made-up reading comes among the measured";
+    EXPECT_EQ(kept(), "");
+    stop();
+    QDir(options_.documents).removeRecursively();
+    options_.uris = {"simulator:earth"};
+    start();
+    EXPECT_TRUE(app().chooseTester(kOther).otherWindow);
+    EXPECT_EQ(opened, (Uris{"simulator:", kOther}));
+    EXPECT_EQ(app().chooseTester("simulator:house").otherWindow, false);
+    EXPECT_EQ(lookedFor(), Uris{"simulator:house"});
+}
+
+TEST_F(ChosenTesterTest, WhoseWindowDoesNotOpenIsSaid) {
+    options_.openWindow = [](const std::string&) { return std::string("no room"); };
+    options_.uris = {kSilent};
+    start();
+    EXPECT_EQ(app().chooseTester("simulator:").problem, "no room");
+}
+
+TEST_F(ChosenTesterTest, WhichWasHeardLastIsRemembered) {
+    platform::UserDefaults settings(options_.settings);
+    const platform::LastUsed lastUsed = lastUsedIn(settings);
+    EXPECT_EQ(lastUsed.read(), "");
+    lastUsed.write("bluetooth:AA:BB:CC:DD:EE:FF");
+    EXPECT_EQ(lastUsed.read(), "bluetooth:AA:BB:CC:DD:EE:FF");
+    EXPECT_EQ(platform::UserDefaults(options_.settings).stringForKey(QStringLiteral("lastUsedTester")),
+              QStringLiteral("bluetooth:AA:BB:CC:DD:EE:FF"));
+}
+
+}  // namespace
+}  // namespace kestrix::shell
