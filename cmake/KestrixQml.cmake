@@ -42,34 +42,38 @@ function(kestrix_views target)
   endif()
 endfunction()
 
-# kestrix_screens(FOLDER live CONTROLLERS a.cpp... VIEWS A.qml... [SCREENS AViewController... | TYPES LiveTypes.h]
+# kestrix_screens(FOLDER live [LIBRARY console] CONTROLLERS a.cpp... VIEWS A.qml... [SCREENS AViewController... | TYPES LiveTypes.h]
 #   LINK lib... TESTS a_test.cpp...)
 # All that a folder with screens consists of: the library of its controllers, kestrix_live, which needs no display, the
 # module of its views, Kestrix.Live, and the program of its tests, live_tests. SCREENS: the controllers that the views know, each
 # with a header of its name; TYPES: a header that says so by hand, for a folder that shows the views more than its screens. LINK: what
-# the controllers need besides ui and platform. TESTS: in the folder of this name under tests/.
+# the controllers need besides ui and platform. TESTS: in the folder of this name under tests/. LIBRARY: what library, views and tests are named
+# after, where the folder's own name is that of what links no screen; the module keeps the folder's.
 function(kestrix_screens)
-  cmake_parse_arguments(A "" "FOLDER" "CONTROLLERS;VIEWS;SCREENS;TYPES;LINK;TESTS" ${ARGN})
+  cmake_parse_arguments(A "" "FOLDER;LIBRARY" "CONTROLLERS;VIEWS;SCREENS;TYPES;LINK;TESTS" ${ARGN})
+  if(NOT A_LIBRARY)
+    set(A_LIBRARY ${A_FOLDER})
+  endif()
   string(SUBSTRING ${A_FOLDER} 0 1 initial)
   string(SUBSTRING ${A_FOLDER} 1 -1 rest)
   string(TOUPPER ${initial} initial)
-  kestrix_library(kestrix_${A_FOLDER} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
-  kestrix_qml_types(kestrix_${A_FOLDER})
-  set_property(GLOBAL APPEND PROPERTY KESTRIX_SCREENS kestrix_${A_FOLDER})
+  kestrix_library(kestrix_${A_LIBRARY} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
+  kestrix_qml_types(kestrix_${A_LIBRARY})
+  set_property(GLOBAL APPEND PROPERTY KESTRIX_SCREENS kestrix_${A_LIBRARY})
   if(A_SCREENS)
     _kestrix_screen_types(${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h ${A_FOLDER} ${A_SCREENS})
     list(APPEND A_TYPES ${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h)
   endif()
-  kestrix_views(kestrix_${A_FOLDER}_views URI Kestrix.${initial}${rest}
+  kestrix_views(kestrix_${A_LIBRARY}_views URI Kestrix.${initial}${rest}
     QML ${A_VIEWS}
     TYPES ${A_TYPES}
-    LINK kestrix_${A_FOLDER} kestrix_ui_views
+    LINK kestrix_${A_LIBRARY} kestrix_ui_views
     DEPENDS QtQuick Kestrix.Ui)
-  target_include_directories(kestrix_${A_FOLDER}_views PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+  target_include_directories(kestrix_${A_LIBRARY}_views PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
   if(A_TESTS AND KESTRIX_TESTS)
     list(TRANSFORM A_TESTS PREPEND ${PROJECT_SOURCE_DIR}/tests/${A_FOLDER}/)
-    kestrix_test(${A_FOLDER}_tests GUI SOURCES ${A_TESTS} LINK kestrix_${A_FOLDER} kestrix_test_support)
-    set_target_properties(${A_FOLDER}_tests PROPERTIES
+    kestrix_test(${A_LIBRARY}_tests GUI SOURCES ${A_TESTS} LINK kestrix_${A_LIBRARY} kestrix_test_support)
+    set_target_properties(${A_LIBRARY}_tests PROPERTIES
       RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests/${A_FOLDER})
   endif()
 endfunction()

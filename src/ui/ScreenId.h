@@ -25,6 +25,8 @@ enum class ScreenId : std::uint8_t {
     MoreApps,
     SafetyTips,
     HowtoUse,
+    SessionSearch,
+    SessionTransfer,
 };
 Q_ENUM_NS(ScreenId)
 

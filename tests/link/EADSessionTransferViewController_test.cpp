@@ -1,0 +1,381 @@
+#include "link/EADSessionTransferViewController.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <memory>
+#include <numeric>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "link/EADSessionController.h"
+#include "tests/support/FakeChannel.h"
+#include "tests/support/LogExpectations.h"
+#include "tests/support/TestServices.h"
+
+namespace kestrix::link {
+namespace {
+
+using platform::Accessory;
+using platform::AccessoryPtr;
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr const char* kIron = "铁";
+constexpr const char* kNoIron = "非铁";
+
+// A chunk of this many bytes, numbered, with the field in its place where it reaches as far.
+Bytes chunkWith(std::uint16_t field, std::size_t count = 36) {
+    Bytes bytes(count);
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
+    if (count > 7) bytes[7] = static_cast<std::uint8_t>(field >> 8U);
+    if (count > 8) bytes[8] = static_cast<std::uint8_t>(field & 255U);
+    return bytes;
+}
+
+Bytes pattern() {
+    Bytes bytes(10'000);
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i % 256);
+    return bytes;
+}
+
+class SessionTransfer : public ::testing::Test {
+  protected:
+    SessionTransfer() {
+        EADSessionTransferViewController::lastReading = 0;
+        controller().setupControllerForAccessory(accessory_, "kestrix.tester");
+        screen_.setName(QStringLiteral("Link console"));
+        screen_.loadView();
+    }
+    ~SessionTransfer() override {
+        controller().closeSession();
+        controller().setupControllerForAccessory(nullptr, "");
+    }
+    static EADSessionController& controller() { return EADSessionController::sharedController(); }
+
+    void appear() {
+        opener_.lines.push_back(&line_);
+        screen_.viewWillAppear();
+    }
+    void receive(const Bytes& bytes) { line_.receive(bytes); }
+    Bytes sent(const QString& typed) {
+        line_.written.clear();
+        screen_._hexToSendTextField.edit(typed);
+        screen_.btnSendHex.press();
+        return line_.written;
+    }
+    void disconnect(const AccessoryPtr& gone) {
+        platform::NotificationCenter::defaultCenter().post(
+            {platform::kAccessoryDidDisconnect, {}, {{platform::kAccessoryKey, gone}}});
+    }
+    std::string result() const { return screen_.testResult.text().toStdString(); }
+    std::string type() const { return screen_.testType.text().toStdString(); }
+    std::string count() const { return screen_._receivedBytesLabel.text().toStdString(); }
+
+    testing::FakeLine line_;
+    testing::FakeOpener opener_;
+    AccessoryPtr accessory_ =
+        std::make_shared<Accessory>(Accessory{7, "Tester", {"kestrix.tester"}, nullptr, &opener_});
+    testing::TestServices around_;
+    EADSessionTransferViewController screen_{ui::ScreenId::SessionTransfer, around_.services()};
+};
+
+TEST_F(SessionTransfer, TheSessionIsOpenExactlyWhileItIsShown) {
+    EXPECT_EQ(line_.channel, nullptr);
+    appear();
+    EXPECT_NE(line_.channel, nullptr);
+    EXPECT_EQ(screen_.accessory(), accessory_);
+    EXPECT_EQ(screen_.screenTitle.text(), QStringLiteral("kestrix.tester"));
+    screen_.viewWillDisappear();
+    EXPECT_EQ(line_.channel, nullptr);
+    EXPECT_EQ(screen_.accessory(), nullptr);
+}
+
+TEST_F(SessionTransfer, AnOddLastDigitIsDropped) {
+    appear();
+    EXPECT_EQ(sent(QStringLiteral("7e0d1")), (Bytes{0x7e, 0x0d}));
+}
+
+TEST_F(SessionTransfer, SendingStopsAtTheFirstPairThatIsNone) {
+    appear();
+    EXPECT_EQ(sent(QStringLiteral("0A1B")), (Bytes{0x0a, 0x1b}));
+    EXPECT_EQ(sent(QStringLiteral("0A 1B")), Bytes{0x0a});
+    EXPECT_EQ(sent(QStringLiteral(" 0A")), Bytes{});
+    EXPECT_EQ(sent(QStringLiteral("0a1g2b")), Bytes{0x0a});
+    EXPECT_EQ(sent(QStringLiteral("0ag12b")), Bytes{0x0a});
+    EXPECT_EQ(sent(QStringLiteral("0x7e")), Bytes{});
+    EXPECT_EQ(sent(QStringLiteral("+1-2")), Bytes{});
+}
+
+TEST_F(SessionTransfer, DigitsAndLettersOfOtherScriptsEndWhatIsSent) {
+    appear();
+    EXPECT_EQ(sent(QStringLiteral("7e１２")), Bytes{0x7e});
+    EXPECT_EQ(sent(QStringLiteral("7e٣٤5f")), Bytes{0x7e});
+    EXPECT_EQ(sent(QStringLiteral("7é0d")), Bytes{});
+    EXPECT_EQ(sent(QStringLiteral("7e👷🏽0d")), Bytes{0x7e});
+}
+
+TEST_F(SessionTransfer, NothingTypedSendsNothing) {
+    appear();
+    EXPECT_EQ(sent(QString()), Bytes{});
+    EXPECT_EQ(sent(QStringLiteral("7")), Bytes{});
+}
+
+TEST_F(SessionTransfer, SendingEndsEditing) {
+    appear();
+    int ended = 0;
+    QObject::connect(&screen_._hexToSendTextField, &ui::TextField::editingEnded, [&ended] { ++ended; });
+    screen_.sendHex();
+    EXPECT_EQ(ended, 0) << "it was not edited";
+    screen_._hexToSendTextField.setEditing(true);
+    screen_.sendHex();
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(SessionTransfer, ReturnClosesTheKeyboard) {
+    for (ui::TextField* field : {&screen_._hexToSendTextField, &screen_._stringToSendTextField}) {
+        int ended = 0;
+        QObject::connect(field, &ui::TextField::editingEnded, [&ended] { ++ended; });
+        field->setEditing(true);
+        EXPECT_TRUE(screen_.textFieldShouldReturn(*field));
+        EXPECT_EQ(ended, 1);
+        field->pressReturn();
+        EXPECT_GT(ended, 1);
+    }
+}
+
+TEST_F(SessionTransfer, TheTestPatternIsTenThousandBytesOfWhichByteIIsIModulo256) {
+    appear();
+    screen_.btnSend10K.press();
+    EXPECT_EQ(line_.written, pattern());
+}
+
+TEST_F(SessionTransfer, WhatTheStreamDoesNotTakeOfThePatternGoesOutWithLaterSpaceEvents) {
+    line_.room = 10;
+    appear();
+    screen_.btnSend10K.press();
+    EXPECT_EQ(line_.written.size(), 10U);
+    while (line_.written.size() < 10'000) {
+        const std::size_t before = line_.written.size();
+        line_.makeRoom(10);
+        ASSERT_EQ(line_.written.size(), before + 10);
+    }
+    EXPECT_EQ(line_.written, pattern());
+}
+
+TEST_F(SessionTransfer, SendStringSendsNothing) {
+    appear();
+    screen_._stringToSendTextField.edit(QStringLiteral("7e0d"));
+    screen_.btnSendString.press();
+    EXPECT_EQ(line_.written, Bytes{});
+}
+
+TEST_F(SessionTransfer, AFailedWriteIsOneLineOfTheLog) {
+    appear();
+    line_.writeFails = true;
+    testing::expectWarning("write error");
+    screen_._hexToSendTextField.edit(QStringLiteral("7e"));
+    screen_.sendHex();
+}
+
+TEST_F(SessionTransfer, ASessionThatIsRefusedIsOneLineOfTheLog) {
+    testing::expectWarning("creating session failed");
+    screen_.viewWillAppear();
+    EXPECT_EQ(screen_.screenTitle.text(), QStringLiteral("kestrix.tester"));
+}
+
+TEST_F(SessionTransfer, BytesAreShownAsHexadecimalTextWithABlankBehindEach) {
+    appear();
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 0");
+    receive({0x7e, 0x0d, 0x00, 0xff});
+    EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("7e 0d 00 ff "));
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 4");
+    receive({0xab});
+    EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("ab ")) << "the last chunk only";
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 5");
+    EXPECT_EQ(controller().readBytesAvailable(), 0U);
+}
+
+TEST_F(SessionTransfer, AFieldWithBit15SetIsNoIron) {
+    appear();
+    receive(chunkWith(0x807b));
+    EXPECT_EQ(type(), kNoIron);
+    EXPECT_EQ(result(), "12.300000");
+    EXPECT_DOUBLE_EQ(EADSessionTransferViewController::lastReading, 0x807b / 10.0);
+}
+
+TEST_F(SessionTransfer, AFieldWithBit15ClearIsIron) {
+    appear();
+    receive(chunkWith(0x007b));
+    EXPECT_EQ(type(), kIron);
+    EXPECT_EQ(result(), "12.300000");
+    EXPECT_DOUBLE_EQ(EADSessionTransferViewController::lastReading, 12.3);
+}
+
+TEST_F(SessionTransfer, TheEndsOfBothRanges) {
+    struct Row {
+        std::uint16_t field;
+        const char* type;
+        const char* result;
+    };
+    constexpr Row kRows[] = {{0x0000, kIron, "0.000000"},
+                             {0x7fff, kIron, "3276.700000"},
+                             {0x8000, kNoIron, "0.000000"},
+                             {0xffff, kNoIron, "3276.699951"}};  // of single precision
+    appear();
+    for (const Row& row : kRows) {
+        receive(chunkWith(row.field));
+        EXPECT_EQ(type(), row.type) << row.field;
+        EXPECT_EQ(result(), row.result) << row.field;
+    }
+}
+
+TEST_F(SessionTransfer, AChunkThatEndsBeforeTheFieldLeavesTheLastReading) {
+    appear();
+    for (const std::size_t size : {0U, 8U}) {
+        receive(chunkWith(0x807b));
+        receive(chunkWith(0x0001, size));
+        EXPECT_EQ(type(), kNoIron) << size;
+        EXPECT_EQ(result(), "12.300000") << size;
+        EXPECT_DOUBLE_EQ(EADSessionTransferViewController::lastReading, 0x807b / 10.0) << size;
+    }
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 80");
+    EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("00 01 02 03 04 05 06 00 "));
+}
+
+TEST_F(SessionTransfer, ANotificationWithoutBytesLeavesTheTextOfTheLastChunk) {
+    appear();
+    receive({0xab});
+    line_.tellBytes();
+    EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("ab "));
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 1");
+}
+
+TEST_F(SessionTransfer, AChunkThatJustReachesTheFieldIsRead) {
+    appear();
+    for (const std::size_t size : {9U, 17U}) {
+        receive(chunkWith(static_cast<std::uint16_t>(size), size));
+        EXPECT_EQ(type(), kIron) << size;
+        EXPECT_EQ(result(), size == 9 ? "0.900000" : "1.700000");
+    }
+}
+
+TEST_F(SessionTransfer, ALargeChunkIsKeptWhole) {
+    appear();
+    const Bytes bytes = chunkWith(0x007b, 65'536);
+    receive(bytes);
+    EXPECT_EQ(screen_.rxResult.text().size(), 3 * 65'536);
+    EXPECT_TRUE(screen_.rxResult.text().endsWith(QStringLiteral("fd fe ff ")));
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 65536");
+    EXPECT_EQ(result(), "12.300000");
+}
+
+TEST_F(SessionTransfer, TheReadingOfANoIronProbeIsAlsoALineOfStandardOutput) {
+    appear();
+    ::testing::internal::CaptureStdout();
+    receive(chunkWith(0x807b));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "转换为十进制：123\n");
+    ::testing::internal::CaptureStdout();
+    receive(chunkWith(0x007b));
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+}
+
+TEST_F(SessionTransfer, AStalledReaderOfStandardOutputHoldsNothingUp) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const int before = dup(STDOUT_FILENO);
+    fflush(stdout);
+    ASSERT_EQ(dup2(ends[1], STDOUT_FILENO), STDOUT_FILENO);
+    appear();
+    for (int line = 0; line < 10'000; ++line) screen_.two_ten(1011);  // far more than a pipe holds
+    dup2(before, STDOUT_FILENO);
+    for (const int end : {before, ends[0], ends[1]}) close(end);
+    receive(chunkWith(0x007b));
+    EXPECT_EQ(result(), "12.300000");
+}
+
+TEST_F(SessionTransfer, ItsNumberUtilities) {
+    EXPECT_EQ(screen_.decimalTOBinary(0), "");
+    EXPECT_EQ(screen_.decimalTOBinary(5), "101");
+    EXPECT_EQ(screen_.toDecimalSystemWithBinarySystem(u"1111"), 15);
+    ::testing::internal::CaptureStdout();
+    EXPECT_EQ(screen_.two_ten(1011), 11);
+    EXPECT_EQ(screen_.two_ten(12), 4);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "转换为十进制：11\n转换为十进制：4\n");
+}
+
+TEST_F(SessionTransfer, ItLeavesWhenItsAccessoryGoes) {
+    appear();
+    disconnect(accessory_);
+    EXPECT_EQ(around_.asked, std::vector<std::string>{"dismiss animated"});
+}
+
+TEST_F(SessionTransfer, ItStaysWhenAnotherAccessoryGoes) {
+    appear();
+    disconnect(std::make_shared<Accessory>(Accessory{8, "Other", {"kestrix.tester"}}));
+    disconnect(nullptr);
+    platform::NotificationCenter::defaultCenter().post({platform::kAccessoryDidDisconnect});
+    EXPECT_EQ(around_.asked, std::vector<std::string>{});
+}
+
+TEST_F(SessionTransfer, CoveredOrNotShownItDoesNotLeave) {
+    appear();
+    screen_.setCovered(true);
+    disconnect(accessory_);
+    screen_.setCovered(false);
+    screen_.viewWillDisappear();
+    disconnect(accessory_);
+    EXPECT_EQ(around_.asked, std::vector<std::string>{});
+}
+
+TEST_F(SessionTransfer, BackDismissesIt) {
+    appear();
+    screen_.btnBack.press();
+    EXPECT_EQ(around_.asked, std::vector<std::string>{"dismiss animated"});
+}
+
+TEST_F(SessionTransfer, BehindItsTimeItTakesNoBytesAndShownAgainItCountsOn) {
+    appear();
+    receive({1, 2, 3});
+    screen_.viewWillDisappear();
+    platform::NotificationCenter::defaultCenter().post({EADSessionDataReceivedNotification, &controller()});
+    appear();
+    receive({4});
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 4");
+    EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("04 "));
+}
+
+TEST_F(SessionTransfer, TheCountBeginsWithTheScreen) {
+    appear();
+    receive({1, 2, 3});
+    screen_.viewWillDisappear();
+    EADSessionTransferViewController next(ui::ScreenId::SessionTransfer, around_.services());
+    next.loadView();
+    EXPECT_EQ(next._receivedBytesLabel.text(), QStringLiteral("Bytes Received from BTX311: 0"));
+    EXPECT_EQ(next.rxResult.text(), QString());
+}
+
+TEST_F(SessionTransfer, ASessionControllerThatIsNoneIsNotAsked) {
+    appear();
+    platform::NotificationCenter::defaultCenter().post({EADSessionDataReceivedNotification});
+    platform::NotificationCenter::defaultCenter().post(
+        {EADSessionDataReceivedNotification, static_cast<EADSessionController*>(nullptr)});
+    EXPECT_EQ(count(), "Bytes Received from BTX311: 0");
+}
+
+TEST_F(SessionTransfer, WithoutItsViewItsTextControlsKeepNothing) {
+    appear();
+    receive({1});
+    screen_._hexToSendTextField.edit(QStringLiteral("7e"));
+    screen_._stringToSendTextField.edit(QStringLiteral("text"));
+    screen_.viewDidUnload();
+    for (const ui::TextField* field :
+         {&screen_.rxResult, &screen_._hexToSendTextField, &screen_._stringToSendTextField})
+        EXPECT_EQ(field->text(), QString());
+    EXPECT_EQ(screen_._receivedBytesLabel.text(), QString());
+}
+
+}  // namespace
+}  // namespace kestrix::link
