@@ -42,6 +42,8 @@ class WindowFixture : public ::testing::Test {
     void stop();
     // Starts the application if it is not yet, and shows its window. size: in device-independent pixels.
     void open(QSize size = kSmall);
+    // Shows this window in place of the one before.
+    void show(std::unique_ptr<shell::StageWindow> window, QSize size = kSmall);
     void closeWindow() { window_.reset(); }
     void resize(QSize size);
     // Turns the event loop until the window shows everything that it was told.
@@ -49,7 +51,7 @@ class WindowFixture : public ::testing::Test {
 
     shell::AppDelegate& app() { return *app_; }
     live::MainViewController& screen() { return app_->mainView(); }
-    shell::MainWindow& window() { return *window_; }
+    shell::StageWindow& window() { return *window_; }
     FakeTester& tester() { return *tester_; }
     int frames() const { return frames_; }  // that the window drew
     std::string databasePath() const;
@@ -93,7 +95,7 @@ class WindowFixture : public ::testing::Test {
   private:
     std::unique_ptr<shell::AppDelegate> app_;
     std::optional<FakeTester> tester_;
-    std::unique_ptr<shell::MainWindow> window_;
+    std::unique_ptr<shell::StageWindow> window_;
     int frames_ = 0;
 };
 
