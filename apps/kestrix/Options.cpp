@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <initializer_list>
 #include <iostream>
 #include <utility>
 
@@ -16,15 +17,25 @@ std::string notEmpty(const std::string& value) {
     return value.empty() ? "is empty" : std::string();
 }
 
-// A tour has folder, settings and tester of its own.
-void refuseBesideTour(const Options& options) {
-    if (options.tour.empty()) return;
-    const std::pair<const char*, bool> others[] = {{"--connect", !options.uris.empty()},
-                                                   {"--documents", !options.documents.empty()},
-                                                   {"--settings", !options.settings.empty()}};
-    for (const auto& [name, given] : others) {
-        if (given) throw CLI::ValidationError("--tour", std::string("goes without ") + name);
+using Others = std::initializer_list<std::pair<const char*, bool>>;
+
+void refuseBeside(const char* option, bool given, Others others) {
+    if (!given) return;
+    for (const auto& [name, also] : others) {
+        if (also) throw CLI::ValidationError(option, std::string("goes without ") + name);
     }
+}
+
+// A tour has folder, settings and tester of its own; the console keeps nothing.
+void refuseWhatDoesNotGoTogether(const Options& options) {
+    const bool documents = !options.documents.empty();
+    const bool settings = !options.settings.empty();
+    refuseBeside("--tour", !options.tour.empty(),
+                 {{"--connect", !options.uris.empty()},
+                  {"--documents", documents},
+                  {"--settings", settings},
+                  {"--console", options.console}});
+    refuseBeside("--console", options.console, {{"--documents", documents}, {"--settings", settings}});
 }
 
 }  // namespace
@@ -48,11 +59,13 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitStatus) {
                     "tour's")
         ->type_name("DIR")
         ->check(notEmpty);
+    program.add_flag("--console", options.console,
+                     "Look at the line itself: show the bytes that come, and send some; keeps nothing");
     program.add_flag("--verbose", options.verbose, "Say on standard error what happens");
     program.set_version_flag("--version", std::string("kestrix ") + KESTRIX_VERSION);
     try {
         program.parse(argc, argv);
-        refuseBesideTour(options);
+        refuseWhatDoesNotGoTogether(options);
     } catch (const CLI::Success& success) {  // --help, --version
         exitStatus = program.exit(success, std::cout, std::cerr);
         return std::nullopt;

@@ -11,7 +11,8 @@ struct Options {
     std::vector<std::string> uris;
     std::string documents;
     std::string settings;
-    std::string tour;  // the folder; empty: no tour
+    std::string tour;      // the folder; empty: no tour
+    bool console = false;  // the diagnostics console in place of the application
     bool verbose = false;
 };
 

@@ -1,49 +1,49 @@
 #include "apps/kestrix/Tour.h"
 
 #include <QCoreApplication>
-#include <QCursor>
 #include <QDir>
-#include <QImage>
 
 #include <iostream>
 #include <utility>
 
 #include "apps/kestrix/TourClock.h"
+#include "apps/kestrix/TourConsole.h"
 #include "apps/kestrix/TourFolder.h"
 #include "apps/kestrix/TourListing.h"
 #include "apps/kestrix/TourMoment.h"
+#include "apps/kestrix/TourPictures.h"
 #include "apps/kestrix/TourRoad.h"
 #include "apps/kestrix/TourStops.h"
 #include "apps/kestrix/TourTester.h"
 #include "shell/AppDelegate.h"
 #include "shell/MainWindow.h"
-#include "ui/DisplayUpdates.h"
 
 namespace kestrix::tour {
 namespace {
 
-constexpr QSize kStage{320, 568};
-constexpr QPoint kNoMouse{100'000, 100'000};
 constexpr std::chrono::milliseconds kStep{0};  // so that the lightning stands in every picture alike
 constexpr int kMostTurns = 10'000;
 
 class Tour {
   public:
-    explicit Tour(const QDir& folder)
-        : folder_(folder), application_(launchOptions(folder, clock_)), window_(application_) {}
+    Tour(const QDir& folder, TourClock& clock)
+        : folder_(folder),
+          clock_(clock),
+          application_(launchOptions(folder, clock_)),
+          window_(application_) {}
 
     int run() {
         for (const int scale : kScales) {
             if (!folder_.mkpath(picturesFolder(scale)))
-                return fail("cannot make " + folder_.filePath(picturesFolder(scale)));
+                return failTour("cannot make " + folder_.filePath(picturesFolder(scale)));
         }
         if (!application_.applicationDidFinishLaunchingWithOptions())
-            return fail(QString::fromStdString(application_.problem()));
+            return failTour(QString::fromStdString(application_.problem()));
         auto tester = std::make_unique<TourTester>();
         tester_ = tester.get();
         application_.accessories().addSource(std::move(tester));
-        if (!window_.load()) return fail(QStringLiteral("the views do not load"));
-        QCursor::setPos(kNoMouse);  // nothing shows as pointed at
+        if (!window_.load()) return failTour(QStringLiteral("the views do not load"));
+        hideMouse();
         window_.show();
         for (const Stop& stop : stops()) {
             visit(stop);
@@ -73,21 +73,7 @@ class Tour {
         options.loadMail = [] { return platform::MailParts{}; };  // it sends nothing
         return options;
     }
-    static int fail(const QString& why) {
-        std::cerr << "kestrix: " << why.toStdString() << '\n';
-        return 1;
-    }
-
-    // The picture of this name at every scale. False, with the reason said, when one cannot be written.
-    bool save(const char* name) {
-        for (const int scale : kScales) {
-            const QString file =
-                folder_.filePath(picturesFolder(scale) + u'/' + QLatin1String(name) + ".png");
-            if (!picture(scale).save(file)) return fail("cannot write " + file) == 0;
-            std::cout << file.toStdString() << '\n';
-        }
-        return true;
-    }
+    bool save(const char* name) { return savePictures(window_, folder_, name); }
 
     void visit(const Stop& stop) {
         application_.notice().clear();  // of the stop before
@@ -105,15 +91,8 @@ class Tour {
         QCoreApplication::processEvents();
     }
 
-    QImage picture(int scale) {
-        window_.resize(kStage * scale);
-        QCoreApplication::processEvents();
-        ui::DisplayUpdates::shared().flush();
-        return window_.grabWindow();
-    }
-
     QDir folder_;
-    TourClock clock_;
+    TourClock& clock_;
     shell::AppDelegate application_;
     shell::MainWindow window_;
     TourTester* tester_ = nullptr;  // belongs to the application
@@ -124,7 +103,11 @@ class Tour {
 int run(const std::string& folder) {
     const QString path = QString::fromStdString(folder);
     const FolderProblem problem = prepareFolder(path);
-    if (problem.why.empty()) return Tour(QDir(path)).run();
+    if (problem.why.empty()) {
+        TourClock clock;
+        const int status = Tour(QDir(path), clock).run();
+        return status == 0 ? visitConsole(QDir(path), clock) : status;
+    }
     std::cerr << "kestrix: " << problem.why << '\n';
     return problem.exitStatus;
 }

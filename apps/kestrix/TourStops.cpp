@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "apps/kestrix/FullDisk.h"
+#include "apps/kestrix/TourConsole.h"
 #include "apps/kestrix/TourRoad.h"
 
 namespace kestrix::tour {
@@ -132,6 +133,7 @@ std::vector<std::string> pictures(const std::vector<shell::ScreenRow>& presented
     for (const Step& step : road(presented)) {
         if (!step.name.empty()) names.push_back(step.name);
     }
+    for (const std::string& name : consolePictures()) names.push_back(name);
     return names;
 }
 

@@ -24,7 +24,8 @@ struct Stop {
 // Every state of the live screen.
 std::span<const Stop> stops();
 
-// The names of all pictures of the tour, in its order: of the live screen, then of the road behind it.
+// The names of all pictures of the tour, in its order: of the live screen, then of the road behind it,
+// and of the diagnostics console.
 std::vector<std::string> pictures(const std::vector<shell::ScreenRow>& presented = shell::screens());
 
 // Presses the record button as often as the stop says.

@@ -20,6 +20,8 @@
 #include "platform/AccessoryListings.h"
 #include "platform/Log.h"
 #include "shell/AppDelegate.h"
+#include "shell/ConsoleApplication.h"
+#include "shell/ConsoleWindow.h"
 #include "shell/MainWindow.h"
 #include "ui/SystemFont.h"
 
@@ -97,6 +99,21 @@ int showWindow(const Options& options, const kestrix::app::TerminationSignals& s
     return QGuiApplication::exec();
 }
 
+int showConsole(const Options& options, const kestrix::app::TerminationSignals& signals) {
+    kestrix::shell::ConsoleOptions console;
+    console.uris = options.uris.empty() ? std::vector<std::string>{kStandardUri} : options.uris;
+    console.simulator = kestrix::app::simulatorSource;
+    kestrix::shell::ConsoleApplication application(std::move(console));
+    kestrix::shell::ConsoleWindow window(application);
+    kestrix::ui::installSystemFont();
+    if (!application.start()) return fail(application.problem(), application.exitStatus());
+    if (signals.signal() != 0) return 0;
+    if (!window.load()) return fail("the views do not load", kFailed);
+    const kestrix::app::TerminationNotifier notifier(signals, [] { QCoreApplication::quit(); });
+    window.show();
+    return QGuiApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -126,7 +143,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
-    if (signals) return showWindow(*options, *signals);
+    if (signals) return options->console ? showConsole(*options, *signals) : showWindow(*options, *signals);
     kestrix::ui::installSystemFont();
     return kestrix::tour::run(options->tour);
 }

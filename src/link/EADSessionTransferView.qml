@@ -45,7 +45,7 @@ ScreenFrame {
         x: 20
         y: 58
         width: 280
-        height: 136
+        height: 142
         field: page.screen.textField("rxResult")
     }
     Caption {

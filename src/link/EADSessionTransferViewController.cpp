@@ -136,10 +136,6 @@ void EADSessionTransferViewController::send10K() {
     EADSessionController::sharedController().writeData(pattern);
 }
 
-void EADSessionTransferViewController::pressBack() {
-    FramedScreen::pressBack();
-}
-
 bool EADSessionTransferViewController::textFieldShouldReturn(ui::TextField& field) {
     field.endEditing();
     return true;

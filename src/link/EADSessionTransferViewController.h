@@ -43,7 +43,6 @@ class EADSessionTransferViewController final : public kestrix::ui::FramedScreen 
     // Sends kPatternLength bytes, of which byte i is i modulo 256.
     void send10K();
     void sendString() {}
-    void pressBack() override;
     bool textFieldShouldReturn(ui::TextField& field);
 
     void _accessoryDidDisconnect(const platform::Notification& event);

@@ -3,6 +3,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include "shell/AboutViewController.h"
+#include "shell/ConsoleSearchViewController.h"
 #include "shell/HelpViewController.h"
 #include "shell/LeftSideBarViewController.h"
 #include "shell/MoreAppsViewController.h"
@@ -39,6 +40,13 @@ struct AboutViewControllerType {
     Q_GADGET
     QML_FOREIGN(kestrix::shell::AboutViewController)
     QML_NAMED_ELEMENT(AboutViewController)
+    QML_UNCREATABLE("belongs to the application")
+};
+
+struct ConsoleSearchViewControllerType {
+    Q_GADGET
+    QML_FOREIGN(kestrix::shell::ConsoleSearchViewController)
+    QML_NAMED_ELEMENT(ConsoleSearchViewController)
     QML_UNCREATABLE("belongs to the application")
 };
 

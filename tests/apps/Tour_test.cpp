@@ -121,7 +121,7 @@ TEST(TourPictures, AreThoseOfTheLiveScreenAndOfTheRoadBehindItWithEveryStateOfEv
                                           names.end());
     EXPECT_EQ(behind, (std::vector<std::string>{"19-menu", "20-no-test-records", "a-save", "a-save-filled",
                                                 "24-test-records", "25-test-record-deleted", "a-help",
-                                                "36-exported"}));
+                                                "36-exported", "50-console-search", "51-console"}));
 }
 
 TEST_F(Tour, LeavesTheTextAndTheReportThatItExported) {

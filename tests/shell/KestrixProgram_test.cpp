@@ -51,8 +51,8 @@ void expectOneLine(const std::string& error, const std::string& part) {
 TEST_F(KestrixProgram, HelpTellsEveryOption) {
     const cli::Result result = run({"--help"});
     EXPECT_EQ(result.status, 0);
-    for (const char* option :
-         {"--connect", "--documents", "--settings", "--tour", "--verbose", "--version", "--help"})
+    for (const char* option : {"--connect", "--documents", "--settings", "--tour", "--console", "--verbose",
+                               "--version", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
     EXPECT_EQ(result.error, "");
 }
@@ -253,6 +253,68 @@ TEST_F(KestrixProgram, KeepsTheLinkStateInItsSettings) {
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait(), 0);
     EXPECT_NE(cli::contentOf(path("own.ini")).find("bluestate=1"), std::string::npos);
+}
+
+class KestrixConsole : public KestrixProgram {
+  protected:
+    Surroundings bare() const {
+        Surroundings made = setup();
+        made.ownSettings = false;
+        return made;
+    }
+    static std::vector<std::string> filesIn(const std::string& folder) {
+        std::vector<std::string> files;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+            files.push_back(entry.path());
+        return files;
+    }
+};
+
+// 36 bytes, of which two are the field.
+std::string chunkOf(unsigned char high, unsigned char low) {
+    std::string chunk(36, '\0');
+    chunk[7] = static_cast<char>(high);
+    chunk[8] = static_cast<char>(low);
+    return chunk;
+}
+
+TEST_F(KestrixConsole, ShowsWhatComesTouchesNoFolderAndEndsOnASignal) {
+    const cli::Listener listener;
+    Program program({"--console", "--connect", listener.uri()}, bare());
+    cli::Descriptor tester = listener.accept();
+    cli::sendAll(tester, "?");
+    ASSERT_TRUE(program.waitForError("info kestrix.link: 1\n")) << program.error();
+    cli::sendAll(tester, chunkOf(0x80, 0x7b));
+    ASSERT_TRUE(program.waitForError("info kestrix.link: 807b")) << program.error();
+    ASSERT_TRUE(program.waitForOutput("转换为十进制：123\n")) << program.output();
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0) << program.error();
+    EXPECT_EQ(cli::complaintsIn(program.error()), std::vector<std::string>{});
+    EXPECT_EQ(filesIn(program.folder()), std::vector<std::string>{});
+}
+
+TEST_F(KestrixConsole, EndsOnASignalWhileItLooks) {
+    Program program({"--console", "--connect", "serial:" + path("nothing")}, bare());
+    ASSERT_TRUE(program.waitUntilItRests());
+    program.signal(SIGTERM);
+    EXPECT_EQ(program.wait(), 0) << program.error();
+    EXPECT_EQ(filesIn(program.folder()), std::vector<std::string>{});
+}
+
+TEST_F(KestrixConsole, GoesWithoutWhatItDoesNotUseAndSaysWhatIsWrong) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> wrong{
+        {{"--console", "--documents", path("documents")}, "--console: goes without --documents"},
+        {{"--console", "--settings", path("own.ini")}, "--console: goes without --settings"},
+        {{"--console", "--tour", path("tour")}, "--tour: goes without --console"},
+        {{"--console", "--connect", "morse:key"}, "morse:key"}};
+    for (const auto& [arguments, line] : wrong) {
+        const cli::Result result = cli::run(arguments, {}, bare());
+        EXPECT_EQ(result.status, 2) << line;
+        expectOneLine(result.error, line);
+        EXPECT_EQ(result.output, "");
+    }
+    for (const char* name : {"documents", "own.ini", "tour"})
+        EXPECT_NE(access(path(name).c_str(), F_OK), 0) << name;
 }
 
 // Every line that is no information comes from the settings (once) or from the database.

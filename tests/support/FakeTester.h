@@ -20,6 +20,8 @@ class FakeTester {
     // Every frame of a scenario, flat out.
     void play(std::string_view scenario);
     void leave();
+    // That the next session is opened on, or that is open.
+    FakeLine& line() { return source_->line; }
     void tell(FakeSource::Search search) { source_->tell(std::move(search)); }
 
   private:

@@ -56,10 +56,10 @@ void WindowFixture::start() {
 void WindowFixture::open(QSize size) {
     if (!app_) start();
     window_.reset();  // one at a time
-    show(std::make_unique<shell::MainWindow>(*app_), size);
+    showWindow(std::make_unique<shell::MainWindow>(*app_), size);
 }
 
-void WindowFixture::show(std::unique_ptr<shell::StageWindow> window, QSize size) {
+void WindowFixture::showWindow(std::unique_ptr<shell::StageWindow> window, QSize size) {
     window_ = std::move(window);
     QObject::connect(window_.get(), &QQuickWindow::frameSwapped, window_.get(), [this] { ++frames_; });
     ASSERT_TRUE(window_->load());

@@ -43,7 +43,7 @@ class WindowFixture : public ::testing::Test {
     // Starts the application if it is not yet, and shows its window. size: in device-independent pixels.
     void open(QSize size = kSmall);
     // Shows this window in place of the one before.
-    void show(std::unique_ptr<shell::StageWindow> window, QSize size = kSmall);
+    void showWindow(std::unique_ptr<shell::StageWindow> window, QSize size = kSmall);
     void closeWindow() { window_.reset(); }
     void resize(QSize size);
     // Turns the event loop until the window shows everything that it was told.
