@@ -340,7 +340,11 @@ TEST_F(SessionTransfer, BehindItsTimeItTakesNoBytesAndShownAgainItCountsOn) {
     appear();
     receive({1, 2, 3});
     screen_.viewWillDisappear();
-    platform::NotificationCenter::defaultCenter().post({EADSessionDataReceivedNotification, &controller()});
+    opener_.lines.push_back(&line_);
+    ASSERT_TRUE(controller().openSession());  // somebody else's
+    receive({7, 7});
+    EXPECT_EQ(controller().readBytesAvailable(), 2U);
+    controller().closeSession();
     appear();
     receive({4});
     EXPECT_EQ(count(), "Bytes Received from BTX311: 4");
