@@ -41,6 +41,7 @@ class FarEnd {
     virtual std::size_t send(std::span<const std::uint8_t> bytes) = 0;
     // The same, and the application is not told before a turn of its event loop.
     virtual std::size_t leaveWaiting(std::span<const std::uint8_t> bytes) { return send(bytes); }
+    virtual void tellOfWaiting() {}
 
     // The line ends in order. The tester can be reached again at once.
     virtual void end() = 0;

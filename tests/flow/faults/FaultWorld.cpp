@@ -287,6 +287,9 @@ void FaultWorld::stalls(Milliseconds time) {
     services_.scheduler.stall(time);
     // Timers and sockets in turns, as the event loop does it: the timers first, which is the worse order.
     while (services_.scheduler.runOneDue()) QCoreApplication::processEvents();
+    farEnd_->tellOfWaiting();
+    QCoreApplication::processEvents();
+    services_.scheduler.runDue();
 }
 
 void FaultWorld::drops(const std::function<void()>& how) {

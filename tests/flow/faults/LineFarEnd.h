@@ -28,6 +28,7 @@ class LineFarEnd final : public FarEnd {
         line_.incoming.insert(line_.incoming.end(), bytes.begin(), bytes.end());
         return bytes.size();
     }
+    void tellOfWaiting() override { line_.tellBytes(); }
     void end() override { endWith("the other side has ended it"); }
     void breakOff() override {
         line_.readFails = true;

@@ -16,7 +16,7 @@ constexpr Fault kScenarioFaults[] = {
     {"Silence", kSimulator, losesItsLine, nullptr, "silence 4s\nreading 1 0.03 ohm\nshow 9s"},
     {"SilenceOfTwoSeconds", kSimulator, playsWithoutALoss, nullptr,
      "silence 2s\nreading 1 0.03 ohm\nshow 2s"},
-    {"SwitchedOff", kSimulator, losesItsLine, nullptr, "switch-off 8s\nreading 1 0.03 ohm\nshow 9s"},
+    {"SwitchedOff", kSimulator, losesItsLine, nullptr, "show 1s\nswitch-off 8s\nreading 1 0.03 ohm\nshow 9s"},
     {"HalfFrameThenEnd", kSimulator, losesItsLine, nullptr,
      "reading 1 0.03 ohm\ncut after 18 bytes off 2s\nreading 1 0.04 ohm\nshow 9s"},
     {"ByteLost", kSimulator, playsWithoutALoss, nullptr, "damage drop 20\nreading 1 0.03 ohm\nshow 2s"},
