@@ -38,6 +38,20 @@ void ManualScheduler::runDue() {
     advance(Duration{0});
 }
 
+bool ManualScheduler::runTurn() {
+    std::vector<std::shared_ptr<Call>> due;
+    for (const auto& call : calls_) {
+        if (!call->cancelled && call->due <= now_) due.push_back(call);
+    }
+    std::stable_sort(due.begin(), due.end(), [](const auto& a, const auto& b) { return a->due < b->due; });
+    for (const auto& call : due) {
+        if (call->cancelled) continue;
+        std::erase(calls_, call);
+        call->call();
+    }
+    return !due.empty();
+}
+
 void ManualScheduler::advance(Duration by) {
     const TimePoint until = now_ + by;
     for (int calls = 0; runNext(until); ++calls) {

@@ -21,9 +21,9 @@ class ManualScheduler final : public platform::Scheduler {
     void stall(Duration by) { now_ += by; }
     // Makes the next call, moving the time to it. False when there is none.
     bool runOne() { return runNext(TimePoint::max()); }
-    // Makes the next call that is due, for a test that lets something else happen before the one after it.
-    // False when none is.
-    bool runOneDue() { return runNext(now_); }
+    // Makes the calls that are due, in order, but not those that they add: one turn of an event loop. False
+    // when there are none.
+    bool runTurn();
     std::size_t pending() const;
 
   private:

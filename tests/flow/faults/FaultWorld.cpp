@@ -285,11 +285,12 @@ void FaultWorld::passes(Milliseconds time) {
 
 void FaultWorld::stalls(Milliseconds time) {
     services_.scheduler.stall(time);
-    // Timers and sockets in turns, as the event loop does it: the timers first, which is the worse order.
-    while (services_.scheduler.runOneDue()) QCoreApplication::processEvents();
+    // Timers and lines in turns, as the event loop takes them: the timers first, which is the worse order.
+    services_.scheduler.runTurn();
     farEnd_->tellOfWaiting();
-    QCoreApplication::processEvents();
-    services_.scheduler.runDue();
+    do {
+        QCoreApplication::processEvents();
+    } while (services_.scheduler.runTurn());
 }
 
 void FaultWorld::drops(const std::function<void()>& how) {
