@@ -87,6 +87,7 @@ void isBarred(FaultWorld& world, FakeBluez::Behaviour behaviour, FailedStep step
     world.expect(Link::Gone);
     EXPECT_EQ(world.failedStep(), step);
     EXPECT_GE(tester.attempts() - before, 5U);
+    world.passesTheDial();
     world.comesBack();
 }
 

@@ -180,6 +180,7 @@ bool FaultWorld::opens(Return way) {
 }
 
 void FaultWorld::settleDial() {
+    if (source_->state() != SearchState::Dialing) farEnd_->dialIsOver();
     EXPECT_TRUE(
         becomes([this] { return source_->state() != SearchState::Dialing || !farEnd_->answersDials(); }));
 }
@@ -281,6 +282,13 @@ void FaultWorld::passes(Milliseconds time) {
         QCoreApplication::processEvents();
     }
     settleDial();
+}
+
+void FaultWorld::passesTheDial() {
+    EXPECT_TRUE(becomes([this] {
+        if (source_->state() == SearchState::Dialing) services_.scheduler.advance(kStep);
+        return source_->state() != SearchState::Dialing;
+    }));
 }
 
 void FaultWorld::stalls(Milliseconds time) {
