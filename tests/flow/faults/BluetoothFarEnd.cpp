@@ -18,9 +18,7 @@ BluetoothFarEnd::BluetoothFarEnd() {
     bluez_->addAdapter();
     bluez_->addDevice({kTester, "Tester"});
     bluez_->attempted = [this](const std::string&) {
-        // Of a line that has gone to another program the application only learns that it does not come.
-        isSilent_ =
-            behaviour_.way == FakeBluez::Way::IsSilent || behaviour_.way == FakeBluez::Way::GoesElsewhere;
+        isSilent_ = behaviour_.way == FakeBluez::Way::IsSilent;
     };
 }
 

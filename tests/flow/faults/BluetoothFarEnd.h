@@ -24,10 +24,6 @@ class BluetoothFarEnd final : public FarEnd {
     void leave() override;
     void comeBack() override;
     bool answersDials() const override { return !isSilent_; }
-    // An attempt that the service is silent to is made on, and the next dial joins it.
-    void dialIsOver() override {
-        isSilent_ = isSilent_ && behaviour_.way == testing::FakeBluez::Way::IsSilent;
-    }
 
     // What becomes of an attempt to connect from now on.
     void becomes(testing::FakeBluez::Behaviour behaviour);

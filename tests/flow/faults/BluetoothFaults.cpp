@@ -87,7 +87,6 @@ void isBarred(FaultWorld& world, FakeBluez::Behaviour behaviour, FailedStep step
     world.expect(Link::Gone);
     EXPECT_EQ(world.failedStep(), step);
     EXPECT_GE(tester.attempts() - before, 5U);
-    world.passesTheDial();
     world.comesBack();
 }
 
@@ -102,10 +101,6 @@ void refuses(FaultWorld& world) {
 
 void isBusyElsewhere(FaultWorld& world) {
     isBarred(world, {Way::Fails, "org.bluez.Error.Failed", "br-connection-busy"}, FailedStep::Busy);
-}
-
-void lineIsAnotherPrograms(FaultWorld& world) {
-    isBarred(world, {Way::GoesElsewhere}, FailedStep::Busy);
 }
 
 void mayNotBeUsed(FaultWorld& world) {
@@ -135,7 +130,6 @@ constexpr Fault kBluetoothFaults[] = {
     {"PageTimeout", kBluetooth, pageTimesOut},
     {"RefusedForAMinute", kBluetooth, refuses},
     {"PortBusy", kBluetooth, isBusyElsewhere},
-    {"LineIsAnotherPrograms", kBluetooth, lineIsAnotherPrograms},
     {"NoRights", kBluetooth, mayNotBeUsed},
     {"NoAnswer", kBluetooth, answersNoAttempt},
 };

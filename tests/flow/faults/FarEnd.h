@@ -52,8 +52,6 @@ class FarEnd {
     virtual void comeBack() = 0;
     // Whether a dial is answered without time passing.
     virtual bool answersDials() const { return true; }
-    // The application dials no more, or not yet again.
-    virtual void dialIsOver() {}
     // What was sent is where the application can read it.
     virtual bool hasArrived(std::size_t /*bytes*/) { return true; }
     // What it plays by itself, one after the other on each of its lines; nothing for one that is told what to

@@ -58,8 +58,6 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
     // The tester sends it, and nobody has time to listen.
     void leavesWaiting(const Bytes& bytes);
     void passes(Milliseconds time);
-    // On to the end of the dial that is under way, if one is.
-    void passesTheDial();
     // The main thread does nothing for so long, and then all that there is to do.
     void stalls(Milliseconds time);
     // The same, and the application has noticed.
