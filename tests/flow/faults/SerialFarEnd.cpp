@@ -72,7 +72,9 @@ void SerialFarEnd::comeBack() {
 }
 
 void SerialFarEnd::removeNode() {
-    if (QFileInfo(node_).isDir()) EXPECT_TRUE(QDir().rmdir(node_));
+    if (QFileInfo(node_).isDir()) {
+        EXPECT_TRUE(QDir().rmdir(node_));
+    }
     QFile::remove(node_);
 }
 

@@ -20,12 +20,16 @@ using platform::FailedStep;
 class AsNobody {
   public:
     AsNobody() {
-        if (isRoot_) EXPECT_EQ(::setresuid(kNobody, kNobody, 0), 0);
+        if (isRoot_) {
+            EXPECT_EQ(::setresuid(kNobody, kNobody, 0), 0);
+        }
     }
     AsNobody(const AsNobody&) = delete;
     AsNobody& operator=(const AsNobody&) = delete;
     ~AsNobody() {
-        if (isRoot_) EXPECT_EQ(::setresuid(0, 0, 0), 0);
+        if (isRoot_) {
+            EXPECT_EQ(::setresuid(0, 0, 0), 0);
+        }
     }
 
   private:
