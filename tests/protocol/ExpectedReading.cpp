@@ -1,6 +1,7 @@
 #include "tests/protocol/ExpectedReading.h"
 
-#include <cstdio>
+#include <charconv>
+#include <iterator>
 
 namespace kestrix::protocol::expected {
 
@@ -17,9 +18,10 @@ unsigned word(Frame frame, std::size_t low) {
 }
 
 std::string printed(const char* before, double value, int decimals, const char* after) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%s%.*f%s", before, decimals, value, after);
-    return text;
+    char text[64];  // not by printf, which takes the locale's decimal point
+    const auto end =
+        std::to_chars(std::begin(text), std::end(text), value, std::chars_format::fixed, decimals);
+    return before + std::string(text, end.ptr) + after;
 }
 
 void setNumber(ValData& reading, unsigned magnitude, unsigned decimals, bool negative) {

@@ -10,7 +10,8 @@
 namespace kestrix::protocol {
 
 // A second, slow and literal reading of the frame format: one function per tester function, no tables, texts
-// by printf. It shares nothing with the decoder but the record, so that one can be checked by the other.
+// by the standard library. It shares nothing with the decoder but the record, so that one can be checked by
+// the other.
 MeterReading expectedRecord(std::span<const std::uint8_t> frame);
 
 // The bytes that a frame's hexadecimal text stands for.
