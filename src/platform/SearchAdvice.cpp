@@ -24,6 +24,7 @@ constexpr Advice kAdvice[] = {
     {FailedStep::Rights, "bluetooth", ""},
     {FailedStep::Busy, "bluetooth", ""},
     {FailedStep::Refused, "bluetooth", ""},
+    {FailedStep::NoAnswer, "bluetooth", ""},
     {FailedStep::Other, "bluetooth", ""},
     {FailedStep::Missing, "serial", QT_TRANSLATE_NOOP("SearchAdvice", "Plug the cable in.")},
     {FailedStep::Missing, "tcp", QT_TRANSLATE_NOOP("SearchAdvice", "Check the address.")},

@@ -76,7 +76,8 @@ TEST_F(BluetoothCommands, DevicesSaysWhyBluetoothCannotBeLookedAt) {
     bluez_.with([](FakeBluez& bluez) { bluez.setPowered(false); });
     lineIs("bluetooth:  none (Bluetooth is switched off: switch it on)");
     bluez_.with([](FakeBluez& bluez) { bluez.removeAdapter(); });
-    lineIs("bluetooth:  none (this computer has no Bluetooth adapter)");
+    lineIs(
+        "bluetooth:  none (this computer has no Bluetooth adapter: plug one in, or use the tester's cable)");
     bluez_.with([](FakeBluez& bluez) { bluez.becomeDeaf(); });
     lineIs(
         "bluetooth:  none (the Bluetooth service does not answer: restart it with 'systemctl restart "
@@ -97,7 +98,7 @@ TEST_F(BluetoothCommands, DevicesIsHeldUpByNoBusThatDoesNotAnswer) {
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(bluetoothLines(result.output),
                 ElementsAre("bluetooth:  none (no Bluetooth without the system's message bus, which does "
-                            "not answer)"));
+                            "not answer: choose a serial port, or restart the computer)"));
     // Nor does it hold up the end.
     Program waiting({"monitor", "bluetooth:", "--seconds", "0"}, setup);
     ASSERT_TRUE(waiting.waitForError("does not answer")) << waiting.error();
@@ -127,11 +128,13 @@ TEST_F(BluetoothCommands, DevicesTellsTheStepThatFails) {
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(
         linesOf(result.output),
-        ElementsAre(one + "  not found: no answer (Tester 1: switched off, asleep or out of reach)",
+        ElementsAre(one + "  not found: no answer (Tester 1: switched off, asleep or out of reach: switch it "
+                          "on and bring it near)",
                     two +
                         "  not found: pairing (Tester 2: it is not paired with this computer: pair it in the "
                         "Bluetooth settings)",
-                    "bluetooth:  not found: no answer (Tester 1: switched off, asleep or out of reach)"));
+                    "bluetooth:  not found: no answer (Tester 1: switched off, asleep or out of reach: "
+                    "switch it on and bring it near)"));
     EXPECT_THAT(complaintsIn(result.error), ElementsAre("kestrix-cli: 3 of 3 not found"));
 }
 

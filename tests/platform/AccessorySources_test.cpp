@@ -53,8 +53,8 @@ TEST_F(AccessorySourcesTest, EachKindIsMade) {
         bluetooth->start(observer);
         scheduler_.runDue();
         EXPECT_EQ(bluetooth->problem(),
-                  "no Bluetooth without the system's message bus, which cannot be reached: No such file or "
-                  "directory");
+                  "no Bluetooth without the system's message bus, which cannot be reached (No such file or "
+                  "directory): choose a serial port, or restart the computer");
         EXPECT_EQ(bluetooth->failedStep(), FailedStep::Adapter);
         bluetooth->stop();
     }

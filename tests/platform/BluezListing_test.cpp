@@ -102,7 +102,8 @@ TEST_F(BluezListingTest, AnAdapterThatIsOffOrGoneIsToldOnceForAll) {
     bluez_->setPowered(true);
     EXPECT_TRUE(linesBecome({"bluetooth:AA:BB:CC:00:00:01 Tester 1 paired"}));
     bluez_->removeAdapter();
-    EXPECT_TRUE(problemBecomes("this computer has no Bluetooth adapter"));
+    EXPECT_TRUE(
+        problemBecomes("this computer has no Bluetooth adapter: plug one in, or use the tester's cable"));
     EXPECT_EQ(listing_->step(), FailedStep::Adapter);
     bluez_->addAdapter();
     EXPECT_TRUE(problemBecomes(""));
@@ -117,7 +118,7 @@ TEST_F(BluezListingTest, ADeviceOfAnotherAdapterThatIsOffSaysSo) {
     look();
     EXPECT_TRUE(
         linesBecome({"bluetooth:AA:BB:CC:00:00:01 Tester 1 paired the Bluetooth adapter that it is "
-                     "paired with is switched off"}));
+                     "paired with is switched off: switch it on"}));
 }
 
 TEST_F(BluezListingTest, AServiceThatGoesAndComesIsFollowed) {
@@ -158,8 +159,8 @@ TEST_F(BluezListingTest, WithoutABusItSaysSoAndLooksAgain) {
     look();
     scheduler_.runDue();
     EXPECT_EQ(listing_->problem(),
-              "no Bluetooth without the system's message bus, which cannot be reached: No such file or "
-              "directory");
+              "no Bluetooth without the system's message bus, which cannot be reached (No such file or "
+              "directory): choose a serial port, or restart the computer");
     EXPECT_EQ(listing_->step(), FailedStep::Adapter);
     startBluez();
     bluez_->addDevice({});
@@ -187,7 +188,9 @@ TEST_F(BluezListingTest, ABusThatNeverAnswersHoldsNothingUpAndIsTold) {
     EXPECT_TRUE(spinUntil([&] { return silent.hasPendingConnections(); }));
     EXPECT_EQ(listing_->problem(), "");
     scheduler_.advance(BluezService::kAnswerLimit);
-    EXPECT_EQ(listing_->problem(), "no Bluetooth without the system's message bus, which does not answer");
+    EXPECT_EQ(listing_->problem(),
+              "no Bluetooth without the system's message bus, which does not answer: choose a serial port, "
+              "or restart the computer");
     EXPECT_EQ(listing_->step(), FailedStep::NoAnswer);
 }
 
@@ -215,8 +218,8 @@ TEST_F(BluezListingTest, ARuleOfTheBusThatForbidsItIsTold) {
     look();
     EXPECT_TRUE(spinUntil([&] { return !listing_->problem().empty(); }));
     EXPECT_EQ(listing_->problem(),
-              "no right to use Bluetooth: the computer's rules do not let this user speak to the Bluetooth "
-              "service");
+              "no right to use Bluetooth on this computer: log in at the computer itself, or ask who looks "
+              "after it");
     EXPECT_EQ(listing_->step(), FailedStep::Rights);
 }
 

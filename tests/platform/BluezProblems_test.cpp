@@ -7,6 +7,11 @@
 #include <QLocalServer>
 #include <QTemporaryDir>
 
+#include <cerrno>
+#include <fstream>
+#include <string_view>
+
+#include "platform/BluezLines.h"
 #include "tests/platform/BluezDialerFixture.h"
 
 namespace kestrix::platform {
@@ -19,7 +24,7 @@ using ::testing::StartsWith;
 using Way = FakeBluez::Way;
 
 constexpr const char* kNoRight =
-    "no right to use Bluetooth: the computer's rules do not let this user speak to the Bluetooth service";
+    "no right to use Bluetooth on this computer: log in at the computer itself, or ask who looks after it";
 
 TEST_F(BluezDialerTest, WhyADeviceIsNotEvenDialled) {
     startBluez();
@@ -40,10 +45,10 @@ TEST_F(BluezDialerTest, WhyADeviceIsNotEvenDialled) {
          "T: it is blocked on this computer: 'bluetoothctl unblock AA:BB:CC:00:00:01' lets it in"},
         {{kOne, "T", true, false, false, {testing::kHeadsetUuid}},
          FailedStep::Missing,
-         "T: it offers no serial port, as a tester does"},
+         "T: it offers no serial port, as a tester does: choose another device"},
         {{kOne, "T", true, false, false, {testing::kSerialPortUuid}, "hci1"},
          FailedStep::Adapter,
-         "T: the Bluetooth adapter that it is paired with is switched off"},
+         "T: the Bluetooth adapter that it is paired with is switched off: switch it on"},
     };
     for (const Row& row : rows) {
         bluez_->addDevice(row.device);
@@ -66,8 +71,8 @@ TEST_F(BluezDialerTest, WhyADeviceCouldNotBeConnected) {
         FailedStep step;
         const char* problem;
     };
-    const char* const away = "T: switched off, asleep or out of reach";
-    const char* const busy = "T: it is busy: another program or computer is connected to it";
+    const char* const away = "T: switched off, asleep or out of reach: switch it on and bring it near";
+    const char* const busy = "T: it is busy with another program or computer: end that connection";
     const char* const refused = "T: it refused the connection: switch it off and on again";
     const char* const pairing =
         "T: it refused the pairing: remove it from the Bluetooth settings and pair it again";
@@ -86,7 +91,7 @@ TEST_F(BluezDialerTest, WhyADeviceCouldNotBeConnected) {
         {"org.bluez.Error.Failed", "br-connection-key-missing", FailedStep::Pairing, pairing},
         {"org.bluez.Error.AuthenticationFailed", "Authentication Failed", FailedStep::Pairing, pairing},
         {"org.bluez.Error.NotAvailable", "br-connection-profile-unavailable", FailedStep::Missing,
-         "T: it offers no serial port, as a tester does"},
+         "T: it offers no serial port, as a tester does: choose another device"},
         {"org.bluez.Error.Failed", "br-connection-adapter-not-powered", FailedStep::Adapter,
          "T: Bluetooth is switched off: switch it on"},
         {"org.bluez.Error.NotReady", "Resource Not Ready", FailedStep::Adapter,
@@ -95,11 +100,15 @@ TEST_F(BluezDialerTest, WhyADeviceCouldNotBeConnected) {
          "T: not known to this computer: switch the tester on and pair it"},
         {"org.bluez.Error.NotAuthorized", "Not Authorized", FailedStep::Rights, nullptr},
         {"org.bluez.Error.NotPermitted", "Not Permitted", FailedStep::Rights, nullptr},
+        {"org.bluez.Error.NotPermitted", "UUID already registered", FailedStep::Busy,
+         "T: another program on this computer uses the tester's profile: end that program"},
+        {"org.freedesktop.DBus.Error.NoReply", "", FailedStep::Adapter,
+         "T: the Bluetooth service has stopped: start it with 'systemctl start bluetooth'"},
         {"org.freedesktop.DBus.Error.AccessDenied", "Rejected", FailedStep::Rights, nullptr},
         {"org.bluez.Error.Failed", "some\nnew reason", FailedStep::Other,
-         "T: it could not be connected: some\ufffdnew reason"},
+         "T: it could not be connected (some\ufffdnew reason): switch it off and on again"},
         {"org.bluez.Error.Failed", "", FailedStep::Other,
-         "T: it could not be connected: org.bluez.Error.Failed"},
+         "T: it could not be connected (org.bluez.Error.Failed): switch it off and on again"},
     };
     for (const Row& row : rows) {
         bluez_->behave(kOne, {Way::Fails, row.error, row.text});
@@ -134,7 +143,7 @@ TEST_F(BluezDialerTest, WithoutAServiceABusOrAnAdapterEachHasItsLine) {
     bluez_ = std::make_unique<FakeBluez>(bus_.address());
     bluez_->addDevice({});
     EXPECT_TRUE(spinUntil([&] { return back_ > 0; }));
-    EXPECT_EQ(failedDial(), "this computer has no Bluetooth adapter");
+    EXPECT_EQ(failedDial(), "this computer has no Bluetooth adapter: plug one in, or use the tester's cable");
     EXPECT_EQ(outcome_->step, FailedStep::Adapter);
     back_ = 0;
     bluez_->addAdapter("hci0", false);
@@ -156,12 +165,76 @@ TEST_F(BluezDialerTest, ABusThatNeverAnswersIsGivenUp) {
     EXPECT_FALSE(outcome_.has_value());
     scheduler_.advance(BluezService::kAnswerLimit);
     ASSERT_TRUE(outcome_.has_value());
-    EXPECT_EQ(problem(), "no Bluetooth without the system's message bus, which does not answer");
+    EXPECT_EQ(problem(),
+              "no Bluetooth without the system's message bus, which does not answer: choose a serial port, "
+              "or restart the computer");
     EXPECT_EQ(outcome_->step, FailedStep::NoAnswer);
     // The next dial finds one that does.
     startBluez();
     bluez_->addDevice({});
     EXPECT_TRUE(dial()) << problem();
+}
+
+TEST(BluezWords, EachSaysWhatIsWrongAndWhatToDo) {
+    for (const BluezWords& words : kBluezWords) {
+        EXPECT_NE(words.step, FailedStep::None) << words.what;
+        EXPECT_GT(std::string_view(words.what).size(), 5U);
+        EXPECT_GT(std::string_view(words.toDo).size(), 5U) << words.what;
+        EXPECT_EQ(std::string_view(words.what).find(':'), std::string_view::npos) << words.what;
+    }
+}
+
+// By what the line begins with, up to where it depends on the moment or goes into detail.
+TEST(BluezWords, AreInTheUsersGuide) {
+    std::ifstream file(KESTRIX_SOURCE_DIR "/docs/users-guide.md");
+    std::string table;
+    bool isInTable = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with('#')) isInTable = line == "## When it does not connect";
+        // The left column, with each of its lines behind a mark.
+        if (isInTable && line.starts_with("| "))
+            table += "; " + line.substr(2, line.find(" |", 2) - 2) + "; ";
+    }
+    for (std::size_t at = 0; (at = table.find(", or: ", at)) != std::string::npos;)
+        table.replace(at, 6, "; ");
+    ASSERT_NE(table.find("; Bluetooth is switched off; "), std::string::npos) << table;
+    for (const BluezWords& words : kBluezWords) {
+        const std::string what = words.what;
+        std::string beginning = what.substr(0, what.find_first_of(",%("));
+        if (words.line == BluezLine::NoAnswer) beginning = "no answer";
+        while (beginning.ends_with(' ')) beginning.pop_back();
+        EXPECT_NE(table.find("; " + beginning), std::string::npos) << beginning;
+    }
+}
+
+// What a caller is told is of those words.
+TEST(BluezWords, AreInEveryProblem) {
+    const BluezProblem all[] = {
+        noBus(ENOENT),
+        silentBus(),
+        noService(),
+        silentService(),
+        noDevice(),
+        unknownDevice(),
+        unpairedDevice(),
+        takenElsewhere(),
+        openedButNoTester(),
+        noAnswerWithin(std::chrono::seconds(6)),
+        problemOfAdapters({}),
+        problemOfService("any", "reason"),
+        problemOfConnecting("any", "reason"),
+    };
+    for (const BluezProblem& one : all) {
+        const std::size_t colon = one.text.find(": ");
+        ASSERT_NE(colon, std::string::npos) << one.text;
+        EXPECT_GT(one.text.size(), colon + 5) << one.text;
+        EXPECT_EQ(one.text.find('%'), std::string::npos) << one.text;
+    }
+    EXPECT_EQ(noAnswerWithin(std::chrono::seconds(6)).text,
+              "no answer within 6 s: switch it on and bring it near");
+    EXPECT_EQ(
+        problemOfService("any", "50% of a reason").text,
+        "the Bluetooth service refuses (50% of a reason): restart it with 'systemctl restart bluetooth'");
 }
 
 TEST_F(BluezDialerTest, RulesOfTheBusThatForbidItAreTold) {

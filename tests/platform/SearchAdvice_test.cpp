@@ -31,7 +31,19 @@ TEST(SearchAdvice, IsOfTheKindWhereThatMatters) {
     EXPECT_EQ(adviceFor(FailedStep::Rights, "serial:/dev/ttyS0"),
               "Ask for the right to use serial ports (group dialout).");
     EXPECT_EQ(adviceFor(FailedStep::Missing, "tcp://host:1"), "Check the address.");
-    EXPECT_EQ(adviceFor(FailedStep::NoAnswer, "bluetooth:"), "Switch the tester on and bring it near.");
+    EXPECT_EQ(adviceFor(FailedStep::NoAnswer, "serial:/dev/ttyS0"),
+              "Switch the tester on and bring it near.");
+}
+
+// What its own lines say must not be said twice; what every source says of an open channel has its advice.
+TEST(SearchAdvice, OfBluetoothIsOnlyForAChannelThatWasOpen) {
+    for (int step = static_cast<int>(FailedStep::Adapter); step <= static_cast<int>(FailedStep::NoAnswer);
+         ++step) {
+        EXPECT_EQ(adviceFor(static_cast<FailedStep>(step), "bluetooth:"), "") << step;
+        EXPECT_EQ(adviceFor(static_cast<FailedStep>(step), "bluetooth:AA:BB:CC:00:00:01"), "") << step;
+    }
+    for (const FailedStep step : {FailedStep::NoBytes, FailedStep::NoFrames, FailedStep::Ended})
+        EXPECT_NE(adviceFor(step, "bluetooth:"), "") << static_cast<int>(step);
 }
 
 }  // namespace

@@ -75,6 +75,9 @@ void FakeBluez::come() {
     ASSERT_GE(sd_bus_set_bus_client(bus, 1), 0);
     ASSERT_GE(sd_bus_start(bus), 0);
     ASSERT_GE(sd_bus_add_fallback(bus, nullptr, "/", &FakeBluez::called, this), 0);
+    ASSERT_GE(sd_bus_match_signal(bus, nullptr, "org.freedesktop.DBus", nullptr, "org.freedesktop.DBus",
+                                  "NameOwnerChanged", &FakeBluez::ownerGone, this),
+              0);
     if (name_ != nullptr) {
         ASSERT_GE(sd_bus_request_name(bus, name_, 0), 0);
     }
@@ -115,10 +118,7 @@ int FakeBluez::answer(sd_bus_message* call) {
         const char* uuid = "";
         sd_bus_message_read(call, "os", &at, &uuid);
         EXPECT_STREQ(uuid, kSerialPortUuid);
-        profilePath_ = at;
-        profileOwner_ = sd_bus_message_get_sender(call);
-        ++registrations;
-        sd_bus_reply_method_return(call, nullptr);
+        registerProfile(call, at);
     } else if (member == "ConnectProfile") {
         for (const auto& [address, device] : devices_) {
             if (pathOf(address) != path) continue;
@@ -133,6 +133,33 @@ int FakeBluez::answer(sd_bus_message* call) {
         sd_bus_reply_method_errorf(call, "org.freedesktop.DBus.Error.UnknownMethod", "no such method");
     }
     return 1;
+}
+
+// There is one of each profile.
+void FakeBluez::registerProfile(sd_bus_message* call, const char* path) {
+    const char* sender = sd_bus_message_get_sender(call);
+    if (isRegistered() && profileOwner_ != sender) {
+        ++refusedRegistrations;
+        sd_bus_reply_method_errorf(call, "org.bluez.Error.NotPermitted", "UUID already registered");
+        return;
+    }
+    profilePath_ = path;
+    profileOwner_ = sender;
+    ++registrations;
+    sd_bus_reply_method_return(call, nullptr);
+}
+
+int FakeBluez::ownerGone(sd_bus_message* signal, void* self, sd_bus_error*) {
+    auto& bluez = *static_cast<FakeBluez*>(self);
+    const char* name = "";
+    const char* before = "";
+    const char* now = "";
+    sd_bus_message_read(signal, "sss", &name, &before, &now);
+    if (*now == '\0' && bluez.profileOwner_ == name) {
+        bluez.profileOwner_.clear();
+        bluez.profilePath_.clear();
+    }
+    return 0;
 }
 
 void FakeBluez::complete(const std::string& address, Behaviour behaviour) {

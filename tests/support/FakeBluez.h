@@ -91,6 +91,7 @@ class FakeBluez {
     // The addresses of the attempts to connect, in their order.
     std::vector<std::string> attempts;
     int registrations = 0;
+    int refusedRegistrations = 0;  // of other programs, while one has registered the profile
     void pretendRegistered(const FakeBluez& elsewhere) {
         profileOwner_ = elsewhere.profileOwner_;
         profilePath_ = elsewhere.profilePath_;
@@ -125,7 +126,9 @@ class FakeBluez {
 
     static int called(sd_bus_message* call, void* self, sd_bus_error* error);
     static int handedOver(sd_bus_message* reply, void* self, sd_bus_error* error);
+    static int ownerGone(sd_bus_message* signal, void* self, sd_bus_error* error);
     int answer(sd_bus_message* call);
+    void registerProfile(sd_bus_message* call, const char* path);
     void answerAttempt(const Message& call, const std::string& address, const Behaviour& behaviour);
     void sendNewConnection(const std::string& address, Message attempt, bool withDescriptor);
     void appendObjects(sd_bus_message* message) const;
