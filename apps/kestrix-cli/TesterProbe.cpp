@@ -57,6 +57,13 @@ void TesterProbe::disappeared(const platform::AccessoryPtr&) {
     session_.reset();
 }
 
+// A channel that has just been opened has no problem. What is known of the tester is that of before.
+void TesterProbe::searchChanged() {
+    if (source_->failedStep() == FailedStep::None) return;
+    failed_ = source_->failedStep();
+    why_ = source_->problem();
+}
+
 void TesterProbe::stream(platform::Stream&, platform::StreamEvent event) {
     if (event != platform::StreamEvent::HasBytesAvailable) return;
     std::array<std::uint8_t, 1024> buffer;
@@ -82,6 +89,10 @@ std::string TesterProbe::report() const {
     if (found()) return function_.empty() ? "a tester" : "a tester, at " + function_;
     FailedStep step = source_->failedStep();
     std::string text = source_->problem();
+    if (step == FailedStep::None && bytes_ == 0) {
+        step = failed_;
+        text = why_;
+    }
     if (step == FailedStep::None && bytes_ > 0) {  // whole frames, of a function that there is not
         step = FailedStep::NoFrames;
         text = "bytes come, but no valid frame";

@@ -28,12 +28,15 @@ class TesterProbe final : private platform::AccessorySourceObserver, private pla
   private:
     void appeared(const platform::AccessoryPtr& accessory) override;
     void disappeared(const platform::AccessoryPtr& accessory) override;
+    void searchChanged() override;
     void stream(platform::Stream& stream, platform::StreamEvent event) override;
 
     std::unique_ptr<platform::AccessorySource> source_;
     std::function<void()> found_;
     std::unique_ptr<platform::EASession> session_;
     link::FrameExtractor frames_;
+    platform::FailedStep failed_ = platform::FailedStep::None;  // the last one, and why
+    std::string why_;
     std::uint64_t bytes_ = 0;
     bool foundTester_ = false;
     std::string function_;  // of the first valid frame; may be empty

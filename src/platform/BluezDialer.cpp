@@ -70,8 +70,20 @@ void BluezDialer::hear(const BluezService::News& news) {
             !problemOfDevice(device->second, service().objects()).text.empty())
             return;
         if (!address_.empty() && device->second.address != address_) return;
+        if (news.wasHeard && !isWorthATry(device->second.address)) return;
     }
     peerMayBeBack();
+}
+
+// A device that is heard in a search may have come back. One that has answered otherwise than by silence was
+// within reach before, and would only do so again.
+bool BluezDialer::isWorthATry(const std::string& address) {
+    const auto reason = reasons_.find(address);
+    const auto now = service().scheduler().now();
+    if (done_ || now < heardPauseUntil_) return false;
+    if (reason != reasons_.end() && reason->second.step != FailedStep::NoAnswer) return false;
+    heardPauseUntil_ = now + kHeardPause;
+    return true;
 }
 
 void BluezDialer::begin() {

@@ -24,6 +24,8 @@ class BluezDialer final : public Dialer {
     static constexpr Scheduler::Duration kOtherLimit{6000};
     // A device that was no tester when it was connected is left alone for this long.
     static constexpr Scheduler::Duration kNoTesterPause{60'000};
+    // While somebody searches, each device is heard many times a second: a dial for that at most this often.
+    static constexpr Scheduler::Duration kHeardPause{2000};
 
     // address: empty for any device.
     BluezDialer(std::string address, LastUsed lastUsed, std::shared_ptr<BluezProfile> profile);
@@ -56,6 +58,7 @@ class BluezDialer final : public Dialer {
     BluezProblem problemOfAll() const;
     std::string lastUsedAddress() const;
     void hear(const BluezService::News& news);
+    bool isWorthATry(const std::string& address);
     BluezService& service() const { return *profile_->service(); }
 
     std::string address_;
@@ -76,6 +79,7 @@ class BluezDialer final : public Dialer {
     std::string turn_;    // of the other device that was tried last
     std::map<std::string, Scheduler::TimePoint> leftAloneUntil_;
     std::map<std::string, BluezProblem> reasons_;
+    Scheduler::TimePoint heardPauseUntil_{};
 };
 
 }  // namespace kestrix::platform

@@ -86,7 +86,7 @@ BluezSign readDevice(sd_bus_message* message, BluezDevice& device) {
         if (name == "Paired") sign.there |= readBool(value, type, device.paired);
         if (name == "Connected") sign.there |= readBool(value, type, device.connected);
         if (name == "ServicesResolved") sign.there |= readBool(value, type, resolved);
-        if (name == "RSSI") sign.there = true;  // it was heard just now
+        if (name == "RSSI") sign.heard = true;
         if (name == "Blocked") {
             const bool before = device.blocked;
             readBool(value, type, device.blocked);

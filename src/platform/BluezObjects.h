@@ -35,6 +35,7 @@ struct BluezObjects {
 struct BluezSign {
     bool known = false;  // of an adapter or a device
     bool there = false;  // what it is about has come within reach, or may be used now
+    bool heard = false;  // it was heard in a search, which says so again and again
 };
 
 // Each reads from where the message stands and goes on behind it. What is not of the expected form is left

@@ -123,7 +123,9 @@ void BluezService::signalled(sd_bus_message* message) {
             sign.known = true;
         }
     }
-    if (sign.known) tell({sign.there, objects_.devices.contains(path) ? path : std::string()});
+    if (sign.known)
+        tell({sign.there || sign.heard, objects_.devices.contains(path) ? path : std::string(),
+              sign.heard && !sign.there});
 }
 
 void BluezService::ownerChanged(sd_bus_message* message) {

@@ -46,6 +46,7 @@ class BluezService {
     struct News {
         bool mayBeBack = false;   // something has come, was switched on or may be used now
         std::string device = {};  // the path of the device that it is about; empty: of all
+        bool wasHeard = false;    // in a search, and nothing else that would make it worth a try
     };
     using Observer = std::function<void(const News&)>;
     // Called from the event loop after anything has changed, for as long as what is returned lives.

@@ -248,6 +248,13 @@ void DialingSource::ended(const std::string& why) {
 // enough.
 void DialingSource::watchSilence() {
     const auto quiet = std::chrono::duration_cast<Scheduler::Duration>(scheduler_.now() - lastFrame_);
+    if (isOpening()) {
+        timer_ = scheduler_.callAfter(kOpeningTime - quiet, [this] {
+            watchSilence();
+            if (state_ == SearchState::Listening) tellSearch();  // currentProblem() is another one now
+        });
+        return;
+    }
     if (quiet < kSilenceLimit) {
         timer_ = scheduler_.callAfter(kSilenceLimit - quiet, [this] { watchSilence(); });
         return;
@@ -279,11 +286,17 @@ DialingSource::Problem DialingSource::silence() const {
                             : Problem{FailedStep::NoBytes, "silent for " + limit};
 }
 
+bool DialingSource::isOpening() const {
+    return state_ == SearchState::Listening && scheduler_.now() - lastFrame_ < kOpeningTime;
+}
+
 // An open channel has outlived the reason of a failed dial. That bytes came without a frame says more than
 // that none have come yet this time.
 DialingSource::Problem DialingSource::currentProblem() const {
     if (state_ != SearchState::Listening) return problem_;
-    return problem_.step == FailedStep::NoFrames && !bytesSinceFrame_ ? problem_ : silence();
+    const bool hadNoFrames = problem_.step == FailedStep::NoFrames;
+    if (isOpening()) return hadNoFrames ? problem_ : Problem{};
+    return hadNoFrames && !bytesSinceFrame_ ? problem_ : silence();
 }
 
 void DialingSource::lost(Problem problem) {

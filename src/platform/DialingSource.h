@@ -21,6 +21,8 @@ class DialingSource final : public AccessorySource {
     static constexpr Scheduler::Duration kFirstRetry{500};
     static constexpr Scheduler::Duration kLastRetry{5000};  // ... up to this, counted from the dial's start
     static constexpr Scheduler::Duration kSilenceLimit{3000};
+    // A channel that has just been opened has this long to bring something before it is called a problem.
+    static constexpr Scheduler::Duration kOpeningTime{1000};
 
     // uri says which tester; the scheduler must outlive the source.
     DialingSource(std::string uri, std::unique_ptr<Dialer> dialer, ListenerFactory listeners,
@@ -59,6 +61,7 @@ class DialingSource final : public AccessorySource {
     void watchSilence();
     void judgeSilence();
     Problem silence() const;
+    bool isOpening() const;
     Problem currentProblem() const;
     void lost(Problem problem);
     void retryLater();

@@ -100,7 +100,7 @@ TEST_F(BluezDevices, TheOneThatIsHeardIsTheTesterAndIsRemembered) {
     start();
     EXPECT_THAT(bluez_->attempts, ElementsAre(kOne));  // it connects, and is silent
     EXPECT_EQ(source_->state(), SearchState::Listening);
-    EXPECT_EQ(source_->failedStep(), FailedStep::NoBytes);
+    EXPECT_EQ(source_->failedStep(), FailedStep::None);
     pass(DialingSource::kSilenceLimit + milliseconds(100));
     EXPECT_TRUE(bluez_->lineHasEnded(kOne));
     pass(DialingSource::kFirstRetry);
@@ -140,7 +140,9 @@ TEST_F(BluezDevices, AnotherOneThatSaysNothingIsGivenUpForTheLastUsed) {
     start(kTwo);
     pass(BluezDialer::kOtherLimit);
     EXPECT_THAT(bluez_->attempts, ElementsAre(kTwo, kOne));
-    EXPECT_EQ(source_->problem(), "Tester: switched off, asleep or out of reach; Mute: no answer within 6 s");
+    EXPECT_EQ(source_->problem(),
+              "Tester: switched off, asleep or out of reach: switch it on and bring it near; Mute: no answer "
+              "within 6 s: switch it on and bring it near");
     pass(DialingSource::kFirstRetry);
     EXPECT_THAT(bluez_->attempts, ElementsAre(kTwo, kOne, kTwo));
 }
@@ -166,9 +168,9 @@ TEST_F(BluezDevices, APrinterIsLeftAloneForAMinuteWhileTheTesterIsAway) {
     pass(milliseconds(55'000));
     EXPECT_EQ(std::count(bluez_->attempts.begin(), bluez_->attempts.end(), kOne), 1);
     EXPECT_GT(std::count(bluez_->attempts.begin(), bluez_->attempts.end(), kTwo), 5);
-    EXPECT_EQ(
-        source_->problem(),
-        "Tester: switched off, asleep or out of reach; Printer: connected, but nothing of a tester came");
+    EXPECT_EQ(source_->problem(),
+              "Tester: switched off, asleep or out of reach: switch it on and bring it near; Printer: "
+              "connected, but nothing of a tester came: switch the tester on, or choose another device");
     EXPECT_EQ(source_->failedStep(), FailedStep::NoAnswer);
     pass(milliseconds(20'000));
     EXPECT_EQ(std::count(bluez_->attempts.begin(), bluez_->attempts.end(), kOne), 2);

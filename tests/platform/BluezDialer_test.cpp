@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/DialingSource.h"
 #include "tests/platform/BluezDialerFixture.h"
 
 namespace kestrix::platform {
@@ -16,6 +17,11 @@ using testing::FakeBluez;
 using ::testing::HasSubstr;
 using testing::spinUntil;
 using Way = FakeBluez::Way;
+
+class NobodyLooks final : public AccessorySourceObserver {
+    void appeared(const AccessoryPtr&) override {}
+    void disappeared(const AccessoryPtr&) override {}
+};
 
 TEST_F(BluezDialerTest, BytesGoBothWaysOverTheLineThatTheServiceHandsOver) {
     startBluez();
@@ -118,7 +124,8 @@ TEST_F(BluezDialerTest, AConnectionWithoutADescriptorIsNone) {
     startBluez();
     bluez_->addDevice({kOne, "T"});
     bluez_->behave(kOne, {Way::WithoutDescriptor});
-    EXPECT_EQ(failedDial(), "T: it could not be connected: br-connection-aborted-by-local");
+    EXPECT_EQ(failedDial(),
+              "T: it could not be connected (br-connection-aborted-by-local): switch it off and on again");
     EXPECT_EQ(bluez_->handOverAnswer, "org.freedesktop.DBus.Error.InvalidArgs");
     bluez_->behave(kOne, {});
     EXPECT_TRUE(dial()) << problem();
@@ -165,7 +172,7 @@ TEST_F(BluezDialerTest, ADeviceThatDoesNotAnswerIsGivenUpAndTheNextDialJoinsTheA
     EXPECT_LT(BluezDialer::kDeviceLimit, dialer_->timeLimit());
     scheduler_.advance(BluezDialer::kDeviceLimit);
     ASSERT_TRUE(outcome_.has_value());
-    EXPECT_EQ(problem(), "T: no answer within 8 s");
+    EXPECT_EQ(problem(), "T: no answer within 8 s: switch it on and bring it near");
     EXPECT_EQ(outcome_->step, FailedStep::NoAnswer);
     startDial();
     bluez_->complete(kOne, {});
@@ -231,12 +238,64 @@ TEST_F(BluezDialerTest, TwoDialsOfTwoDevicesGoOnAtOnce) {
         [&] { return outcome_->channel->bytesAvailable() == 1 && second->channel->bytesAvailable() == 2; }));
 }
 
+TEST_F(BluezDialerTest, WhileAnotherProgramHasTheProfileItIsBusyAndThenItGetsThrough) {
+    startBluez();
+    bluez_->addDevice({});
+    // Each has a connection to the bus of its own, as two programs have.
+    testing::ManualScheduler elsewhere;
+    auto first = std::make_unique<BluezDialer>(kOne, LastUsed{}, BluezProfile::shared(elsewhere));
+    std::optional<Dialer::Outcome> firsts;
+    first->dial([&](Dialer::Outcome outcome) { firsts = std::move(outcome); });
+    ASSERT_TRUE(spinUntil([&] { return firsts.has_value(); }));
+    ASSERT_NE(firsts->channel, nullptr) << firsts->problem;
+    const std::string owner = bluez_->profileOwner();
+
+    DialingSource source("bluetooth:", std::move(dialer_), makeAnyByteListener, scheduler_);
+    NobodyLooks nobody;
+    source.start(nobody);
+    const auto retryUntil = [&](const std::function<bool()>& isSo) {
+        return spinUntil([&] {
+            if (source.state() == SearchState::Waiting) scheduler_.advance(DialingSource::kLastRetry);
+            return isSo();
+        });
+    };
+    ASSERT_TRUE(retryUntil([&] { return bluez_->refusedRegistrations == 3; }));
+    EXPECT_EQ(source.problem(),
+              "Tester 1: another program on this computer uses the tester's profile: end that program");
+    EXPECT_EQ(source.failedStep(), FailedStep::Busy);
+    EXPECT_EQ(bluez_->profileOwner(), owner);
+
+    firsts.reset();
+    first.reset();
+    bluez_->greet(kOne, "a frame");
+    EXPECT_TRUE(retryUntil([&] { return source.state() == SearchState::Present; })) << source.problem();
+    EXPECT_NE(bluez_->profileOwner(), owner);
+    source.stop();
+}
+
+TEST_F(BluezDialerTest, WhatASearchHearsOfADeviceThatSaysNoIsNoReasonToDialIt) {
+    startBluez();
+    bluez_->addDevice({kOne, "T"});
+    bluez_->behave(kOne, {Way::Fails, "org.bluez.Error.Failed", "br-connection-refused"});
+    EXPECT_EQ(failedDial(), "T: it refused the connection: switch it off and on again");
+    const auto service = BluezService::shared(scheduler_);
+    back_ = 0;
+    int heard = 0;
+    const auto observer = service->observe([&](const BluezService::News& news) { heard += news.wasHeard; });
+    for (int times = 1; times <= 5; ++times) {
+        bluez_->tellStrength(kOne);
+        ASSERT_TRUE(spinUntil([&] { return heard == times; }));
+        scheduler_.advance(BluezDialer::kHeardPause);
+    }
+    EXPECT_EQ(back_, 0);
+}
+
 TEST_F(BluezDialerTest, WhatSaysThatTheDeviceIsThereIsToldAndNothingElse) {
     startBluez();
     bluez_->addDevice({});
     bluez_->addDevice({kTwo, "Other"});
     bluez_->behave(kOne, {Way::Fails});
-    EXPECT_EQ(failedDial(), "Tester 1: switched off, asleep or out of reach");
+    EXPECT_EQ(failedDial(), "Tester 1: switched off, asleep or out of reach: switch it on and bring it near");
     const auto service = BluezService::shared(scheduler_);
     int names = 0;
     const auto stirs = [&](const std::function<void()>& stir) {
@@ -255,12 +314,21 @@ TEST_F(BluezDialerTest, WhatSaysThatTheDeviceIsThereIsToldAndNothingElse) {
     EXPECT_TRUE(stirs([&] { bluez_->set(kOne, "Connected", true); }));
     EXPECT_FALSE(stirs([&] { bluez_->set(kOne, "Connected", false); }));
     EXPECT_TRUE(stirs([&] { bluez_->tellStrength(kOne); }));
+    scheduler_.advance(BluezDialer::kHeardPause);
     EXPECT_FALSE(stirs([&] { bluez_->tellStrength(kTwo); }));
     EXPECT_FALSE(stirs([&] { bluez_->set(kOne, "Paired", false); }));
     EXPECT_FALSE(stirs([&] { bluez_->tellStrength(kOne); }));
     EXPECT_TRUE(stirs([&] { bluez_->set(kOne, "Paired", true); }));
     EXPECT_FALSE(stirs([&] { bluez_->set(kOne, "Blocked", true); }));
     EXPECT_TRUE(stirs([&] { bluez_->set(kOne, "Blocked", false); }));
+    // A search hears it again and again.
+    EXPECT_TRUE(stirs([&] { bluez_->tellStrength(kOne); }));
+    scheduler_.advance(BluezDialer::kHeardPause - std::chrono::milliseconds(1));
+    EXPECT_FALSE(stirs([&] { bluez_->tellStrength(kOne); }));
+    EXPECT_TRUE(stirs([&] { bluez_->set(kOne, "Connected", true); }));
+    bluez_->set(kOne, "Connected", false);
+    scheduler_.advance(std::chrono::milliseconds(1));
+    EXPECT_TRUE(stirs([&] { bluez_->tellStrength(kOne); }));
     // A device that this program is connecting stirs because of that.
     bluez_->behave(kOne, {Way::IsSilent});
     startDial();

@@ -60,7 +60,11 @@ TEST_F(FrameHearingSource, NoiseIsNoTesterAndItsStepIsNoFrames) {
     scheduler_.advance(milliseconds(500));
     EXPECT_EQ(hearing_.state(), SearchState::Listening);
     EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames) << "until it is known that none come any more";
+    line_.receive(Bytes(100, 7));
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
     scheduler_.advance(DialingSource::kSilenceLimit);
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::NoFrames);
+    scheduler_.advance(milliseconds(500) + DialingSource::kSilenceLimit);
     EXPECT_EQ(hearing_.failedStep(), FailedStep::NoBytes);
 }
 
@@ -93,8 +97,10 @@ TEST_F(DialingSourceTest, NoiseThatCouldBeginNoFrameIsNoSilence) {
     source.start(*this);
     scheduler_.runDue();
     line.receive(Bytes{1, 2, 3});
+    EXPECT_EQ(source.failedStep(), FailedStep::None);
+    scheduler_.advance(DialingSource::kOpeningTime);
     EXPECT_EQ(source.failedStep(), FailedStep::NoFrames);
-    scheduler_.advance(DialingSource::kSilenceLimit);
+    scheduler_.advance(DialingSource::kSilenceLimit - DialingSource::kOpeningTime);
     EXPECT_EQ(source.problem(), "bytes come, but no valid frame");
     source.stop();
 }
@@ -241,6 +247,11 @@ TEST_F(FrameHearingSource, TheReasonOfAnOlderFailureIsNotShownWhileTheChannelIsO
     EXPECT_EQ(hearing_.failedStep(), FailedStep::Refused);
     made_->line = &line_;
     scheduler_.advance(milliseconds(500));
+    ASSERT_EQ(hearing_.state(), SearchState::Listening);
+    scheduler_.advance(DialingSource::kOpeningTime - milliseconds(1));
+    EXPECT_EQ(hearing_.problem(), "") << "what opens may take its time to bring something";
+    EXPECT_EQ(hearing_.failedStep(), FailedStep::None);
+    scheduler_.advance(milliseconds(1));
     EXPECT_EQ(hearing_.problem(), "connected, but no bytes come");
     EXPECT_EQ(hearing_.failedStep(), FailedStep::NoBytes);
     line_.receive(Bytes{0x90});

@@ -69,18 +69,26 @@ TEST_F(DialingSourceTest, EachStepOfTheSearchIsTold) {
     start();
     dialer_->line = &line_;
     scheduler_.advance(milliseconds(500));
+    scheduler_.advance(DialingSource::kOpeningTime);
     line_.receive(Bytes{1});
     line_.end("gone");
+    scheduler_.advance(milliseconds(500));
+    line_.receive(Bytes{1});
+    scheduler_.advance(DialingSource::kOpeningTime);
     source_.stop();
     using Step = std::pair<SearchState, std::string>;
     EXPECT_EQ(searches_, (std::vector<Step>{{SearchState::Waiting, ""},
                                             {SearchState::Dialing, ""},
                                             {SearchState::Waiting, "nobody there"},
                                             {SearchState::Dialing, "nobody there"},
+                                            {SearchState::Listening, ""},
                                             {SearchState::Listening, "connected, but no bytes come"},
                                             {SearchState::Present, ""},
                                             {SearchState::Waiting, "gone"},
-                                            {SearchState::Stopped, "gone"}}));
+                                            {SearchState::Dialing, "gone"},
+                                            {SearchState::Listening, ""},
+                                            {SearchState::Present, ""},
+                                            {SearchState::Stopped, ""}}));
 }
 
 TEST_F(DialingSourceTest, AFailedDialMayTellThePeersName) {
