@@ -46,7 +46,7 @@ void load() {
 
 QImage picture(const QString& name, int scale) {
     const QString stem = name.endsWith(QLatin1String(".png")) ? name.chopped(4) : name;
-    if (const QImage image = kept(stem, scale); !image.isNull()) return image;
+    if (QImage image = kept(stem, scale); !image.isNull()) return image;
     if (scale < 1 || scale >= kLargestScale) return {};
     const QImage largest = kept(stem, kLargestScale);
     if (largest.isNull()) return {};

@@ -32,10 +32,14 @@ void refuseWhatDoesNotGoTogether(const Options& options) {
     const bool settings = !options.settings.empty();
     refuseBeside("--tour", !options.tour.empty(),
                  {{"--connect", !options.uris.empty()},
+                  {"--choose", !options.choice.empty()},
                   {"--documents", documents},
                   {"--settings", settings},
                   {"--console", options.console}});
-    refuseBeside("--console", options.console, {{"--documents", documents}, {"--settings", settings}});
+    refuseBeside(
+        "--console", options.console,
+        {{"--choose", !options.choice.empty()}, {"--documents", documents}, {"--settings", settings}});
+    refuseBeside("--choose", !options.choice.empty(), {{"--connect", !options.uris.empty()}});
 }
 
 }  // namespace
@@ -47,6 +51,13 @@ std::optional<Options> readOptions(int argc, char** argv, int& exitStatus) {
     program.add_option("--connect", options.uris, "Where the tester is: " + platform::sourceForms())
         ->type_name("URI")
         ->allow_extra_args(false);
+    program
+        .add_option(
+            "--choose", options.choice,
+            "Look for the tester there from now on, in the window that is open already if there is one, "
+            "and keep that")
+        ->type_name("URI")
+        ->check(notEmpty);
     program.add_option("--documents", options.documents, "Keep the database and its settings in this folder")
         ->type_name("DIR")
         ->check(notEmpty);

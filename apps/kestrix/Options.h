@@ -9,6 +9,7 @@ namespace kestrix {
 // What the command line says.
 struct Options {
     std::vector<std::string> uris;
+    std::string choice;  // a URI
     std::string documents;
     std::string settings;
     std::string tour;      // the folder; empty: no tour

@@ -69,7 +69,7 @@ kestrix::shell::LaunchOptions::Listings makeListings(kestrix::platform::Schedule
 
 // Another of this program, which goes on when this one ends.
 std::string openWindow(const std::string& uri) {
-    const QStringList arguments{QStringLiteral("--connect"), QString::fromStdString(uri)};
+    const QStringList arguments{QStringLiteral("--choose"), QString::fromStdString(uri)};
     if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) return {};
     return "no other window can be opened";
 }
@@ -78,6 +78,7 @@ std::string openWindow(const std::string& uri) {
 int showWindow(const Options& options, const kestrix::app::TerminationSignals& signals) {
     kestrix::shell::LaunchOptions launch;
     launch.uris = options.uris;
+    launch.choice = options.choice;
     launch.standardUri = kStandardUri;
     launch.openWindow = openWindow;
     launch.makeListings = makeListings;

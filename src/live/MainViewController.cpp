@@ -298,7 +298,7 @@ void MainViewController::showTester() {
     const ui::TesterWords words = ui::testerWords(services_.accessories);
     const bool connected = display().link == display::LinkState::Connected;
     lblTester.setText(words.name.isEmpty() ? QStringLiteral("Kestrix") : words.name);
-    lblTesterState.setText(words.problem.isEmpty() ? words.state : words.problem);
+    lblTesterState.setText(words.state);
     btnTester.setAccessibleName(tr("Tester: %1, %2").arg(lblTester.text(), lblTesterState.text()));
     lblWhyNotConnected.setHidden(connected);
     lblWhyNotConnected.setText(ui::whyNotConnected(words));

@@ -127,7 +127,7 @@ std::string sourceForms() {
 
 SourceOrProblem makeAccessorySource(const std::string& text, Scheduler& scheduler,
                                     const SimulatorFactory& simulator, ListenerFactory listeners,
-                                    LastUsed lastUsed) {
+                                    const LastUsed& lastUsed) {
     std::optional<AccessoryUri> uri = parseAccessoryUri(text);
     if (!uri)
         return {nullptr, "'" + printableText(text) + "' is not a source; expected " + sourceForms(), true};

@@ -48,6 +48,6 @@ std::string sourceForms();
 // what lastUsed refers to, must outlive the source.
 SourceOrProblem makeAccessorySource(const std::string& uri, Scheduler& scheduler,
                                     const SimulatorFactory& simulator, ListenerFactory listeners,
-                                    LastUsed lastUsed = {});
+                                    const LastUsed& lastUsed = {});
 
 }  // namespace kestrix::platform

@@ -108,6 +108,7 @@ std::vector<BluezDialer::Candidate> BluezDialer::candidates() const {
             all.try_emplace(device.address, Candidate{device.address, path});
     }
     std::vector<Candidate> list;
+    list.reserve(all.size());
     for (auto& [address, candidate] : all) list.push_back(std::move(candidate));
     return list;
 }

@@ -59,7 +59,7 @@ bool offersSerialPort(sd_bus_message* value, std::string_view type) {
 }
 
 std::string shortName(const std::string& alias) {
-    const std::string name = printableText(alias);
+    std::string name = printableText(alias);
     std::size_t characters = 0;
     for (std::size_t i = 0; i < name.size(); ++i) {
         const bool begins = (static_cast<unsigned char>(name[i]) & 0xC0U) != 0x80U;

@@ -7,6 +7,7 @@ ScreenFrame {
     id: page
     required property AboutViewController screen
     framed: screen
+    backAt: Qt.point(10, 10)
 
     objectName: "aboutView"
 

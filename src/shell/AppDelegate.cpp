@@ -51,10 +51,16 @@ bool openInBrowser(const QString& address) {
     return QDesktopServices::openUrl(QUrl(address));
 }
 
+// A choice is looked for like what the command line names.
+LaunchOptions withChoice(LaunchOptions options) {
+    if (!options.choice.empty()) options.uris = {options.choice};
+    return options;
+}
+
 }  // namespace
 
 AppDelegate::AppDelegate(LaunchOptions options)
-    : options_(std::move(options)),
+    : options_(withChoice(std::move(options))),
       documents_(storage::documentsFolderFor(options_.documents,
                                              kindOf(options_.simulated || anyMadeUp(options_.uris)))),
       defaults_(storage::settingsFileFor(options_.settings, documents_),
@@ -93,6 +99,8 @@ bool AppDelegate::applicationDidFinishLaunchingWithOptions() {
     }
     if (choice_.uris.empty()) sources->clear();  // the folder takes no readings of their kind
     for (auto& source : *sources) accessories_.addSource(std::move(source));
+    if (!options_.choice.empty()) keepTester(defaults_, options_.choice);
+    claim_.chosen = [this](const std::string& uri) { takeOverChoice(uri); };
     return true;
 }
 
@@ -171,7 +179,7 @@ void AppDelegate::takeUpDatabase(std::chrono::milliseconds patience) {
 bool AppDelegate::hasFolder() {
     documents_.ensure();  // the display is live without it
     const std::string folder = documents_.path().toStdString();
-    switch (claim_.take(documents_.path(), purposeOf(choice_.uris))) {
+    switch (claim_.take(documents_.path(), purposeOf(choice_.uris), options_.choice)) {
         case FolderClaim::Answer::Ours:
             break;
         case FolderClaim::Answer::Shown:
@@ -244,14 +252,21 @@ platform::SourceOrProblem AppDelegate::makeSource(const std::string& uri) {
 
 bool AppDelegate::dropsChoice(const std::string& why) {
     if (choice_.by == TesterChoice::By::CommandLine || choice_.uris.empty()) return false;
-    if (choice_.by == TesterChoice::By::Settings)
-        notice_.show(
-            QCoreApplication::translate("AppDelegate", "The tester chosen last is not looked for: %1")
-                .replace(QLatin1String("%1"), QString::fromStdString(why)));
+    const char* const text =
+        choice_.by == TesterChoice::By::Settings
+            ? QT_TRANSLATE_NOOP("AppDelegate", "The tester chosen last is not looked for: %1")
+            : QT_TRANSLATE_NOOP("AppDelegate", "No tester is looked for: %1");
+    notice_.show(QCoreApplication::translate("AppDelegate", text)
+                     .replace(QLatin1String("%1"), QString::fromStdString(why)));
     choice_.uris.clear();
     simulated_ = options_.simulated;
     services_.simulated = simulated_;
     return true;
+}
+
+void AppDelegate::takeOverChoice(const std::string& uri) {
+    const ui::ChosenTester chosen = chooseTester(uri);
+    if (!chosen.problem.empty()) notice_.show(QString::fromStdString(chosen.problem));
 }
 
 ui::ChosenTester AppDelegate::chooseTester(const std::string& uri) {
@@ -263,12 +278,12 @@ ui::ChosenTester AppDelegate::chooseTester(const std::string& uri) {
         if (options_.openWindow) return {.problem = options_.openWindow(uri), .otherWindow = true};
         return {.problem = "there is no other window here", .otherWindow = true};
     }
+    choice_ = {{uri}, TesterChoice::By::Settings};
+    keepTester(defaults_, uri);  // before the tester of now is let go, which takes its time
+    claim_.setPurpose(purposeOf(choice_.uris));
     while (!accessories_.sources().empty())
         former_.push_back(accessories_.takeSource(*accessories_.sources().back()));
     burial_ = scheduler().callAfter(platform::Scheduler::Duration{0}, [this] { former_.clear(); });
-    choice_ = {{uri}, TesterChoice::By::Settings};
-    keepTester(defaults_, uri);
-    claim_.setPurpose(purposeOf(choice_.uris));
     accessories_.addSource(std::move(made.source));
     return {};
 }

@@ -34,6 +34,7 @@ namespace kestrix::shell {
 struct LaunchOptions {
     std::vector<std::string>
         uris;                 // where to look for testers; none: where the user chose last in the folder
+    std::string choice;       // where the user chose to look in another window; goes before `uris`
     std::string standardUri;  // where to look when he never chose; empty: nowhere
     QString documents;        // folder of the database; empty: one of the standard ones
     QString settings;         // ini file; empty: that of the folder
@@ -115,6 +116,8 @@ class AppDelegate {
     platform::SourceOrProblem makeSource(const std::string& uri);
     // No start fails for what the user chose in an earlier one.
     bool dropsChoice(const std::string& why);
+    // One that was made in another window.
+    void takeOverChoice(const std::string& uri);
     bool mayUseFolder();
     bool hasFolder();
     // Whether anything measures here, a tester or what makes readings up: then their kind counts.

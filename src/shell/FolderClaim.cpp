@@ -74,9 +74,11 @@ bool isOfThisUser(const QLocalSocket& peer) {
            who.uid == ::geteuid();
 }
 
-// A request is one line: the purpose, a blank, and what the desktop handed to the start.
-QByteArray requestFor(const QByteArray& purpose) {
-    return purpose + ' ' + qgetenv(kActivation).left(kLongestRequest / 2) + '\n';
+// A request is one line of three words, each of which may be empty: the purpose, what the desktop handed to
+// the start, and a choice.
+QByteArray requestFor(const QByteArray& purpose, const std::string& choice) {
+    return purpose + ' ' + qgetenv(kActivation).left(kLongestRequest / 4).replace(' ', "") + ' ' +
+           QByteArray::fromStdString(choice).toHex() + '\n';
 }
 
 }  // namespace
@@ -98,23 +100,24 @@ void FolderClaim::setPurpose(const QByteArray& purpose) {
                                  : QCryptographicHash::hash(purpose, QCryptographicHash::Sha256).toHex();
 }
 
-FolderClaim::Answer FolderClaim::take(const QString& folder, const QByteArray& purpose) {
+FolderClaim::Answer FolderClaim::take(const QString& folder, const QByteArray& purpose,
+                                      const std::string& choice) {
     folder_ = folder;
     setPurpose(purpose);
     std::optional<QString> other = takeFolder();
     if (!other) other = takePlace();
     if (!other) return Answer::Ours;
     letGo();
-    return askFor(*other);
+    return askFor(*other, choice);
 }
 
 // Has the window of who listens there brought forward.
-FolderClaim::Answer FolderClaim::askFor(const QString& name) const {
+FolderClaim::Answer FolderClaim::askFor(const QString& name, const std::string& choice) const {
     QLocalSocket socket;
     socket.setSocketOptions(QLocalSocket::AbstractNamespaceOption);
     socket.connectToServer(name);
     if (!socket.waitForConnected(kPatience) || !isOfThisUser(socket)) return Answer::Held;
-    socket.write(requestFor(purpose_));
+    socket.write(requestFor(purpose_, choice));
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(kPatience)) return Answer::Held;
     }
@@ -188,11 +191,15 @@ void FolderClaim::answer(QLocalSocket& caller) {
     if (!isOfThisUser(caller) || (!line && caller.bytesAvailable() > kLongestRequest)) return caller.abort();
     if (!line) return;
     const QByteArray request = caller.readLine(kLongestRequest);
-    const QByteArray wanted = request.left(std::max<qsizetype>(request.indexOf(' '), 0));
-    const QByteArray token = request.mid(wanted.size()).trimmed();
+    const QByteArrayList words =
+        request.trimmed().isEmpty() ? QByteArrayList() : request.chopped(1).split(' ');
+    const QByteArray wanted = words.value(0);
+    const QByteArray token = words.value(1);
+    const std::string choice = QByteArray::fromHex(words.value(2)).toStdString();
     if (!token.isEmpty()) qputenv(kActivation, token);
+    if (!choice.empty() && chosen) chosen(choice);
     if (secondStart) secondStart();
-    caller.write(wanted.isEmpty() || wanted == purpose_ ? kShown : kShownOther);
+    caller.write(wanted.isEmpty() || wanted == purpose_ || !choice.empty() ? kShown : kShownOther);
     caller.disconnectFromServer();
 }
 

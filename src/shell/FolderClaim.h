@@ -36,7 +36,8 @@ class FolderClaim {
     // folder: also one that is not there. purpose: what it is wanted for, to tell Shown from Other; empty:
     // whatever it is open for. To be called once. Waits for another process's answer for some seconds at
     // most.
-    Answer take(const QString& folder, const QByteArray& purpose);
+    // choice: a URI, which the process that has the folder takes over, whatever it is open for; empty: none.
+    Answer take(const QString& folder, const QByteArray& purpose, const std::string& choice = {});
 
     // What the folder is wanted for from now on.
     void setPurpose(const QByteArray& purpose);
@@ -52,8 +53,10 @@ class FolderClaim {
     // The process that has the folder, after Held and after false: "process 1234", or "another program".
     const std::string& holder() const { return holder_; }
 
-    // Called from the event loop when somebody starts a second window on the folder.
+    // Called from the event loop when somebody starts a second window on the folder, and before that, when he
+    // brings a choice, with its URI.
     std::function<void()> secondStart;
+    std::function<void(const std::string& uri)> chosen;
 
   private:
     using Server = std::unique_ptr<QLocalServer>;
@@ -68,7 +71,7 @@ class FolderClaim {
     // The name at which to ask for the window of who has it; none: it is ours.
     std::optional<QString> takeFolder();
     std::optional<QString> takePlace();
-    Answer askFor(const QString& name) const;
+    Answer askFor(const QString& name, const std::string& choice) const;
     // None where another process has the name, or none can be had.
     Server listen(const QString& name);
     void answer(QLocalSocket& caller);

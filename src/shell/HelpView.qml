@@ -7,6 +7,7 @@ ScreenFrame {
     id: page
     required property HelpViewController screen
     framed: screen
+    backAt: Qt.point(10, 10)
 
     component Way: ButtonView {
         x: 20

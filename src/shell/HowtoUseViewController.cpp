@@ -68,8 +68,8 @@ constexpr Shown kVoltagePE{
     QT_TRANSLATE_NOOP(
         "HowtoUse",
         "Live: the leads L, N and PE of the tester go to L, N and PE of an outlet at the supply; it shows "
-        "230 V and 50 Hz. TN and TT: L-PE is the mains voltage, N-PE near 0 V. N-PE at the mains voltage: "
-        "L and N swapped, or N open. L-PE far below it: PE is open. Stop, in either case.")};
+        "230 V and 50 Hz. TN and TT: L-PE is the mains voltage, N-PE near 0 V. N-PE at mains voltage: "
+        "L/N swapped, N open, or PE live. L-PE far below: PE open or live. Stop; touch no metal.")};
 
 constexpr Shown kPhaseOrder{
     "voltage3.png", QT_TRANSLATE_NOOP("HowtoUse", "Phase order"),

@@ -9,6 +9,7 @@ ScreenFrame {
     id: page
     required property MoreAppsViewController screen
     framed: screen
+    backAt: Qt.point(10, 10)
 
     objectName: "moreAppsView"
 

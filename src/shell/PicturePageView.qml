@@ -9,6 +9,7 @@ ScreenFrame {
     id: page
     required property PicturePage screen
     framed: screen
+    backAt: Qt.point(10, 10)
 
     objectName: "picturePageView"
 

@@ -35,7 +35,7 @@ class Reader {
 
     QString text(const char* key) {
         const QJsonValue value = rest_.take(QLatin1String(key));
-        const QString text = value.toString().trimmed();
+        QString text = value.toString().trimmed();
         if (value.isUndefined()) say(QStringLiteral("\"%1\" is missing").arg(QLatin1String(key)));
         if (text.isEmpty() || text.contains(u'\n'))
             say(QStringLiteral("\"%1\" is no text of one line").arg(QLatin1String(key)));
@@ -85,7 +85,7 @@ ProductContent readProductContent(const QByteArray& content) {
     if (listed.size() != kApplications)
         all.say(QStringLiteral("\"applications\" lists %1, not %2").arg(listed.size()).arg(kApplications));
     if (const QString problem = all.problem(); !problem.isEmpty()) return refused(problem);
-    for (const QJsonValue& value : listed) {
+    for (const auto& value : listed) {
         Reader one(value.toObject(), QStringLiteral("application %1: ").arg(read.applications.size() + 1));
         read.applications.push_back(
             {one.text("ImgUrl"), one.text("Title"), one.text("Content"), one.address("address")});

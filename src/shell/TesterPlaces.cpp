@@ -3,10 +3,12 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <map>
 #include <string_view>
 #include <utility>
 
 #include "platform/SearchAdvice.h"
+#include "platform/SourcePlace.h"
 
 namespace kestrix::shell {
 namespace {
@@ -75,6 +77,16 @@ std::vector<TesterPlace> capturesIn(const platform::DocumentsFolder& folder) {
     return captures;
 }
 
+// Two testers of one model call themselves alike.
+void tellApart(std::vector<TesterPlace>& places) {
+    std::map<QString, int> names;
+    for (const TesterPlace& place : places) ++names[place.name];
+    for (TesterPlace& place : places) {
+        const QString target = QString::fromStdString(platform::placeOf(place.uri)).section(u' ', -1);
+        if (names[place.name] > 1 && !place.uri.empty()) place.name += QLatin1String(" (") + target + u')';
+    }
+}
+
 }  // namespace
 
 TesterPlaces::TesterPlaces(Listings listings, const platform::DocumentsFolder& folder)
@@ -98,6 +110,7 @@ std::vector<TesterPlace> TesterPlaces::places() const {
                       .name = Places::tr("Built-in tester"),
                       .state = Places::tr("Simulated: nothing is measured"),
                       .group = Places::tr("Without a tester")});
+    tellApart(places);
     return places;
 }
 

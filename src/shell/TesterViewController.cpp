@@ -3,7 +3,9 @@
 #include <QDir>
 
 #include <algorithm>
+#include <utility>
 
+#include "platform/AccessorySources.h"
 #include "platform/AccessoryUri.h"
 
 namespace kestrix::shell {
@@ -17,6 +19,15 @@ constexpr int kTextFontSize = 12;
 constexpr double kLeastRowHeight = 30;
 constexpr double kMostRowHeight = 120;
 constexpr double kRowPadding = 8;
+constexpr platform::Scheduler::Duration kRowsDelay{250};
+
+// One of the kinds that there are, as the command line writes it: a serial port with its speed, say.
+bool isUri(const std::string& text) {
+    const auto uri = platform::parseAccessoryUri(text);
+    const std::vector<platform::SourceKind> kinds = platform::sourceKinds();
+    return uri && std::any_of(kinds.begin(), kinds.end(),
+                              [&](const platform::SourceKind& kind) { return kind.scheme == uri->scheme; });
+}
 
 // A tilde at its beginning is the user's own folder, as he writes it in a terminal.
 QString pathOf(QString text) {
@@ -57,7 +68,9 @@ void TesterViewController::viewDidLoad() {
     testers.setGrouped(true);
     testers.setLines(ui::Table::Lines::Below);
     testers.setChoice([this](int row) { choose(std::string(place(row).uri)); });
-    all_.changed = [this] { showRows(); };
+    all_.changed = [this] { showRowsSoon(); };
+    // Whoever types does not want the screen to close under his hands.
+    for (ui::TextField* field : {&address, &capture}) field->setEditAction([this] { chosen_.clear(); });
     NotificationCenter& center = NotificationCenter::defaultCenter();
     searches_ = center.addObserver(platform::kAccessorySearchDidChange,
                                    [this](const Notification&) { showSearch(); });
@@ -79,9 +92,9 @@ void TesterViewController::choose(const std::string& uri) {
 void TesterViewController::pressConnect() {
     address.endEditing();
     const std::string text = address.text().trimmed().toStdString();
-    if (!platform::parseHostAndPort(text))
-        return services_.notice.show(tr("Type an address as in 192.168.1.20:4000"));
-    choose("tcp://" + text);
+    if (platform::parseHostAndPort(text)) return choose("tcp://" + text);
+    if (isUri(text)) return choose(text);
+    services_.notice.show(tr("Type an address as in 192.168.1.20:4000"));
 }
 
 void TesterViewController::pressOpen() {
@@ -89,7 +102,7 @@ void TesterViewController::pressOpen() {
     const QString path = pathOf(capture.text());
     if (path.isEmpty()) return services_.notice.show(tr("Type the name of a capture's file"));
     const QString folder = services_.documents.path();
-    choose("replay:" + QDir(folder).absoluteFilePath(path).toStdString());
+    choose("replay:" + QDir::cleanPath(QDir(folder).absoluteFilePath(path)).toStdString());
 }
 
 void TesterViewController::showSearch() {
@@ -105,17 +118,27 @@ void TesterViewController::showSearch() {
     if (chosen_.empty() || !words.connected) return;
     chosen_.clear();
     services_.notice.show(tr("Connected"));
-    services_.navigation.dismiss(true);
+    if (!address.isEditing() && !capture.isEditing()) services_.navigation.dismiss(true);
 }
 
 QString TesterViewController::stateOf(const TesterPlace& place) const {
     for (const auto& source : services_.accessories.sources()) {
         if (place.uri.empty() || source->uri() != place.uri) continue;
         const ui::TesterWords words = ui::testerWords(*source);
-        const QString state = words.connected ? words.state : words.problem;
-        return tr("In use: %1").arg(state.isEmpty() ? words.state : state);
+        QString state = words.problem.isEmpty() ? words.state : words.problem;
+        if (!words.advice.isEmpty()) state = tr("%1. %2").arg(state, words.advice);
+        return tr("Chosen: %1").arg(state);
     }
     return place.state;
+}
+
+// Many may change at once, again and again.
+void TesterViewController::showRowsSoon() {
+    if (std::exchange(rowsAreDue_, true)) return;
+    rowsSoon_ = services_.scheduler.callAfter(kRowsDelay, [this] {
+        rowsAreDue_ = false;
+        showRows();
+    });
 }
 
 void TesterViewController::showRows() {

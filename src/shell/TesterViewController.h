@@ -29,7 +29,7 @@ class TesterViewController final : public kestrix::ui::FramedScreen {
     void choose(const std::string& uri);
     // What stands in the row of the table.
     const TesterPlace& place(int row) const { return places_.at(static_cast<std::size_t>(row)); }
-    // The tester at the address that was typed.
+    // The tester at the address that was typed: on the network, or any URI.
     void pressConnect();
     // The capture that was typed.
     void pressOpen();
@@ -51,11 +51,14 @@ class TesterViewController final : public kestrix::ui::FramedScreen {
   private:
     void showSearch();
     void showRows();
+    void showRowsSoon();
     QString stateOf(const TesterPlace& place) const;
 
     TesterPlaces all_;
     std::vector<TesterPlace> places_;  // as the rows show them
     std::string chosen_;               // on this screen, and not connected yet
+    bool rowsAreDue_ = false;
+    platform::Scheduler::Timer rowsSoon_;
     platform::NotificationCenter::Subscription searches_;
     platform::NotificationCenter::Subscription comings_;
 };

@@ -10,6 +10,7 @@ FocusScope {
     property MBButtonMenuViewController menu: null // that rises over this screen
     readonly property MBButtonMenuView menuView: risen.item as MBButtonMenuView
     property real lineY: 44         // of the toolbar's line, two points high
+    property point backAt: Qt.point(9, 7) // where the picture of the back button begins
     property real titleWidth: 0     // of the title's label; 0: as wide as the toolbar lets it
     default property alias content: below.data
     property alias toolbarItems: toolbar.data // beside title and back button
@@ -39,9 +40,10 @@ FocusScope {
             name: "orvo_contrast_tab.png"
         }
         ButtonView {
-            x: 2
+            x: frame.backAt.x - 7
+            y: 2 * (frame.backAt.y - 7)
             width: 44
-            height: frame.lineY // so that the frame of the keyboard is seen whole
+            height: frame.lineY - y // so that the frame of the keyboard is seen whole
             pictureWidth: 30
             pictureHeight: 30
             button: frame.framed.backButton

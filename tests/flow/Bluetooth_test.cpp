@@ -109,9 +109,11 @@ TEST_F(BluetoothRoad, APrinterBesideTheTesterIsNotTakenForIt) {
     bluez_->greet(kPrinter, "PRINTER READY\r\n");
     start("bluetooth:");
     ASSERT_TRUE(spinUntil([&] { return bluez_->line(kPrinter) >= 0; }));
-    ASSERT_TRUE(spinUntil(
-        [&] { return manager_.sources().front()->failedStep() == platform::FailedStep::NoFrames; }));
-    scheduler_.advance(std::chrono::milliseconds(3600));
+    const platform::AccessorySource& source = *manager_.sources().front();
+    ASSERT_TRUE(spinUntil([&] { return source.state() == platform::SearchState::Listening; }));
+    scheduler_.advance(std::chrono::milliseconds(1000));
+    ASSERT_TRUE(spinUntil([&] { return source.failedStep() == platform::FailedStep::NoFrames; }));
+    scheduler_.advance(std::chrono::milliseconds(2600));
     ASSERT_TRUE(spinUntil([&] { return bluez_->line(kTester) >= 0; }));
     EXPECT_TRUE(bluez_->lineHasEnded(kPrinter));
     bluez_->send(kTester, frame(7));

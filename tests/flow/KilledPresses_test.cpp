@@ -74,14 +74,29 @@ void spin(unsigned long turns) {
     for (volatile unsigned long i = 0; i < turns;) i = i + 1;
 }
 
+using Readings = std::map<std::string, std::string>;  // reading: name
+
+// What is only in the one, and only in the other.
+std::string differences(const Readings& expected, const Readings& found) {
+    std::string text;
+    for (const auto& [reading, name] : expected) {
+        if (const auto there = found.find(reading); there == found.end() || there->second != name)
+            text += "not found " + reading + ' ' + name + '\n';
+    }
+    for (const auto& [reading, name] : found) {
+        if (expected.find(reading) == expected.end()) text += "not expected " + reading + ' ' + name + '\n';
+    }
+    return text;
+}
+
 TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("kestrix.sqlite")).toStdString();
     storage::ServiceDao dao{platform::DocumentsFolder(folder.path())};
     dao.createTable();
 
-    std::mt19937 random(8);                       // NOLINT(cert-msc51-cpp)
-    std::map<std::string, std::string> expected;  // reading: name
+    std::mt19937 random(8);  // NOLINT(cert-msc51-cpp)
+    Readings expected;
     int midway = 0;
     // How many kills come in the middle of a press is the machine's: as many rounds as that takes.
     constexpr int kRounds = 200;
@@ -107,10 +122,11 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
         const std::string next = std::to_string(last + 1);
         if (file.value("SELECT count(*) FROM measurefrom WHERE result = '" + next + "Ω,'") == "1")
             expect(last + 1);
-        std::map<std::string, std::string> found;
+        Readings found;
         const auto measures = dao.findMeasureForm(true);
         for (const storage::MeasureData& measure : measures) found[measure.result] = measure.dataName;
-        ASSERT_EQ(found, expected);
+        EXPECT_EQ(differences(expected, found), "") << "of " << last - first + 1 << " that were said";
+        ASSERT_EQ(found.size(), expected.size());
         ASSERT_EQ(measures.size(), expected.size()) << "a measurement is there twice";
     }
     EXPECT_GE(midway, kEnoughMidway) << "hardly a kill came in the middle of a press";

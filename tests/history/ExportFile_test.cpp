@@ -12,6 +12,7 @@
 
 #include "tests/history/NearlyFullDisk.h"
 #include "tests/support/ProcessState.h"
+#include "tests/support/SystemText.h"
 
 namespace kestrix::history {
 namespace {
@@ -97,7 +98,7 @@ TEST_F(ExportFiles, AFullDiskIsToldAndLeavesNoHalfFile) {
     const NearlyFullDisk disk(100);
     const storage::Outcome outcome = write(std::string(1000, 'x'));
     EXPECT_FALSE(outcome.done);
-    EXPECT_EQ(outcome.reason, "the disk is full (File too large)");
+    EXPECT_EQ(outcome.reason, "the disk is full (" + testing::systemText(EFBIG) + ")");
     EXPECT_EQ(names(), QStringList());
 }
 
@@ -126,14 +127,14 @@ TEST_F(ExportFiles, AFolderThatMayNotBeWrittenIsTold) {
     const AsSomebody somebody;
     const platform::DocumentsFolder readOnly(QStringLiteral("/"));
     EXPECT_EQ(writeFileInFolder(readOnly, kName, content("x")).reason,
-              "the folder / may not be written by this user (Permission denied)");
+              "the folder / may not be written by this user (" + testing::systemText(EACCES) + ")");
 }
 
 TEST_F(ExportFiles, AFolderThatHasGoneIsToldAndNotMadeAnew) {
     ASSERT_TRUE(QDir().rmdir(folder_.path()));
     const storage::Outcome outcome = write("x");
-    EXPECT_EQ(outcome.reason,
-              "there is no folder " + folder_.path().toStdString() + " (No such file or directory)");
+    EXPECT_EQ(outcome.reason, "there is no folder " + folder_.path().toStdString() + " (" +
+                                  testing::systemText(ENOENT) + ")");
     EXPECT_FALSE(QFile::exists(folder_.path()));
 }
 
@@ -185,7 +186,8 @@ TEST_F(ExportFiles, ANewFileIsMadeWhereTheUserSays) {
 
 TEST_F(ExportFiles, ANewFileReplacesNone) {
     makeOutside();
-    EXPECT_EQ(writeNewFile(outside(), content("x")).reason, "outside is there already (File exists)");
+    EXPECT_EQ(writeNewFile(outside(), content("x")).reason,
+              "outside is there already (" + testing::systemText(EEXIST) + ")");
     EXPECT_EQ(contentOf(outside()), "of the user");
 }
 

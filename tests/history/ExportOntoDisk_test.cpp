@@ -4,6 +4,10 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <cerrno>
+
+#include "tests/support/SystemText.h"
+
 namespace kestrix::history {
 namespace {
 
@@ -25,13 +29,14 @@ std::string exportedOnto(const QString& path, const char* prepare) {
 TEST(ExportOntoDisk, AFullOneIsToldInOneLineAndLeavesNoHalfFile) {
     const QTemporaryDir disk;
     EXPECT_EQ(exportedOnto(disk.path(), "touch \"$1/other\""),
-              "the disk is full (No space left on device)\nother\n");
+              "the disk is full (" + testing::systemText(ENOSPC) + ")\nother\n");
 }
 
 TEST(ExportOntoDisk, OneThatIsMountedReadOnlyIsToldInOneLine) {
     const QTemporaryDir disk;
-    EXPECT_EQ(exportedOnto(disk.path(), "mount -o remount,ro \"$1\""),
-              "the folder " + disk.path().toStdString() + " is read-only (Read-only file system)\n");
+    EXPECT_EQ(
+        exportedOnto(disk.path(), "mount -o remount,ro \"$1\""),
+        "the folder " + disk.path().toStdString() + " is read-only (" + testing::systemText(EROFS) + ")\n");
 }
 
 }  // namespace

@@ -32,6 +32,7 @@ double divided(unsigned magnitude, unsigned decimals, bool negative) {
 
 std::string_view printed(char (&buffer)[64], double value, unsigned decimals) {
     const int length = std::snprintf(buffer, sizeof buffer, "%.*f", static_cast<int>(decimals), value);
+    std::replace(buffer, buffer + length, ',', '.');  // printf writes the locale's point
     return {buffer, static_cast<std::size_t>(length)};
 }
 

@@ -64,6 +64,28 @@ TEST_F(InformationScreens, TheMenusRowsLeadToHelpAndAbout) {
     EXPECT_FALSE(app().notice().isShown());
 }
 
+TEST_F(InformationScreens, EachHasItsTitleAndTheBackButtonsPictureInItsPlace) {
+    open();
+    for (const auto& [id, title] :
+         {std::pair(ScreenId::Help, "Help"),
+          std::pair(ScreenId::BluetoothConnectionHelp, "Bluetooth Connection"),
+          std::pair(ScreenId::SafetyTips, "Safety Tips"), std::pair(ScreenId::HowtoUse, "How to Use"),
+          std::pair(ScreenId::About, "About"), std::pair(ScreenId::MoreApps, "More Apps")}) {
+        app().screens().present(id, false);
+        settle();
+        EXPECT_EQ(text("screenTitle"), QLatin1String(title));
+        bool found = false;
+        for (QQuickItem* inside : testing::itemsUnder(item("btnBack"))) {
+            if (inside->property("source").toUrl().isEmpty()) continue;
+            EXPECT_EQ(placeOf(*inside), QRectF(10, 10, 30, 30)) << title;
+            found = true;
+        }
+        EXPECT_TRUE(found) << title;
+        app().screens().dismiss(false);
+        settle();
+    }
+}
+
 TEST_F(InformationScreens, TheMenuHasNoRowForMoreApps) {
     showMenu();
     for (int row = 0; row < 2; ++row) EXPECT_TRUE(isShown(QStringLiteral("menuRow%1").arg(row).toUtf8()));

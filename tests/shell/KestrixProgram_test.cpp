@@ -51,8 +51,8 @@ void expectOneLine(const std::string& error, const std::string& part) {
 TEST_F(KestrixProgram, HelpTellsEveryOption) {
     const cli::Result result = run({"--help"});
     EXPECT_EQ(result.status, 0);
-    for (const char* option : {"--connect", "--documents", "--settings", "--tour", "--console", "--verbose",
-                               "--version", "--help"})
+    for (const char* option : {"--choose", "--connect", "--documents", "--settings", "--tour", "--console",
+                               "--verbose", "--version", "--help"})
         EXPECT_NE(result.output.find(option), std::string::npos) << option;
     EXPECT_EQ(result.error, "");
 }
@@ -173,6 +173,24 @@ TEST_F(KestrixProgram, ASecondStartForAnotherTesterIsToldThatTheFirstGoesOnWithI
     expectOneLine(second.error, "a window on " + path("documents") +
                                     " is open already, and was brought forward; it goes on with its own "
                                     "testers");
+}
+
+TEST_F(KestrixProgram, AChoiceMadeElsewhereIsTakenOverByTheWindowThatIsOpen) {
+    Program first(
+        {"--connect", "simulator:", "--documents", path("documents"), "--settings", path("own.ini")},
+        setup());
+    ASSERT_TRUE(first.waitForError("状态:1")) << first.error();
+    const cli::Result second = run({"--choose", "simulator:earth", "--documents", path("documents")});
+    EXPECT_EQ(second.status, 0) << second.error;
+    EXPECT_NE(cli::contentOf(path("own.ini")).find("tester=simulator:earth"), std::string::npos);
+}
+
+TEST_F(KestrixProgram, AChoiceMadeElsewhereIsKeptWhereNoWindowIsOpen) {
+    Program first(
+        {"--choose", "simulator:earth", "--documents", path("documents"), "--settings", path("own.ini")},
+        setup());
+    ASSERT_TRUE(first.waitForError("状态:1")) << first.error();
+    EXPECT_NE(cli::contentOf(path("own.ini")).find("tester=simulator:earth"), std::string::npos);
 }
 
 // A toolkit whose windows cannot be loaded: the program starts, says what happens, and ends. What lies beside

@@ -42,6 +42,7 @@ class TesterViewControllerTest : public ::testing::Test {
         }
         return rows;
     }
+    void passQuarterOfASecond() { parts_.scheduler.advance(std::chrono::milliseconds(250)); }
     std::string state() { return screen().lblTesterState.text().toStdString(); }
     testing::FakeSource& addSource() {
         auto source = std::make_unique<testing::FakeSource>();
@@ -90,10 +91,52 @@ TEST_F(TesterViewControllerTest, FollowsWhatComesAndGoes) {
     EXPECT_EQ(rows().size(), 3U);
     ports_.accessories = {{"serial:/dev/ttyUSB0", "ttyUSB0", "a serial port"}};
     ports_.tell();
+    passQuarterOfASecond();
     EXPECT_EQ(rows().at(1), "Serial ports|ttyUSB0|a serial port");
     ports_.accessories.clear();
     ports_.tell();
+    passQuarterOfASecond();
     EXPECT_EQ(rows().at(1), "Serial ports||No serial port is there");
+}
+
+TEST_F(TesterViewControllerTest, OfManyChangesAtOnceTheRowsAreMadeOnce) {
+    paired_.accessories = {{"bluetooth:AA:BB:CC:DD:EE:FF", "KX 1", "paired"}};
+    screen();
+    int resets = 0;
+    QObject::connect(&screen().rows, &QAbstractItemModel::modelReset, [&] { ++resets; });
+    for (int change = 0; change < 100; ++change) {
+        paired_.accessories.front().uri = "bluetooth:" + std::to_string(change);
+        (*paired_.changed)();
+    }
+    EXPECT_EQ(resets, 0);
+    passQuarterOfASecond();
+    EXPECT_EQ(resets, 1);
+}
+
+TEST_F(TesterViewControllerTest, TellsTestersOfOneNameApart) {
+    paired_.accessories = {{"bluetooth:AA:BB:CC:DD:EE:01", "KX", "paired"},
+                           {"bluetooth:AA:BB:CC:DD:EE:02", "KX", "paired"},
+                           {"bluetooth:AA:BB:CC:DD:EE:03", "KY", "paired"}};
+    EXPECT_EQ(rows().at(1), "Bluetooth|KX (AA:BB:CC:DD:EE:01)|paired");
+    EXPECT_EQ(rows().at(2), "Bluetooth|KX (AA:BB:CC:DD:EE:02)|paired");
+    EXPECT_EQ(rows().at(3), "Bluetooth|KY|paired");
+}
+
+TEST_F(TesterViewControllerTest, StaysWhileTheUserTypes) {
+    testing::FakeSource& source = addSource();
+    screen().choose("fake:");
+    screen().capture.setEditing(true);
+    connect(source);
+    EXPECT_EQ(parts_.asked, (Asked{"choose fake:"}));
+    EXPECT_EQ(parts_.notice.text(), QStringLiteral("Connected"));
+}
+
+TEST_F(TesterViewControllerTest, StaysOnceTheUserHasTypedSomethingElse) {
+    testing::FakeSource& source = addSource();
+    screen().choose("fake:");
+    screen().capture.edit(QStringLiteral("site"));
+    connect(source);
+    EXPECT_EQ(parts_.asked, (Asked{"choose fake:"}));
 }
 
 TEST_F(TesterViewControllerTest, KeepsTheKeyboardsRowWhileOnlyStatesChange) {
@@ -103,6 +146,7 @@ TEST_F(TesterViewControllerTest, KeepsTheKeyboardsRowWhileOnlyStatesChange) {
     QObject::connect(&screen().rows, &QAbstractItemModel::modelReset, [&] { ++resets; });
     paired_.accessories[0].state = "connected";
     paired_.tell();
+    passQuarterOfASecond();
     EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|connected");
     EXPECT_EQ(resets, 0);
     EXPECT_EQ(screen().testers.currentRow(), 1);
@@ -135,12 +179,12 @@ TEST_F(TesterViewControllerTest, DoesNothingForARowThatIsOnlyAReason) {
 TEST_F(TesterViewControllerTest, TellsHowTheSearchGoesInItsRow) {
     testing::FakeSource& source = addSource();
     paired_.accessories = {{"fake:", "KX 1", "paired"}};
-    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|In use: Looking for it");
+    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|Chosen: Looking for it");
     source.tell({.step = FailedStep::NoAnswer, .problem = "out of reach"});
-    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|In use: out of reach");
+    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|Chosen: out of reach. Switch the tester on and bring it near.");
     EXPECT_EQ(state(), "Disconnected: out of reach. Switch the tester on and bring it near.");
     connect(source);
-    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|In use: Connected");
+    EXPECT_EQ(rows().at(1), "Bluetooth|KX 1|Chosen: Connected");
     EXPECT_EQ(state(), "Connected");
     EXPECT_EQ(screen().lblTesterName.text(), QStringLiteral("KX 1"));
     EXPECT_EQ(parts_.asked, Asked{}) << "nothing was chosen here, so the screen stays";
@@ -175,6 +219,12 @@ TEST_F(TesterViewControllerTest, TakesAnAddressOfTheNetwork) {
     screen().address.setText(QStringLiteral("[::1]:4000"));
     screen().address.pressReturn();
     EXPECT_EQ(parts_.asked, (Asked{"choose tcp://192.168.1.20:4000", "choose tcp://[::1]:4000"}));
+}
+
+TEST_F(TesterViewControllerTest, TakesAnyUriWhereAnAddressIsTyped) {
+    screen().address.setText(QStringLiteral("serial:/dev/ttyUSB0?baud=19200"));
+    screen().pressConnect();
+    EXPECT_EQ(parts_.asked, (Asked{"choose serial:/dev/ttyUSB0?baud=19200"}));
 }
 
 TEST_F(TesterViewControllerTest, SaysHowAnAddressIsWritten) {
