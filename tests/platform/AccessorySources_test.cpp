@@ -10,6 +10,7 @@
 
 #include "tests/support/EventLoop.h"
 #include "tests/support/ManualScheduler.h"
+#include "tests/support/SystemText.h"
 
 namespace kestrix::platform {
 namespace {
@@ -53,8 +54,8 @@ TEST_F(AccessorySourcesTest, EachKindIsMade) {
         bluetooth->start(observer);
         scheduler_.runDue();
         EXPECT_EQ(bluetooth->problem(),
-                  "no Bluetooth without the system's message bus, which cannot be reached (No such file or "
-                  "directory): choose a serial port, or restart the computer");
+                  "no Bluetooth without the system's message bus, which cannot be reached (" +
+                      testing::systemText(ENOENT) + "): choose a serial port, or restart the computer");
         EXPECT_EQ(bluetooth->failedStep(), FailedStep::Adapter);
         bluetooth->stop();
     }

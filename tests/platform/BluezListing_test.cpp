@@ -12,6 +12,7 @@
 
 #include "platform/BluezProfile.h"
 #include "tests/platform/BluezFixture.h"
+#include "tests/support/SystemText.h"
 
 namespace kestrix::platform {
 namespace {
@@ -159,8 +160,8 @@ TEST_F(BluezListingTest, WithoutABusItSaysSoAndLooksAgain) {
     look();
     scheduler_.runDue();
     EXPECT_EQ(listing_->problem(),
-              "no Bluetooth without the system's message bus, which cannot be reached (No such file or "
-              "directory): choose a serial port, or restart the computer");
+              "no Bluetooth without the system's message bus, which cannot be reached (" +
+                  testing::systemText(ENOENT) + "): choose a serial port, or restart the computer");
     EXPECT_EQ(listing_->step(), FailedStep::Adapter);
     startBluez();
     bluez_->addDevice({});
