@@ -13,15 +13,6 @@
 namespace kestrix::cli {
 namespace {
 
-const QString kLastUsedTester = QStringLiteral("lastUsedTester");
-
-platform::LastUsed lastUsedOf(platform::UserDefaults& settings) {
-    return {[&settings] { return settings.stringForKey(kLastUsedTester).toStdString(); },
-            [&settings](const std::string& uri) {
-                settings.setString(kLastUsedTester, QString::fromStdString(uri));
-            }};
-}
-
 // Beside the application's settings and not in them: its stored link state is its own.
 QString settingsPath(const std::string& given) {
     if (!given.empty()) return QString::fromStdString(given);
@@ -40,7 +31,7 @@ Link::Link(const std::string& settings, platform::Scheduler& timers)
 Ending Link::addSource(const std::string& uri) {
     if (!defaults.problem().isEmpty()) return failed(defaults.problem().toStdString());
     platform::SourceOrProblem made = platform::makeAccessorySource(
-        uri, scheduler, app::simulatorSource, link::makeFrameListener, lastUsedOf(defaults));
+        uri, scheduler, app::simulatorSource, link::makeFrameListener, platform::lastUsedIn(defaults));
     if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
     manager.addSource(std::move(made.source));
     return done();

@@ -27,11 +27,7 @@ QString bluetoothModulePath() {
 }
 
 BluetoothParts loadBluetooth(const QString& path) {
-    const LoadedModule module = loadModule(path, kBluetoothModuleEntry, "there is no Bluetooth");
-    BluetoothParts parts;
-    parts.problem = module.problem;
-    if (module.entry != nullptr) reinterpret_cast<MakeBluetoothParts>(module.entry)(parts);
-    return parts;
+    return loadParts<BluetoothParts>(path, kBluetoothModuleEntry, "there is no Bluetooth");
 }
 
 std::unique_ptr<AccessoryListing> makeBluetoothListing(Scheduler& scheduler) {

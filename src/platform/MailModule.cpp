@@ -10,11 +10,7 @@ QString mailModulePath() {
 }
 
 MailParts loadMail(const QString& path) {
-    const LoadedModule module = loadModule(path, kMailModuleEntry, "no mail can be sent");
-    MailParts parts;
-    parts.problem = module.problem;
-    if (module.entry != nullptr) reinterpret_cast<MakeMailParts>(module.entry)(parts);
-    return parts;
+    return loadParts<MailParts>(path, kMailModuleEntry, "no mail can be sent");
 }
 
 }  // namespace kestrix::platform

@@ -21,4 +21,14 @@ QString modulePath(const QString& file, const QString& place);
 // without: what cannot be done without it.
 LoadedModule loadModule(const QString& path, const char* entry, const std::string& without);
 
+// What its entry makes; Parts has a `problem`, which tells when there is no entry.
+template <typename Parts>
+Parts loadParts(const QString& path, const char* entry, const std::string& without) {
+    const LoadedModule module = loadModule(path, entry, without);
+    Parts parts;
+    parts.problem = module.problem;
+    if (module.entry != nullptr) reinterpret_cast<void (*)(Parts&)>(module.entry)(parts);
+    return parts;
+}
+
 }  // namespace kestrix::platform

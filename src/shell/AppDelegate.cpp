@@ -247,7 +247,7 @@ std::optional<AppDelegate::Sources> AppDelegate::makeSources() {
 
 platform::SourceOrProblem AppDelegate::makeSource(const std::string& uri) {
     return platform::makeAccessorySource(uri, scheduler(), options_.simulator, link::makeFrameListener,
-                                         lastUsedIn(defaults_));
+                                         platform::lastUsedIn(defaults_));
 }
 
 bool AppDelegate::dropsChoice(const std::string& why) {

@@ -6,7 +6,6 @@ namespace kestrix::shell {
 namespace {
 
 const QString kTester = QStringLiteral("tester");
-const QString kLastUsedTester = QStringLiteral("lastUsedTester");
 
 }  // namespace
 
@@ -22,14 +21,6 @@ TesterChoice testerAtStart(const std::vector<std::string>& named, const platform
 
 void keepTester(platform::UserDefaults& settings, const std::string& uri) {
     settings.setString(kTester, QString::fromStdString(uri));
-}
-
-platform::LastUsed lastUsedIn(platform::UserDefaults& settings) {
-    return {[&settings] { return settings.stringForKey(kLastUsedTester).toStdString(); },
-            [&settings](const std::string& uri) {
-                const QString text = QString::fromStdString(uri);
-                if (settings.stringForKey(kLastUsedTester) != text) settings.setString(kLastUsedTester, text);
-            }};
 }
 
 }  // namespace kestrix::shell

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "platform/AccessorySources.h"
 #include "platform/UserDefaults.h"
 
 namespace kestrix::shell {
@@ -26,8 +25,5 @@ TesterChoice testerAtStart(const std::vector<std::string>& named, const platform
 
 // From now on the windows on this folder look there, unless their command line names another place.
 void keepTester(platform::UserDefaults& settings, const std::string& uri);
-
-// Remembers in the folder's settings which of several devices was a tester last. settings: outlive it.
-platform::LastUsed lastUsedIn(platform::UserDefaults& settings);
 
 }  // namespace kestrix::shell

@@ -146,15 +146,5 @@ TEST_F(ChosenTesterTest, WhoseWindowDoesNotOpenIsSaid) {
     EXPECT_EQ(app().chooseTester("simulator:").problem, "no room");
 }
 
-TEST_F(ChosenTesterTest, WhichWasHeardLastIsRemembered) {
-    platform::UserDefaults settings(options_.settings);
-    const platform::LastUsed lastUsed = lastUsedIn(settings);
-    EXPECT_EQ(lastUsed.read(), "");
-    lastUsed.write("bluetooth:AA:BB:CC:DD:EE:FF");
-    EXPECT_EQ(lastUsed.read(), "bluetooth:AA:BB:CC:DD:EE:FF");
-    EXPECT_EQ(platform::UserDefaults(options_.settings).stringForKey(QStringLiteral("lastUsedTester")),
-              QStringLiteral("bluetooth:AA:BB:CC:DD:EE:FF"));
-}
-
 }  // namespace
 }  // namespace kestrix::shell
