@@ -102,9 +102,9 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
     constexpr int kRounds = 200;
     constexpr int kMostRounds = 5000;
     constexpr int kEnoughMidway = 20;
+    long first = 1;
     for (int round = 0; round < kRounds || (midway < kEnoughMidway && round < kMostRounds); ++round) {
         SCOPED_TRACE(round);
-        const long first = 1000L * round + 1;
         Presser presser(folder.path().toStdString(), first);
         for (auto lines = random() % 6; lines > 0; --lines) ASSERT_TRUE(presser.readLine());
         spin(random() % 10'000'000);
@@ -128,6 +128,8 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
         EXPECT_EQ(differences(expected, found), "") << "of " << last - first + 1 << " that were said";
         ASSERT_EQ(found.size(), expected.size());
         ASSERT_EQ(measures.size(), expected.size()) << "a measurement is there twice";
+        // However many there were: a number that comes twice would look like a press that is lost.
+        first = last + 2;
     }
     EXPECT_GE(midway, kEnoughMidway) << "hardly a kill came in the middle of a press";
     EXPECT_GT(expected.size(), 300U);
