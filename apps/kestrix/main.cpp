@@ -128,13 +128,15 @@ int main(int argc, char** argv) {
         qputenv("QT_QUICK_BACKEND", "software");
     }
     std::optional<kestrix::app::TerminationSignals> signals;
+    std::optional<kestrix::UsableDisplay> display;
     if (!tour) {
         signals.emplace();
-        const std::string problem = kestrix::displayProblem();
+        display.emplace();
         if (signals->signal() != 0) return 0;
-        if (!problem.empty())
-            return fail(problem + "; --tour DIR writes pictures, and kestrix-cli works in a terminal",
-                        kFailed);
+        if (!display->problem().empty())
+            return fail(
+                display->problem() + "; --tour DIR writes pictures, and kestrix-cli works in a terminal",
+                kFailed);
     }
     chooseRenderer();
     keepScaleFromShrinking();
@@ -143,6 +145,7 @@ int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN);  // nobody may read the log to its end
     std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow is a write that fails
     const QGuiApplication application(argc, argv);
+    display.reset();
     QGuiApplication::setApplicationName(QStringLiteral("kestrix"));
     if (signals) return options->console ? showConsole(*options, *signals) : showWindow(*options, *signals);
     kestrix::ui::installSystemFont();

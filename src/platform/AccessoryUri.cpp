@@ -54,6 +54,13 @@ std::optional<AccessoryUri> parseAccessoryUri(std::string_view text) {
     return uri;
 }
 
+std::string captureUri(const std::string& path) {
+    std::string uri = "replay:" + path;
+    // An option of its own, behind what would be taken for one.
+    if (!parseAccessoryUri(uri)->options.empty()) uri += "?speed=1";
+    return uri;
+}
+
 std::optional<std::string> takeOption(AccessoryUri& uri, const std::string& key) {
     const auto found = uri.options.find(key);
     if (found == uri.options.end()) return std::nullopt;

@@ -19,6 +19,9 @@ struct AccessoryUri {
 // file may have one in its name.
 std::optional<AccessoryUri> parseAccessoryUri(std::string_view text);
 
+// Of a capture's file, whatever its path looks like.
+std::string captureUri(const std::string& path);
+
 // Takes an option out of the URI; what is left in the end was not known.
 std::optional<std::string> takeOption(AccessoryUri& uri, const std::string& key);
 

@@ -41,6 +41,9 @@ class UserDefaults {
     // value: without line ends, which become blanks.
     void setString(const QString& key, const QString& value);
 
+    // Whether the last change is in the file.
+    bool isKept() const { return writable_; }
+
     QString path() const { return path_; }
 
   private:
@@ -58,7 +61,7 @@ class UserDefaults {
     bool folderWasThere_;
     QString problem_;
     Values values_;
-    bool writable_ = true;  // the last change is in the file
+    bool writable_ = true;
 };
 
 }  // namespace kestrix::platform

@@ -280,6 +280,11 @@ ui::ChosenTester AppDelegate::chooseTester(const std::string& uri) {
     }
     choice_ = {{uri}, TesterChoice::By::Settings};
     keepTester(defaults_, uri);  // before the tester of now is let go, which takes its time
+    if (!defaults_.isKept()) {
+        notice_.show(
+            QCoreApplication::translate("AppDelegate", "The next start looks elsewhere: %1 cannot be written")
+                .replace(QLatin1String("%1"), defaults_.path()));
+    }
     claim_.setPurpose(purposeOf(choice_.uris));
     while (!accessories_.sources().empty())
         former_.push_back(accessories_.takeSource(*accessories_.sources().back()));

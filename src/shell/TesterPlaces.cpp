@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/AccessoryUri.h"
 #include "platform/SearchAdvice.h"
 #include "platform/SourcePlace.h"
 
@@ -69,7 +70,7 @@ std::vector<TesterPlace> capturesIn(const platform::DocumentsFolder& folder) {
     std::vector<TesterPlace> captures;
     const QDir files(folder.path());
     for (const QString& name : files.entryList({QStringLiteral("*.kxc")}, QDir::Files, QDir::Name)) {
-        captures.push_back({.uri = "replay:" + files.absoluteFilePath(name).toStdString(),
+        captures.push_back({.uri = platform::captureUri(files.absoluteFilePath(name).toStdString()),
                             .name = name,
                             .state = Places::tr("Kept bytes of a tester, played again"),
                             .group = Places::tr("Captures in this folder")});

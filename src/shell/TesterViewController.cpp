@@ -102,7 +102,7 @@ void TesterViewController::pressOpen() {
     const QString path = pathOf(capture.text());
     if (path.isEmpty()) return services_.notice.show(tr("Type the name of a capture's file"));
     const QString folder = services_.documents.path();
-    choose("replay:" + QDir::cleanPath(QDir(folder).absoluteFilePath(path)).toStdString());
+    choose(platform::captureUri(QDir::cleanPath(QDir(folder).absoluteFilePath(path)).toStdString()));
 }
 
 void TesterViewController::showSearch() {

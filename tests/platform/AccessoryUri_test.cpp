@@ -26,6 +26,12 @@ TEST(AccessoryUri, AFileMayHaveAQuestionMarkAPercentSignAndBlanks) {
     EXPECT_EQ(parseAccessoryUri("replay:a?b=c?speed=2")->target, "a?b=c");
 }
 
+TEST(AccessoryUri, ACapturesFileIsItselfWhateverItsNameLooksLike) {
+    for (const char* path : {"/srv/a b/why?.kxc", "/srv/a?speed=max", "a?b=c&d=e.kxc", "/srv/a?b=c?speed=2"})
+        EXPECT_EQ(parseAccessoryUri(captureUri(path))->target, path);
+    EXPECT_EQ(captureUri("/srv/why?.kxc"), "replay:/srv/why?.kxc");
+}
+
 TEST(AccessoryUri, ATextWithoutASchemeIsNone) {
     EXPECT_FALSE(parseAccessoryUri(""));
     EXPECT_FALSE(parseAccessoryUri("house.kxc"));

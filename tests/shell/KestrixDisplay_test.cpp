@@ -1,6 +1,8 @@
 // kestrix as a whole program, and the display that it is to show its window on.
 #include <gtest/gtest.h>
 
+#include <sys/socket.h>
+
 #include <csignal>
 #include <optional>
 #include <string>
@@ -71,6 +73,17 @@ TEST(KestrixDisplay, OneThatAnswersIsUsed) {
     const cli::Descriptor asking = server.accept();
     DisplayServer::admit(asking);
     EXPECT_TRUE(server.accept().isOpen());  // the window's own
+}
+
+// A server without another client would begin anew in between, and drop the window's.
+TEST(KestrixDisplay, OneThatAnswersHasAClientUntilTheWindowsOwn) {
+    const DisplayServer server;
+    Program program({"--connect", "simulator:"}, onDisplay({"DISPLAY=" + server.name()}));
+    const cli::Descriptor asking = server.accept();
+    DisplayServer::admit(asking);
+    const cli::Descriptor own = server.accept();
+    char byte = 0;
+    EXPECT_NE(recv(asking.get(), &byte, 1, MSG_PEEK | MSG_DONTWAIT), 0) << "its end";
 }
 
 TEST(KestrixDisplay, ASignalBeforeThereIsAWindowEndsTheProgramInOrder) {

@@ -50,6 +50,20 @@ TEST_F(ChosenTesterTest, IsKeptInTheFoldersSettings) {
     EXPECT_EQ(lookedFor(), Uris{kOther});
 }
 
+TEST_F(ChosenTesterTest, WhichCannotBeKeptIsLookedForAndTheUserIsTold) {
+    const QString settings = folder_.filePath(QStringLiteral("settings"));
+    options_.settings = settings + QStringLiteral("/kestrix.ini");
+    options_.standardUri = kSilent;
+    start();
+    app().notice().clear();
+    ASSERT_TRUE(QDir().rename(settings, settings + QStringLiteral(".gone")));
+    testing::expectWarning("cannot be written; tester is not kept");
+    EXPECT_EQ(app().chooseTester(kOther).problem, "");
+    EXPECT_EQ(lookedFor(), Uris{kOther});
+    EXPECT_EQ(app().notice().text(),
+              QStringLiteral("The next start looks elsewhere: %1 cannot be written").arg(options_.settings));
+}
+
 TEST_F(ChosenTesterTest, GoesBehindTheCommandLine) {
     keep(kOther);
     options_.uris = {kSilent};

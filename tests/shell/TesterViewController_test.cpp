@@ -244,10 +244,13 @@ TEST_F(TesterViewControllerTest, OpensACaptureByItsPath) {
     screen().btnOpen.press();
     screen().capture.setText(QStringLiteral("~/site.kxc"));
     screen().capture.pressReturn();
+    screen().capture.setText(QStringLiteral("/srv/a?speed=max"));
+    screen().btnOpen.press();
     EXPECT_EQ(parts_.asked,
               (Asked{"choose replay:/srv/site one.kxc",
                      "choose replay:" + parts_.folder.filePath(QStringLiteral("site.kxc")).toStdString(),
-                     "choose replay:" + QDir::homePath().toStdString() + "/site.kxc"}));
+                     "choose replay:" + QDir::homePath().toStdString() + "/site.kxc",
+                     "choose replay:/srv/a?speed=max?speed=1"}));
     screen().capture.setText(QString());
     screen().pressOpen();
     EXPECT_EQ(parts_.notice.text(), QStringLiteral("Type the name of a capture's file"));

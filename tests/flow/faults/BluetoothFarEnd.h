@@ -27,6 +27,15 @@ class BluetoothFarEnd final : public FarEnd {
 
     // What becomes of an attempt to connect from now on.
     void becomes(testing::FakeBluez::Behaviour behaviour);
+    // The service takes what comes, and answers nothing.
+    void serviceBecomesSilent() {
+        isSilent_ = true;
+        bluez_->becomeDeaf();
+    }
+    void serviceAnswersAgain() {
+        isSilent_ = false;
+        bluez_->hearAgain();
+    }
     std::size_t attempts() const { return bluez_->attempts.size(); }
     testing::FakeBluez& bluez() { return *bluez_; }
 

@@ -120,6 +120,18 @@ void answersNoAttempt(FaultWorld& world) {
     world.comesBack();
 }
 
+// The service takes what it is asked, and says nothing.
+void serviceIsSilent(FaultWorld& world) {
+    auto& tester = world.as<BluetoothFarEnd>();
+    tester.serviceBecomesSilent();
+    world.ends();
+    world.passes(1min);
+    world.expect(Link::Gone);
+    EXPECT_EQ(world.failedStep(), FailedStep::NoAnswer);
+    tester.serviceAnswersAgain();
+    world.comesBack();
+}
+
 constexpr Fault kBluetoothFaults[] = {
     {"AdapterOffAndOn", kBluetooth, adapterIsSwitchedOffAndOn},
     {"AdapterPulledAndPluggedIn", kBluetooth, adapterIsPulledAndPluggedIn},
@@ -132,6 +144,7 @@ constexpr Fault kBluetoothFaults[] = {
     {"PortBusy", kBluetooth, isBusyElsewhere},
     {"NoRights", kBluetooth, mayNotBeUsed},
     {"NoAnswer", kBluetooth, answersNoAttempt},
+    {"ServiceIsSilent", kBluetooth, serviceIsSilent},
 };
 
 }  // namespace
