@@ -35,7 +35,7 @@ TEST(ExportOntoDisk, AFullOneIsToldInOneLineAndLeavesNoHalfFile) {
 TEST(ExportOntoDisk, OneThatIsMountedReadOnlyIsToldInOneLine) {
     const QTemporaryDir disk;
     EXPECT_EQ(
-        exportedOnto(disk.path(), "mount -o remount,ro \"$1\""),
+        exportedOnto(disk.path(), "mount -o remount,bind,ro \"$1\""),
         "the folder " + disk.path().toStdString() + " is read-only (" + testing::systemText(EROFS) + ")\n");
 }
 
