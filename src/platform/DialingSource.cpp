@@ -155,7 +155,7 @@ void DialingSource::dialed(Dialer::Outcome outcome) {
     channel_->events.bytesAvailable = [this] { takeIn(); };
     channel_->events.spaceAvailable = [this] { tellSpace(); };
     channel_->events.closed = [this](const std::string& why) { ended(why); };
-    lastFrame_ = scheduler_.now();
+    wasHeard();
     bytesSinceFrame_ = false;
     watchSilence();
     tellSearch();
@@ -163,11 +163,19 @@ void DialingSource::dialed(Dialer::Outcome outcome) {
         moreTimer_ = scheduler_.callAfter(Scheduler::Duration{0}, [this] { takeIn(); });
 }
 
+void DialingSource::wasHeard() {
+    lastFrame_ = scheduler_.now();
+    asleepAtFrame_ = scheduler_.asleep();
+}
+
 // Everything that comes goes this way: it is heard, it may make the tester appear, and it is handed on.
 void DialingSource::takeIn() {
     if (!channel_) return;
+    // What waits was sent before that, and the line may be dead without knowing it.
+    if (scheduler_.asleep() - asleepAtFrame_ >= kSilenceLimit)
+        return lost({FailedStep::Ended, "the computer was asleep"});
     if (hearWhatWaits() > 0) {
-        lastFrame_ = scheduler_.now();
+        wasHeard();
         if (state_ == SearchState::Listening) appear();
     }
     handOn();
@@ -268,7 +276,7 @@ void DialingSource::judgeSilence() {
     takeIn();
     if (!channel_) return;
     // A session that leaves a full inbox unread keeps the tester waiting, which therefore cannot be heard.
-    if (inbox_.size() >= ByteChannel::kBufferLimit) lastFrame_ = scheduler_.now();
+    if (inbox_.size() >= ByteChannel::kBufferLimit) wasHeard();
     if (scheduler_.now() - lastFrame_ < kSilenceLimit) {
         watchSilence();
     } else {

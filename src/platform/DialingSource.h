@@ -47,6 +47,7 @@ class DialingSource final : public AccessorySource {
     };
 
     void enter(SearchState state);
+    void wasHeard();
     void tellSearch();
     void dial();
     void dialed(Dialer::Outcome outcome);
@@ -80,7 +81,8 @@ class DialingSource final : public AccessorySource {
     std::uint32_t attempt_ = 0;  // tells the answer to this dial from one that comes too late
     Scheduler::Duration retryDelay_ = kFirstRetry;
     Scheduler::TimePoint dialedAt_{};
-    Scheduler::TimePoint lastFrame_{};  // or when the channel was opened
+    Scheduler::TimePoint lastFrame_{};      // or when the channel was opened
+    Scheduler::Duration asleepAtFrame_{0};  // how long the computer had slept until then
     bool bytesSinceFrame_ = false;
     Scheduler::Timer timer_;          // retry, dial limit or silence: what the state waits for
     Scheduler::Timer moreTimer_;      // the channel held more than one turn may take

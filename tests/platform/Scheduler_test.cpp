@@ -102,5 +102,31 @@ TEST(QtScheduler, ALongWaitIsMadeOfLegsAndIsNoShorter) {
               std::chrono::milliseconds(4));  // precise timers may be a millisecond early
 }
 
+// Qt's timers stand still meanwhile.
+TEST(QtScheduler, WhatBecameDueWhileTheComputerSleptIsCalledWhenItWakes) {
+    Scheduler::Duration slept{0};
+    QtScheduler scheduler(QtScheduler::kLongestLeg, [&] { return QtScheduler::timeSinceStart() + slept; });
+    std::string order;
+    const auto hour = scheduler.callAfter(std::chrono::hours(1), [&] { order += "hour "; });
+    const auto day = scheduler.callAfter(std::chrono::hours(24), [&] { order += "day "; });
+    slept = std::chrono::hours(8);
+    scheduler.wakeUp();
+    EXPECT_EQ(order, "") << "not from the event loop";
+    EXPECT_TRUE(testing::spinUntil([&] { return !order.empty(); }));
+    EXPECT_EQ(order, "hour ");
+}
+
+TEST(QtScheduler, ItsClockGoesOnInSleep) {
+    QtScheduler scheduler;
+    timespec before{};
+    timespec after{};
+    clock_gettime(CLOCK_BOOTTIME, &before);
+    const auto now = scheduler.now().time_since_epoch();
+    clock_gettime(CLOCK_BOOTTIME, &after);
+    EXPECT_GE(now, std::chrono::seconds(before.tv_sec) + std::chrono::nanoseconds(before.tv_nsec));
+    EXPECT_LE(now, std::chrono::seconds(after.tv_sec) + std::chrono::nanoseconds(after.tv_nsec));
+    EXPECT_GE(scheduler.asleep(), Scheduler::Duration{-1});  // two clocks, one after the other
+}
+
 }  // namespace
 }  // namespace kestrix::platform

@@ -56,7 +56,9 @@ std::ptrdiff_t FakeChannel::write(std::span<const std::uint8_t> bytes) {
 void FakeChannel::close() {
     ++line_.closeCalls;
     closed_ = true;
-    if (line_.channel == this) line_.channel = nullptr;  // no event comes any more
+    if (line_.channel != this) return;
+    line_.channel = nullptr;  // no event comes any more
+    line_.incoming.clear();   // and nobody can read it
 }
 
 std::unique_ptr<platform::ByteChannel> FakeOpener::openChannel(const platform::Accessory&,

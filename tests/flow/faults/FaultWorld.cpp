@@ -285,6 +285,16 @@ void FaultWorld::passes(Milliseconds time) {
 
 void FaultWorld::stalls(Milliseconds time) {
     services_.scheduler.stall(time);
+    takeTurns();
+}
+
+void FaultWorld::sleeps(Milliseconds time) {
+    services_.now += time;
+    services_.scheduler.sleep(time);
+    takeTurns();
+}
+
+void FaultWorld::takeTurns() {
     // Timers and lines in turns, as the event loop takes them: the timers first, which is the worse order.
     services_.scheduler.runTurn();
     farEnd_->tellOfWaiting();

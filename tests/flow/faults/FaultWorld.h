@@ -60,6 +60,9 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
     void passes(Milliseconds time);
     // The main thread does nothing for so long, and then all that there is to do.
     void stalls(Milliseconds time);
+    // The computer sleeps: the user's clock and the scheduler's go on, and nobody is told that a line is
+    // dead.
+    void sleeps(Milliseconds time);
     // The same, and the application has noticed.
     void ends() {
         drops([this] { farEnd_->end(); });
@@ -107,6 +110,7 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
     bool isConnected() const { return screen_->bluestate == link::kConnected; }
     void didReceive3820Data(const protocol::MeterReading& record, bool success) override;
     std::unique_ptr<live::MainViewController> makeScreen();
+    void takeTurns();
     bool isListening() const;
     bool opens(Return way);
     void settleDial();

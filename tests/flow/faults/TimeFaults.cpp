@@ -45,25 +45,26 @@ void clockJumps(FaultWorld& world) {
     world.comesBack();
 }
 
-// The computer sleeps: its clock goes on, the time that timers know does not. The line is dead, and nobody
-// says so.
 void sleepsForANight(FaultWorld& world) {
-    world.setClock(8h);
-    world.expect(Link::Connected);
-    world.passes(2999ms);
-    world.expect(Link::Connected);
-    world.passes(1ms);
+    world.drops([&] { world.sleeps(8h); });
     world.expect(Link::Gone);
     world.comesBack();
 }
 
-void sleepsBesideItsTester(FaultWorld& world) {
-    const Bytes waiting = world.frame();
-    world.leavesWaiting(waiting);
-    world.setClock(8h);
-    world.stalls(0ms);
-    world.passes(100ms);
-    world.expect(Link::Connected, waiting);
+// What waits since the evening is no reading of the morning.
+void sleepsWhileAFrameWaits(FaultWorld& world) {
+    world.leavesWaiting(world.frame());
+    world.drops([&] { world.sleeps(8h); });
+    world.expect(Link::Gone);
+    world.comesBack();
+}
+
+void sleepsForTwoSeconds(FaultWorld& world) {
+    world.sleeps(2s);
+    world.expect(Link::Connected);
+    const Bytes next = world.frame();
+    world.hears(next);
+    world.expect(Link::Connected, next);
 }
 
 // One is shown at a time, and the other when that one has gone.
@@ -109,7 +110,8 @@ constexpr Fault kTimeFaults[] = {
     {"ClockSetBackAYear", kLive, clockJumps<-kYear.count()>},
     {"ClockSetAheadAYear", kLive, clockJumps<kYear.count()>},
     {"SuspendAndResume", kLive, sleepsForANight},
-    {"SuspendAndResumeBesideTheTester", kLive, sleepsBesideItsTester},
+    {"SuspendAndResumeWhileAFrameWaits", kLive, sleepsWhileAFrameWaits},
+    {"SuspendAndResumeAtOnce", kLive, sleepsForTwoSeconds},
     {"TwoTestersAtOnce", kLive, secondTesterTakesOverAndGivesBack},
     {"SecondTesterIsNoise", kLive, secondTesterIsNoise},
 };
