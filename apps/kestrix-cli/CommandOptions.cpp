@@ -26,7 +26,9 @@ void CommandOptions::text(const char* name, const char* value, std::optional<std
 }
 
 void CommandOptions::neededText(const char* name, const char* value, std::string& to, const char* help) {
-    command_.add_option(name, to, help)->type_name(value)->required();
+    command_.add_option(name, to, help)->type_name(value)->required()->check([](const std::string& given) {
+        return given.find_first_not_of(" \t\n") == std::string::npos ? "is empty" : std::string();
+    });
 }
 
 void CommandOptions::number(const char* name, const char* value, std::optional<int>& to, Range range,

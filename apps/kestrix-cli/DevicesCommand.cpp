@@ -12,6 +12,8 @@
 #include "apps/common/SimulatorSource.h"
 #include "apps/kestrix-cli/CommandOptions.h"
 #include "apps/kestrix-cli/EventLoop.h"
+#include "apps/kestrix-cli/Link.h"
+#include "apps/kestrix-cli/LookingTime.h"
 #include "apps/kestrix-cli/TesterProbe.h"
 #include "apps/kestrix-cli/UriHelp.h"
 #include "link/FrameListener.h"
@@ -20,8 +22,6 @@
 
 namespace kestrix::cli {
 namespace {
-
-constexpr int kSecondsToLook = 5;
 
 // What can be seen of it is known, or why nothing can.
 bool isKnown(const platform::AccessoryListing& listing) {
@@ -41,7 +41,7 @@ void show(Runner& runner, const char* scheme, const platform::AccessoryListing& 
 
 // Nothing is opened or connected: that may disturb what is there.
 Ending listWhatIsThere(Runner& runner) {
-    runner.limitUnlessGiven(kSecondsToLook);
+    runner.limitUnlessGiven(secondsToLookAt({}));
     EventLoop loop(runner);
     const auto bluetooth = platform::makeBluetoothListing(loop.scheduler);
     const auto serial = platform::makeSerialListing();
@@ -59,14 +59,18 @@ Ending listWhatIsThere(Runner& runner) {
 
 Ending devices(Runner& runner, const std::vector<std::string>& uris) {
     if (uris.empty()) return listWhatIsThere(runner);
-    runner.limitUnlessGiven(kSecondsToLook);
+    runner.limitUnlessGiven(secondsToLookAt(uris));
 
     EventLoop loop(runner);
+    // Which one is looked at first is read, and who only looks changes nothing in it.
+    platform::UserDefaults settings(linkSettingsPath({}), platform::UserDefaults::Start::LooksOnly);
+    platform::LastUsed lastUsed = platform::lastUsedIn(settings);
+    lastUsed.write = {};
     std::vector<std::unique_ptr<platform::AccessorySource>> sources;
     sources.reserve(uris.size());
     for (const std::string& uri : uris) {
-        platform::SourceOrProblem made =
-            platform::makeAccessorySource(uri, loop.scheduler, app::simulatorSource, link::makeFrameListener);
+        platform::SourceOrProblem made = platform::makeAccessorySource(
+            uri, loop.scheduler, app::simulatorSource, link::makeFrameListener, lastUsed);
         if (!made.source) return {made.wrongUri ? kWrongUsage : kFailed, made.problem};
         sources.push_back(std::move(made.source));
     }

@@ -11,21 +11,18 @@
 #include "platform/AccessorySources.h"
 
 namespace kestrix::cli {
-namespace {
 
 // Beside the application's settings and not in them: its stored link state is its own.
-QString settingsPath(const std::string& given) {
+QString linkSettingsPath(const std::string& given) {
     if (!given.empty()) return QString::fromStdString(given);
     return QFileInfo(platform::UserDefaults::standardPath()).absolutePath() +
            QStringLiteral("/kestrix-cli.ini");
 }
 
-}  // namespace
-
 // The wait before a lost session is closed ends with the process.
 Link::Link(const std::string& settings, platform::Scheduler& timers)
     : scheduler(timers),
-      defaults(settingsPath(settings)),
+      defaults(linkSettingsPath(settings)),
       connect(manager, defaults, app::pauseUnlessEnding) {}
 
 Ending Link::addSource(const std::string& uri) {

@@ -10,11 +10,13 @@
 
 namespace kestrix::cli {
 
+// The ini file for the link state; given: empty for the command line's own.
+QString linkSettingsPath(const std::string& given);
+
 // The pipeline from a tester to its records, joined as the application joins it.
 class Link {
   public:
-    // settings: the ini file for the link state; empty for the command line's own. The scheduler must outlive
-    // it.
+    // settings: as above. The scheduler must outlive it.
     Link(const std::string& settings, platform::Scheduler& scheduler);
 
     // Looks for the tester at this URI. Anything but kDone is how the command ends, also because the settings

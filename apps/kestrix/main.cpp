@@ -1,13 +1,15 @@
 #include <QDir>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 
 #include <csignal>
 #include <iostream>
+#include <memory>
 #include <optional>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "apps/common/PrintableLog.h"
 #include "apps/common/SimulatorSource.h"
@@ -18,6 +20,7 @@
 #include "apps/kestrix/TourFolder.h"
 #include "apps/kestrix/UsableDisplay.h"
 #include "platform/AccessoryListings.h"
+#include "platform/DetachedProgram.h"
 #include "platform/Log.h"
 #include "shell/AppDelegate.h"
 #include "shell/ConsoleApplication.h"
@@ -30,6 +33,7 @@ namespace {
 using kestrix::Options;
 
 constexpr int kFailed = 1;
+constexpr std::string_view kSays = "kestrix: ";  // before what one start of this program says
 constexpr const char* kStandardUri = "bluetooth:";
 
 // Without a graphics processor the software renderer is several times as quick as an emulated one.
@@ -56,7 +60,7 @@ void keepScaleFromShrinking() {
 }
 
 int fail(const std::string& why, int status) {
-    std::cerr << "kestrix: " << why << '\n';
+    std::cerr << kSays << why << '\n';
     return status;
 }
 
@@ -67,20 +71,32 @@ kestrix::shell::LaunchOptions::Listings makeListings(kestrix::platform::Schedule
     return listings;
 }
 
-// Another of this program, which goes on when this one ends.
-std::string openWindow(const std::string& uri) {
-    const QStringList arguments{QStringLiteral("--choose"), QString::fromStdString(uri)};
-    if (QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) return {};
-    return "no other window can be opened";
-}
+// Others of this program, which go on when this one ends.
+class OtherWindows {
+  public:
+    std::string open(const std::string& uri, const kestrix::shell::LaunchOptions::WindowEnded& ended) {
+        const QStringList arguments{QStringLiteral("--choose"), QString::fromStdString(uri)};
+        windows_.push_back(std::make_unique<kestrix::platform::DetachedProgram>(
+            QCoreApplication::applicationFilePath(), arguments, [ended](const std::string& lastLine) {
+                if (lastLine.starts_with(kSays)) ended(lastLine.substr(kSays.size()));
+            }));
+        return windows_.back()->isStarted() ? "" : "no other window can be opened";
+    }
+
+  private:
+    std::vector<std::unique_ptr<kestrix::platform::DetachedProgram>> windows_;
+};
 
 // A signal that comes before the event loop runs is noticed between the steps.
 int showWindow(const Options& options, const kestrix::app::TerminationSignals& signals) {
+    OtherWindows others;
     kestrix::shell::LaunchOptions launch;
     launch.uris = options.uris;
     launch.choice = options.choice;
     launch.standardUri = kStandardUri;
-    launch.openWindow = openWindow;
+    launch.openWindow = [&others](const std::string& uri, const auto& ended) {
+        return others.open(uri, ended);
+    };
     launch.makeListings = makeListings;
     launch.documents = QString::fromStdString(options.documents);
     launch.settings = QString::fromStdString(options.settings);

@@ -1,6 +1,7 @@
 #include "platform/AccessoryUri.h"
 
 #include <charconv>
+#include <filesystem>
 
 namespace kestrix::platform {
 namespace {
@@ -59,6 +60,26 @@ std::string captureUri(const std::string& path) {
     // An option of its own, behind what would be taken for one.
     if (!parseAccessoryUri(uri)->options.empty()) uri += "?speed=1";
     return uri;
+}
+
+std::string withAbsolutePath(const std::string& text, const std::string& folder) {
+    const auto uri = parseAccessoryUri(text);
+    if (!uri || uri->target.empty() || uri->target.front() == '/') return text;
+    const bool isFile = uri->scheme == "replay" || uri->scheme == "serial" ||
+                        (uri->scheme == "simulator" && uri->target.find_first_of("./") != std::string::npos);
+    if (!isFile) return text;
+    const std::size_t at = text.find(uri->target, text.find(':'));
+    const std::string path = (std::filesystem::path(folder) / uri->target).lexically_normal().string();
+    return uri->scheme + ':' + path + text.substr(at + uri->target.size());
+}
+
+bool isSamePlace(const std::string& one, const std::string& other) {
+    const auto first = parseAccessoryUri(one);
+    const auto second = parseAccessoryUri(other);
+    if (!first || !second || first->scheme != second->scheme) return one == other;
+    // An address of Bluetooth is written in both cases.
+    return first->scheme == "bluetooth" ? lowered(first->target) == lowered(second->target)
+                                        : first->target == second->target;
 }
 
 std::optional<std::string> takeOption(AccessoryUri& uri, const std::string& key) {

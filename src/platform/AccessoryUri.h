@@ -22,6 +22,13 @@ std::optional<AccessoryUri> parseAccessoryUri(std::string_view text);
 // Of a capture's file, whatever its path looks like.
 std::string captureUri(const std::string& path);
 
+// The same place for a process with another current folder: a relative path is made one of this folder, also
+// of a scenario's file, which has a dot or a slash in its name. The text itself where it names no file.
+std::string withAbsolutePath(const std::string& uri, const std::string& folder);
+
+// Whether they name one place, with whatever options.
+bool isSamePlace(const std::string& one, const std::string& other);
+
 // Takes an option out of the URI; what is left in the end was not known.
 std::optional<std::string> takeOption(AccessoryUri& uri, const std::string& key);
 

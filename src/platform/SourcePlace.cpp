@@ -18,8 +18,8 @@ std::string translated(const char* text) {
 
 std::string placeOf(const AccessoryUri& uri) {
     if (uri.scheme == "bluetooth") {
-        const std::string bluetooth = translated(QT_TRANSLATE_NOOP("SourcePlace", "Bluetooth"));
-        return uri.target.empty() ? bluetooth : bluetooth + ' ' + uri.target;
+        if (uri.target.empty()) return translated(QT_TRANSLATE_NOOP("SourcePlace", "Any paired tester"));
+        return translated(QT_TRANSLATE_NOOP("SourcePlace", "Bluetooth")) + ' ' + uri.target;
     }
     if (uri.scheme == "simulator") return translated(QT_TRANSLATE_NOOP("SourcePlace", "Built-in tester"));
     return uri.scheme == "replay" ? fileName(uri.target) : uri.target;

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QScopedValueRollback>
 #include <QUrl>
@@ -10,11 +11,13 @@
 #include <utility>
 
 #include "link/FrameListener.h"
+#include "platform/AccessoryUri.h"
 #include "shell/Screens.h"
 #include "storage/FirstLaunch.h"
 #include "storage/FolderChoice.h"
 #include "storage/FolderReadings.h"
 #include "storage/Selection.h"
+#include "ui/TesterWords.h"
 
 namespace kestrix::shell {
 namespace {
@@ -52,8 +55,15 @@ bool openInBrowser(const QString& address) {
 }
 
 // A choice is looked for like what the command line names.
+// A choice is kept, and handed to other processes: it names the same file in each folder.
+std::string choiceOf(const std::string& uri) {
+    return platform::withAbsolutePath(uri, QDir::currentPath().toStdString());
+}
+
 LaunchOptions withChoice(LaunchOptions options) {
-    if (!options.choice.empty()) options.uris = {options.choice};
+    if (options.choice.empty()) return options;
+    options.choice = choiceOf(options.choice);
+    options.uris = {options.choice};
     return options;
 }
 
@@ -266,16 +276,22 @@ bool AppDelegate::dropsChoice(const std::string& why) {
 
 void AppDelegate::takeOverChoice(const std::string& uri) {
     const ui::ChosenTester chosen = chooseTester(uri);
-    if (!chosen.problem.empty()) notice_.show(QString::fromStdString(chosen.problem));
+    if (!chosen.problem.empty()) notice_.show(QString::fromStdString(chosen.problem), ui::testerMatter());
 }
 
-ui::ChosenTester AppDelegate::chooseTester(const std::string& uri) {
+ui::ChosenTester AppDelegate::chooseTester(const std::string& given) {
+    const std::string uri = choiceOf(given);
     platform::SourceOrProblem made = makeSource(uri);
     if (!made.source) return {.problem = made.problem};
     const bool elsewhere =
         isMadeUp(uri) != simulated_ || !whyKeptOut(kindOf(simulated_), documents_, look_).empty();
     if (elsewhere) {
-        if (options_.openWindow) return {.problem = options_.openWindow(uri), .otherWindow = true};
+        if (options_.openWindow) {
+            const auto ended = [this](const std::string& why) {
+                notice_.show(QString::fromStdString(why), ui::testerMatter());
+            };
+            return {.problem = options_.openWindow(uri, ended), .otherWindow = true};
+        }
         return {.problem = "there is no other window here", .otherWindow = true};
     }
     choice_ = {{uri}, TesterChoice::By::Settings};

@@ -52,8 +52,10 @@ struct LaunchOptions {
     std::function<Listings(platform::Scheduler& scheduler)> makeListings = [](platform::Scheduler&) {
         return Listings();
     };
-    // Opens a window of its own for the tester there; answers why it cannot, in one line, or nothing.
-    std::function<std::string(const std::string& uri)> openWindow;
+    // Opens a window of its own for the tester there; answers why it cannot, in one line, or nothing. ended:
+    // called from the event loop when that window has ended for a reason of its own, or never was there.
+    using WindowEnded = std::function<void(const std::string& why)>;
+    std::function<std::string(const std::string& uri, WindowEnded ended)> openWindow;
     std::function<bool(const QString&)> openAddress;  // none: the desktop's browser
     std::function<platform::MailParts()> loadMail = [] { return platform::loadMail(); };
 };
@@ -83,7 +85,7 @@ class AppDelegate {
     const platform::DocumentsFolder& documents() const { return documents_; }
     // Looks for the tester there from now on (ui::Services). Made-up readings, in a window of measured ones,
     // and measured ones in one of made-up, get a window of their own.
-    ui::ChosenTester chooseTester(const std::string& uri);
+    ui::ChosenTester chooseTester(const std::string& given);
     // How many measurements of earlier sessions belonged to no test record when the application took the
     // database up: at its start, or, when it was locked then, before it stored its first row.
     std::size_t unsavedAtStart() const { return unsavedAtStart_; }

@@ -26,8 +26,8 @@ constexpr const char* kLockFile = "kestrix.lock";
 constexpr const char* kSomebody = "another program";
 constexpr const char* kShown = "shown\n";
 constexpr const char* kShownOther = "shown, for something else\n";
-constexpr int kPatience = 2000;  // milliseconds
-constexpr qint64 kLongestRequest = 4096;
+constexpr int kPatience = 2000;            // milliseconds
+constexpr qint64 kLongestRequest = 16384;  // twice the longest path, and what stands beside it
 // What a desktop hands to a start, so that the window which answers it may take the keyboard.
 constexpr const char* kActivation = "XDG_ACTIVATION_TOKEN";
 

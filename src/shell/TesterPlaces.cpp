@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 
 #include <map>
 #include <string_view>
@@ -66,9 +67,9 @@ void addKind(std::vector<TesterPlace>& places, const AccessoryListing& listing, 
     }
 }
 
-std::vector<TesterPlace> capturesIn(const platform::DocumentsFolder& folder) {
+std::vector<TesterPlace> capturesIn(const QString& folder) {
     std::vector<TesterPlace> captures;
-    const QDir files(folder.path());
+    const QDir files(folder);
     for (const QString& name : files.entryList({QStringLiteral("*.kxc")}, QDir::Files, QDir::Name)) {
         captures.push_back({.uri = platform::captureUri(files.absoluteFilePath(name).toStdString()),
                             .name = name,
@@ -91,12 +92,18 @@ void tellApart(std::vector<TesterPlace>& places) {
 }  // namespace
 
 TesterPlaces::TesterPlaces(Listings listings, const platform::DocumentsFolder& folder)
-    : listings_(std::move(listings)), captures_(capturesIn(folder)) {
+    : listings_(std::move(listings)), captures_(capturesIn(folder.path())) {
     for (const auto& listing : listings_) {
         listing->changed = [this] {
             if (changed) changed();
         };
     }
+    if (!QFileInfo::exists(folder.path())) return;
+    folder_.addPath(folder.path());
+    QObject::connect(&folder_, &QFileSystemWatcher::directoryChanged, &folder_, [this, path = folder.path()] {
+        captures_ = capturesIn(path);
+        if (changed) changed();
+    });
 }
 
 std::vector<TesterPlace> TesterPlaces::places() const {

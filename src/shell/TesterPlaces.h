@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFileSystemWatcher>
 #include <QString>
 
 #include <functional>
@@ -22,8 +23,7 @@ struct TesterPlace {
 };
 
 // All places that can be seen: what the listings show (of Bluetooth, the place that takes any paired tester
-// first), the captures in the folder, and the built-in tester. Kept up to date from the event loop, but for
-// the captures.
+// first), the captures in the folder, and the built-in tester. Kept up to date from the event loop.
 class TesterPlaces {
   public:
     using Listings = std::vector<std::unique_ptr<platform::AccessoryListing>>;
@@ -37,6 +37,7 @@ class TesterPlaces {
 
   private:
     Listings listings_;
+    QFileSystemWatcher folder_;
     std::vector<TesterPlace> captures_;
 };
 

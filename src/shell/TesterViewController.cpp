@@ -79,12 +79,15 @@ void TesterViewController::viewDidLoad() {
     showSearch();
 }
 
+void TesterViewController::say(const QString& what) {
+    services_.notice.show(what, ui::testerMatter());
+}
+
 void TesterViewController::choose(const std::string& uri) {
     if (uri.empty()) return;
     const ui::ChosenTester chosen = services_.chooseTester(uri);
-    if (!chosen.problem.empty()) return services_.notice.show(QString::fromStdString(chosen.problem));
-    if (chosen.otherWindow)
-        return services_.notice.show(tr("It has a window of its own, with its own records"));
+    if (!chosen.problem.empty()) return say(QString::fromStdString(chosen.problem));
+    if (chosen.otherWindow) return say(tr("It has a window of its own, with its own records"));
     chosen_ = uri;
     showSearch();
 }
@@ -94,13 +97,13 @@ void TesterViewController::pressConnect() {
     const std::string text = address.text().trimmed().toStdString();
     if (platform::parseHostAndPort(text)) return choose("tcp://" + text);
     if (isUri(text)) return choose(text);
-    services_.notice.show(tr("Type an address as in 192.168.1.20:4000"));
+    say(tr("Type an address as in 192.168.1.20:4000"));
 }
 
 void TesterViewController::pressOpen() {
     capture.endEditing();
     const QString path = pathOf(capture.text());
-    if (path.isEmpty()) return services_.notice.show(tr("Type the name of a capture's file"));
+    if (path.isEmpty()) return say(tr("Type the name of a capture's file"));
     const QString folder = services_.documents.path();
     choose(platform::captureUri(QDir::cleanPath(QDir(folder).absoluteFilePath(path)).toStdString()));
 }
@@ -117,13 +120,12 @@ void TesterViewController::showSearch() {
     showRows();
     if (chosen_.empty() || !words.connected) return;
     chosen_.clear();
-    services_.notice.show(tr("Connected"));
     if (!address.isEditing() && !capture.isEditing()) services_.navigation.dismiss(true);
 }
 
 QString TesterViewController::stateOf(const TesterPlace& place) const {
     for (const auto& source : services_.accessories.sources()) {
-        if (place.uri.empty() || source->uri() != place.uri) continue;
+        if (place.uri.empty() || !platform::isSamePlace(source->uri(), place.uri)) continue;
         const ui::TesterWords words = ui::testerWords(*source);
         QString state = words.problem.isEmpty() ? words.state : words.problem;
         if (!words.advice.isEmpty()) state = tr("%1. %2").arg(state, words.advice);

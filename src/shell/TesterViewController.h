@@ -49,6 +49,7 @@ class TesterViewController final : public kestrix::ui::FramedScreen {
     ui::Table testers{*this, "testers", rows};
 
   private:
+    void say(const QString& what);
     void showSearch();
     void showRows();
     void showRowsSoon();

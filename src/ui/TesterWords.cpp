@@ -24,6 +24,12 @@ QString nameOf(const AccessorySource& source) {
     return QString::fromStdString(peer.empty() ? platform::placeOf(source.uri()) : peer);
 }
 
+QString wantedOf(const AccessorySource& source) {
+    const bool any =
+        source.peerName().empty() && platform::placeOf(source.uri()) == platform::placeOf("bluetooth:");
+    return any ? Tester::tr("any paired tester") : nameOf(source);
+}
+
 QString stateOf(const AccessorySource& source) {
     switch (source.state()) {
         case SearchState::Present:
@@ -46,7 +52,7 @@ bool hasFailed(const std::unique_ptr<AccessorySource>& source) {
 }  // namespace
 
 TesterWords testerWords(const AccessorySource& source) {
-    TesterWords words{.name = nameOf(source), .state = stateOf(source)};
+    TesterWords words{.name = nameOf(source), .wanted = wantedOf(source), .state = stateOf(source)};
     words.connected = source.state() == SearchState::Present;
     if (words.connected) return words;
     words.problem = QString::fromStdString(source.problem());
@@ -58,25 +64,30 @@ TesterWords testerWords(const platform::AccessoryManager& accessories) {
     const auto connected = accessories.connectedAccessories();
     if (!connected.empty())
         return {.name = QString::fromStdString(connected.front()->name),
+                .wanted = {},
                 .state = Tester::tr("Connected"),
                 .problem = {},
                 .advice = {},
                 .connected = true};
     const auto& sources = accessories.sources();
     if (sources.empty())
-        return {.name = {}, .state = Tester::tr("No tester chosen"), .problem = {}, .advice = {}};
+        return {
+            .name = {}, .wanted = {}, .state = Tester::tr("No tester chosen"), .problem = {}, .advice = {}};
     const auto failed = std::find_if(sources.begin(), sources.end(), hasFailed);
     TesterWords words = testerWords(failed == sources.end() ? *sources.front() : **failed);
     if (std::exchange(words.connected, false)) words.state = Tester::tr("Looking for it");  // not announced
-    if (sources.size() > 1) words.name = Tester::tr("%1 and %2 more").arg(words.name).arg(sources.size() - 1);
+    if (sources.size() > 1) {
+        for (QString* const name : {&words.name, &words.wanted})
+            *name = Tester::tr("%1 and %2 more").arg(*name).arg(sources.size() - 1);
+    }
     return words;
 }
 
 QString whyNotConnected(const TesterWords& words) {
     if (words.connected) return {};
     if (words.name.isEmpty()) return Tester::tr("Choose the tester: press the title above.");
-    if (words.problem.isEmpty()) return Tester::tr("Looking for %1").arg(words.name);
-    const QString why = Tester::tr("Looking for %1: %2").arg(words.name, words.problem);
+    if (words.problem.isEmpty()) return Tester::tr("Looking for %1").arg(words.wanted);
+    const QString why = Tester::tr("Looking for %1: %2").arg(words.wanted, words.problem);
     return words.advice.isEmpty() ? why : why + u'\n' + words.advice;
 }
 

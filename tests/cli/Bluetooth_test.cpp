@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QLocalServer>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <string>
@@ -138,6 +140,22 @@ TEST_F(BluetoothCommands, DevicesTellsTheStepThatFails) {
     EXPECT_THAT(complaintsIn(result.error), ElementsAre("kestrix-cli: 3 of 3 not found"));
 }
 
+TEST_F(BluetoothCommands, DevicesLooksFirstAtTheOneThatWasUsedLast) {
+    addTester(kFirstTester, "Tester 1");
+    addTester(kSecondTester, "Tester 2");
+    const QTemporaryDir config;
+    ASSERT_TRUE(QDir(config.path()).mkpath(QStringLiteral("kestrix")));
+    const std::string settings = config.path().toStdString() + "/kestrix/kestrix-cli.ini";
+    const std::string lastUsed = std::string("[Kestrix]\nlastUsedTester=bluetooth:") + kSecondTester + "\n";
+    writeFile(settings, lastUsed);
+    Surroundings setup = surroundings();
+    setup.environment.push_back("XDG_CONFIG_HOME=" + config.path().toStdString());
+    EXPECT_EQ(run({"devices", "bluetooth:"}, {}, setup).status, 0);
+    bluez_.with([](FakeBluez& bluez) { EXPECT_EQ(bluez.attempts.front(), kSecondTester); });
+    EXPECT_EQ(run({"devices", std::string("bluetooth:") + kFirstTester}, {}, setup).status, 0);
+    EXPECT_EQ(contentOf(settings), lastUsed) << "who only looks uses none";
+}
+
 TEST_F(BluetoothCommands, MonitorShowsItsReadingsAndFindsItAgainAfterADrop) {
     bluez_.with([](FakeBluez& bluez) {
         bluez.addDevice({});
@@ -186,6 +204,18 @@ TEST_F(BluetoothCommands, CaptureKeepsItsBytes) {
     EXPECT_EQ(program.waitForEnd(), 0);
     EXPECT_THAT(contentOf(file), StartsWith("# kestrix-capture 1 source=bluetooth:AA:BB:CC:00:00:01 "));
     EXPECT_TRUE(contentOf(file).ends_with(bytes));
+}
+
+// Every command would wait for them at its start.
+TEST(BluetoothLibraries, AreLoadedByNoCommandThatDoesNotAskForThem) {
+    QProcess list;
+    list.start(QStringLiteral("ldd"),
+               {QStringLiteral(KESTRIX_BINARY_DIR "/bin/../libexec/kestrix/kestrix-cli")});
+    ASSERT_TRUE(list.waitForFinished());
+    const std::string libraries = list.readAllStandardOutput().toStdString();
+    EXPECT_THAT(libraries, HasSubstr("libQt6Core"));
+    for (const char* library : {"libsystemd", "libdbus", "libQt6DBus"})
+        EXPECT_THAT(libraries, ::testing::Not(HasSubstr(library)));
 }
 
 }  // namespace

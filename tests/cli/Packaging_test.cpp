@@ -114,13 +114,32 @@ std::string nameOf(const ::testing::TestParamInfo<Document>& parameter) {
 
 INSTANTIATE_TEST_SUITE_P(Documents, Packaging, ::testing::ValuesIn(kDocuments), nameOf);
 
+// The window's program has options only.
+class WindowPackaging : public Packaging {};
+
+TEST_P(WindowPackaging, TellsOfTheProgramsOptions) {
+    const Words options = found(outputOf(KESTRIX_BINARY_DIR "/bin/kestrix --help 2>&1"), "--([a-z][a-z-]*)");
+    ASSERT_THAT(options, ::testing::IsSupersetOf({"help", "version", "connect", "console"}));
+    EXPECT_EQ(found(text(), GetParam().options), options);
+}
+
+const std::vector<Document> kWindowDocuments{
+    {"ManPage", "kestrix.1", "", "(?:\\bFl (?:h [,|] )?-| --)([a-z][a-z-]*)"},
+    {"Bash", "completions/kestrix.bash", "", "--([a-z][a-z-]*)"},
+    {"Zsh", "completions/_kestrix", "", "--([a-z][a-z-]*)"},
+    {"Fish", "completions/kestrix.fish", "", "\ncomplete [^\n]* -l ([a-z][a-z-]*)"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Documents, WindowPackaging, ::testing::ValuesIn(kWindowDocuments), nameOf);
+
 // What bash offers behind this beginning of a command line.
-Words offeredByBash(const std::string& line) {
-    const auto offered =
-        outputOf("PATH=" KESTRIX_BINARY_DIR "/bin:$PATH LINE='" + line +
-                 "' bash -c 'cd " KESTRIX_SOURCE_DIR
-                 "/packaging && . completions/kestrix-cli.bash && COMP_LINE=$LINE && "
-                 "COMP_POINT=${#LINE} && _kestrix_cli && printf \"%s\\n\" \"${COMPREPLY[@]}\"'");
+Words offeredByBash(const std::string& line, const std::string& program = "kestrix-cli") {
+    const auto offered = outputOf(
+        "PATH=" KESTRIX_BINARY_DIR "/bin:$PATH LINE='" + line +
+        "' bash -c 'cd " KESTRIX_SOURCE_DIR "/packaging && . completions/" + program +
+        ".bash && COMP_LINE=$LINE && "
+        "COMP_POINT=${#LINE} && COMP_WORDBREAKS= && _" +
+        std::regex_replace(program, std::regex("-"), "_") + " && printf \"%s\\n\" \"${COMPREPLY[@]}\"'");
     return found(offered, "([^\n]+)\n");
 }
 
@@ -159,6 +178,14 @@ TEST(BashCompletion, UrisAndFiles) {
     EXPECT_EQ(offeredByBash("kestrix-cli decode CMake"), (Words{"CMakeLists.txt"}));
     EXPECT_EQ(offeredByBash("kestrix-cli capture simulator: CMake"), (Words{"CMakeLists.txt"}));
     EXPECT_EQ(offeredByBash("kestrix-cli simulate --speed m"), (Words{"max"}));
+}
+
+TEST(BashCompletion, OfTheWindow) {
+    EXPECT_EQ(offeredByBash("kestrix --c", "kestrix"), (Words{"--connect", "--choose", "--console"}));
+    EXPECT_EQ(offeredByBash("kestrix --connect s", "kestrix"), (Words{"serial:", "simulator:"}));
+    EXPECT_EQ(offeredByBash("kestrix --choose replay:kestrix-cli.", "kestrix"),
+              (Words{"replay:kestrix-cli.1"}));
+    EXPECT_EQ(offeredByBash("kestrix --documents comp", "kestrix"), (Words{"completions"}));
 }
 
 }  // namespace

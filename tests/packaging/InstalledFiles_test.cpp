@@ -25,10 +25,12 @@ const std::vector<std::string> kFiles{
     "libexec/kestrix/kestrix-export",
     "libexec/kestrix/kestrix-mail.so",
     "share/applications/kestrix.desktop",
+    "share/bash-completion/completions/kestrix",
     "share/bash-completion/completions/kestrix-cli",
     "share/doc/kestrix/changelog.gz",
     "share/doc/kestrix/copyright",
     "share/fish/vendor_completions.d/kestrix-cli.fish",
+    "share/fish/vendor_completions.d/kestrix.fish",
     "share/icons/hicolor/128x128/apps/kestrix.png",
     "share/icons/hicolor/16x16/apps/kestrix.png",
     "share/icons/hicolor/22x22/apps/kestrix.png",
@@ -42,6 +44,7 @@ const std::vector<std::string> kFiles{
     "share/man/man1/kestrix-cli.1.gz",
     "share/man/man1/kestrix.1.gz",
     "share/metainfo/example.kestrix.Kestrix.metainfo.xml",
+    "share/zsh/vendor-completions/_kestrix",
     "share/zsh/vendor-completions/_kestrix-cli",
 };
 

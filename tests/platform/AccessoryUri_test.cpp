@@ -32,6 +32,26 @@ TEST(AccessoryUri, ACapturesFileIsItselfWhateverItsNameLooksLike) {
     EXPECT_EQ(captureUri("/srv/why?.kxc"), "replay:/srv/why?.kxc");
 }
 
+TEST(AccessoryUri, ARelativePathIsMadeOneOfTheFolder) {
+    const auto absolute = [](const char* uri) { return withAbsolutePath(uri, "/srv/x"); };
+    EXPECT_EQ(absolute("replay:site.kxc?speed=0.2"), "replay:/srv/x/site.kxc?speed=0.2");
+    EXPECT_EQ(absolute("replay://../a?b=c?speed=2"), "replay:/srv/a?b=c?speed=2");
+    EXPECT_EQ(absolute("serial:./port?baud=9600"), "serial:/srv/x/port?baud=9600");
+    EXPECT_EQ(absolute("simulator:my.kxs"), "simulator:/srv/x/my.kxs");
+    for (const char* same : {"replay:/srv/site.kxc", "simulator:", "simulator:house?seed=3",
+                             "bluetooth:", "tcp://a:1", "serial:/dev/rfcomm0", "no uri"})
+        EXPECT_EQ(absolute(same), same);
+}
+
+TEST(AccessoryUri, OptionsAndTheCaseOfAnAddressMakeNoOtherPlace) {
+    EXPECT_TRUE(isSamePlace("serial:/dev/ttyUSB0?baud=9600", "serial:///dev/ttyUSB0"));
+    EXPECT_TRUE(isSamePlace("bluetooth:aa:bb:cc:dd:ee:ff", "bluetooth:AA:BB:CC:DD:EE:FF"));
+    EXPECT_FALSE(isSamePlace("bluetooth:", "bluetooth:AA:BB:CC:DD:EE:FF"));
+    EXPECT_FALSE(isSamePlace("serial:/dev/ttyUSB0", "serial:/dev/TTYUSB0"));
+    EXPECT_FALSE(isSamePlace("replay:a", "serial:a"));
+    EXPECT_TRUE(isSamePlace("no uri", "no uri"));
+}
+
 TEST(AccessoryUri, ATextWithoutASchemeIsNone) {
     EXPECT_FALSE(parseAccessoryUri(""));
     EXPECT_FALSE(parseAccessoryUri("house.kxc"));

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QProcess>
 
 #include "platform/AccessoryListings.h"
 #include "tests/platform/BluezFixture.h"
@@ -65,18 +64,6 @@ TEST_F(BluetoothModule, OneThatIsNotThereIsSaidInOneLine) {
     EXPECT_EQ(parts.makeListing, nullptr);
     EXPECT_THAT(parts.problem, StartsWith("the installation is not complete, there is no Bluetooth: "));
     EXPECT_THAT(parts.problem, HasSubstr("/nowhere/kestrix-bluetooth.so"));
-}
-
-// Every command would wait for them at its start.
-TEST_F(BluetoothModule, TheCommandLineLoadsNoneOfItsLibraries) {
-    QProcess list;
-    list.start(QStringLiteral("ldd"),
-               {QStringLiteral(KESTRIX_BINARY_DIR "/bin/../libexec/kestrix/kestrix-cli")});
-    ASSERT_TRUE(list.waitForFinished());
-    const std::string libraries = list.readAllStandardOutput().toStdString();
-    EXPECT_THAT(libraries, HasSubstr("libQt6Core"));
-    for (const char* library : {"libsystemd", "libdbus", "libQt6DBus"})
-        EXPECT_THAT(libraries, ::testing::Not(HasSubstr(library)));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace kestrix::platform {
 namespace {
 
 TEST(SourcePlace, IsWhatAUserCallsIt) {
-    EXPECT_EQ(placeOf("bluetooth:"), "Bluetooth");
+    EXPECT_EQ(placeOf("bluetooth:"), "Any paired tester");
     EXPECT_EQ(placeOf("bluetooth:AA:BB:CC:DD:EE:FF"), "Bluetooth AA:BB:CC:DD:EE:FF");
     EXPECT_EQ(placeOf("serial:/dev/ttyUSB0?baud=9600"), "/dev/ttyUSB0");
     EXPECT_EQ(placeOf("tcp://192.168.1.20:4000"), "192.168.1.20:4000");

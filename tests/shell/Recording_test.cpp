@@ -299,7 +299,10 @@ TEST_F(Recording, AButtonUnderTheMouseSaysWhatItDoes) {
     openWithReading();
     QTest::mouseMove(&window(), centreOf("Leftbtn"));
     driver.step(100);
-    EXPECT_TRUE(testing::findItem(item("Leftbtn"), QStringLiteral("hoverShade"))->isVisible());
+    ASSERT_TRUE(testing::spinUntil([this] {
+        const QQuickItem* const shade = testing::findItem(item("Leftbtn"), QStringLiteral("hoverShade"));
+        return shade != nullptr && shade->isVisible();
+    }));
     driver.step(700);
     EXPECT_TRUE(isShown("LeftbtnTip"));
     EXPECT_EQ(testing::textOf(item("LeftbtnTip")).property("text").toString(), QStringLiteral("Menu"));

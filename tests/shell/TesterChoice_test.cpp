@@ -133,7 +133,7 @@ TEST_F(ChosenTesterTest, WithAWrongUriChangesNothing) {
 
 TEST_F(ChosenTesterTest, OfTheOtherKindGetsAWindowOfItsOwn) {
     Uris opened;
-    options_.openWindow = [&](const std::string& uri) {
+    options_.openWindow = [&](const std::string& uri, const LaunchOptions::WindowEnded&) {
         opened.push_back(uri);
         return std::string();
     };
@@ -154,10 +154,37 @@ TEST_F(ChosenTesterTest, OfTheOtherKindGetsAWindowOfItsOwn) {
 }
 
 TEST_F(ChosenTesterTest, WhoseWindowDoesNotOpenIsSaid) {
-    options_.openWindow = [](const std::string&) { return std::string("no room"); };
+    options_.openWindow = [](const std::string&, const LaunchOptions::WindowEnded&) {
+        return std::string("no room");
+    };
     options_.uris = {kSilent};
     start();
     EXPECT_EQ(app().chooseTester("simulator:").problem, "no room");
+}
+
+TEST_F(ChosenTesterTest, WhoseWindowEndsAtOnceIsSaid) {
+    LaunchOptions::WindowEnded ended;
+    options_.openWindow = [&ended](const std::string&, LaunchOptions::WindowEnded told) {
+        ended = std::move(told);
+        return std::string();
+    };
+    options_.uris = {kSilent};
+    start();
+    EXPECT_EQ(app().chooseTester("simulator:").problem, "");
+    ended("its folder holds what was measured");
+    EXPECT_EQ(app().notice().text(), QStringLiteral("its folder holds what was measured"));
+}
+
+TEST_F(ChosenTesterTest, IsTheSameFileWhereverTheNextStartIs) {
+    const QString file = folder_.filePath(QStringLiteral("site.kxc"));
+    ASSERT_TRUE(QFile::exists(file) || QFile(file).open(QIODevice::WriteOnly));
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder_.path()));
+    options_.choice = "replay:site.kxc";
+    start();
+    ASSERT_TRUE(QDir::setCurrent(before));
+    EXPECT_EQ(lookedFor(), Uris{"replay:" + file.toStdString()});
+    EXPECT_EQ(kept(), "replay:" + file.toStdString());
 }
 
 }  // namespace

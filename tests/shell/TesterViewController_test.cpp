@@ -128,7 +128,7 @@ TEST_F(TesterViewControllerTest, StaysWhileTheUserTypes) {
     screen().capture.setEditing(true);
     connect(source);
     EXPECT_EQ(parts_.asked, (Asked{"choose fake:"}));
-    EXPECT_EQ(parts_.notice.text(), QStringLiteral("Connected"));
+    EXPECT_EQ(state(), "Connected");
 }
 
 TEST_F(TesterViewControllerTest, StaysOnceTheUserHasTypedSomethingElse) {
@@ -164,6 +164,22 @@ TEST_F(TesterViewControllerTest, ListsTheCapturesOfTheFolder) {
               (Asked{"choose replay:" + parts_.folder.filePath(QStringLiteral("a.kxc")).toStdString()}));
 }
 
+TEST_F(TesterViewControllerTest, ListsACaptureThatComesAndNoneThatHasGone) {
+    const QString path = parts_.folder.filePath(QStringLiteral("late.kxc"));
+    const auto isListed = [this] {
+        passQuarterOfASecond();
+        const auto all = rows();
+        return std::any_of(all.begin(), all.end(), [](const std::string& row) {
+            return row.find("|late.kxc|") != std::string::npos;
+        });
+    };
+    EXPECT_FALSE(isListed());
+    ASSERT_TRUE(QFile(path).open(QIODevice::WriteOnly));
+    EXPECT_TRUE(testing::spinUntil(isListed));
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_TRUE(testing::spinUntil([&] { return !isListed(); }));
+}
+
 TEST_F(TesterViewControllerTest, HasTheChosenRowLookedFor) {
     paired_.accessories = {{"bluetooth:AA:BB:CC:DD:EE:FF", "KX 1", "paired"}};
     screen().testers.choose(1);
@@ -196,7 +212,7 @@ TEST_F(TesterViewControllerTest, ClosesOnceTheChosenTesterIsConnected) {
     EXPECT_EQ(parts_.asked, (Asked{"choose fake:"}));
     connect(source);
     EXPECT_EQ(parts_.asked, (Asked{"choose fake:", "dismiss animated"}));
-    EXPECT_EQ(parts_.notice.text(), QStringLiteral("Connected"));
+    EXPECT_EQ(parts_.notice.text(), QString()) << "what stands there for seconds may be over";
     source.tell({});
     EXPECT_EQ(parts_.asked.size(), 2U) << "it closes once";
 }
@@ -206,7 +222,10 @@ TEST_F(TesterViewControllerTest, StaysAndSaysSoWhenTheChoiceIsRefused) {
     parts_.chooseTester = [&](const std::string&) { return answer; };
     screen().choose("replay:nothing");
     EXPECT_EQ(parts_.notice.text(), QStringLiteral("no such file"));
-    parts_.notice.clear();
+    screen().address.setText(QStringLiteral("nohost"));
+    screen().pressConnect();
+    EXPECT_EQ(parts_.notice.text(), QStringLiteral("Type an address as in 192.168.1.20:4000"))
+        << "the newest mistake counts";
     answer = {.otherWindow = true};
     screen().choose("simulator:");
     EXPECT_EQ(parts_.notice.text(), QStringLiteral("It has a window of its own, with its own records"));

@@ -21,7 +21,7 @@ class FakeSource final : public platform::AccessorySource {
     void stop() override {
         while (!present_.empty()) disappear(present_.back());
     }
-    std::string uri() const override { return "fake:"; }
+    std::string uri() const override { return place; }
     platform::SearchState state() const override {
         return present_.empty() ? search.state : platform::SearchState::Present;
     }
@@ -35,6 +35,7 @@ class FakeSource final : public platform::AccessorySource {
         return std::make_unique<FakeChannel>(own == lines_.end() ? line : own->second);
     }
 
+    std::string place = "fake:";
     // What it answers of its search.
     struct Search {
         platform::SearchState state = platform::SearchState::Waiting;

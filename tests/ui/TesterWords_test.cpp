@@ -41,6 +41,15 @@ TEST_F(TesterWordsTest, NameThePlaceUntilTheTesterHasSaidItsName) {
     EXPECT_EQ(testerWords(accessories_).state, QStringLiteral("Looking for it"));
 }
 
+TEST_F(TesterWordsTest, OfAnyPairedTesterFitIntoTheSentence) {
+    testing::FakeSource& source = add();
+    source.place = "bluetooth:";
+    source.tell({.step = FailedStep::Adapter, .problem = "Bluetooth is switched off"});
+    EXPECT_EQ(testerWords(accessories_).name, QStringLiteral("Any paired tester"));
+    EXPECT_EQ(whyNotConnected(testerWords(accessories_)).section(u'\n', 0, 0),
+              QStringLiteral("Looking for any paired tester: Bluetooth is switched off"));
+}
+
 TEST_F(TesterWordsTest, SayWhyTheTesterIsNotThereAndWhatToDo) {
     add().tell({.step = FailedStep::NoAnswer, .problem = "out of reach"});
     EXPECT_EQ(whyNotConnected(testerWords(accessories_)),
