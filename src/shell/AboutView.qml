@@ -20,7 +20,7 @@ ScreenFrame {
     }
     LabelView {
         x: 60
-        y: 98
+        y: 100
         width: 200
         height: 24
         label: page.screen.label("lblVersion")

@@ -1,86 +1,28 @@
 #include "link/EADSessionTransferViewController.h"
 
-#include <gtest/gtest.h>
-
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <memory>
 #include <numeric>
-#include <span>
-#include <string>
-#include <vector>
 
-#include "link/EADSessionController.h"
-#include "tests/support/FakeChannel.h"
-#include "tests/support/LogExpectations.h"
-#include "tests/support/TestServices.h"
+#include "tests/link/SessionTransferFixture.h"
 
 namespace kestrix::link {
 namespace {
 
 using platform::Accessory;
-using platform::AccessoryPtr;
-using Bytes = std::vector<std::uint8_t>;
 
 constexpr const char* kIron = "铁";
 constexpr const char* kNoIron = "非铁";
 
 // A chunk of this many bytes, numbered, with the field in its place where it reaches as far.
-Bytes chunkWith(std::uint16_t field, std::size_t count = 36) {
-    Bytes bytes(count);
+std::vector<std::uint8_t> chunkWith(std::uint16_t field, std::size_t count = 36) {
+    std::vector<std::uint8_t> bytes(count);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
     if (count > 7) bytes[7] = static_cast<std::uint8_t>(field >> 8U);
     if (count > 8) bytes[8] = static_cast<std::uint8_t>(field & 255U);
     return bytes;
 }
-
-Bytes pattern() {
-    Bytes bytes(10'000);
-    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::uint8_t>(i % 256);
-    return bytes;
-}
-
-class SessionTransfer : public ::testing::Test {
-  protected:
-    SessionTransfer() {
-        EADSessionTransferViewController::lastReading = 0;
-        controller().setupControllerForAccessory(accessory_, "kestrix.tester");
-        screen_.setName(QStringLiteral("Link console"));
-        screen_.loadView();
-    }
-    ~SessionTransfer() override {
-        controller().closeSession();
-        controller().setupControllerForAccessory(nullptr, "");
-    }
-    static EADSessionController& controller() { return EADSessionController::sharedController(); }
-
-    void appear() {
-        opener_.lines.push_back(&line_);
-        screen_.viewWillAppear();
-    }
-    void receive(const Bytes& bytes) { line_.receive(bytes); }
-    Bytes sent(const QString& typed) {
-        line_.written.clear();
-        screen_._hexToSendTextField.edit(typed);
-        screen_.btnSendHex.press();
-        return line_.written;
-    }
-    void disconnect(const AccessoryPtr& gone) {
-        platform::NotificationCenter::defaultCenter().post(
-            {platform::kAccessoryDidDisconnect, {}, {{platform::kAccessoryKey, gone}}});
-    }
-    std::string result() const { return screen_.testResult.text().toStdString(); }
-    std::string type() const { return screen_.testType.text().toStdString(); }
-    std::string count() const { return screen_._receivedBytesLabel.text().toStdString(); }
-
-    testing::FakeLine line_;
-    testing::FakeOpener opener_;
-    AccessoryPtr accessory_ =
-        std::make_shared<Accessory>(Accessory{7, "Tester", {"kestrix.tester"}, nullptr, &opener_});
-    testing::TestServices around_;
-    EADSessionTransferViewController screen_{ui::ScreenId::SessionTransfer, around_.services()};
-};
 
 TEST_F(SessionTransfer, TheSessionIsOpenExactlyWhileItIsShown) {
     EXPECT_EQ(line_.channel, nullptr);
@@ -91,93 +33,6 @@ TEST_F(SessionTransfer, TheSessionIsOpenExactlyWhileItIsShown) {
     screen_.viewWillDisappear();
     EXPECT_EQ(line_.channel, nullptr);
     EXPECT_EQ(screen_.accessory(), nullptr);
-}
-
-TEST_F(SessionTransfer, AnOddLastDigitIsDropped) {
-    appear();
-    EXPECT_EQ(sent(QStringLiteral("7e0d1")), (Bytes{0x7e, 0x0d}));
-}
-
-TEST_F(SessionTransfer, SendingStopsAtTheFirstPairThatIsNone) {
-    appear();
-    EXPECT_EQ(sent(QStringLiteral("0A1B")), (Bytes{0x0a, 0x1b}));
-    EXPECT_EQ(sent(QStringLiteral("0A 1B")), Bytes{0x0a});
-    EXPECT_EQ(sent(QStringLiteral(" 0A")), Bytes{});
-    EXPECT_EQ(sent(QStringLiteral("0a1g2b")), Bytes{0x0a});
-    EXPECT_EQ(sent(QStringLiteral("0ag12b")), Bytes{0x0a});
-    EXPECT_EQ(sent(QStringLiteral("0x7e")), Bytes{});
-    EXPECT_EQ(sent(QStringLiteral("+1-2")), Bytes{});
-}
-
-TEST_F(SessionTransfer, DigitsAndLettersOfOtherScriptsEndWhatIsSent) {
-    appear();
-    EXPECT_EQ(sent(QStringLiteral("7e１２")), Bytes{0x7e});
-    EXPECT_EQ(sent(QStringLiteral("7e٣٤5f")), Bytes{0x7e});
-    EXPECT_EQ(sent(QStringLiteral("7é0d")), Bytes{});
-    EXPECT_EQ(sent(QStringLiteral("7e👷🏽0d")), Bytes{0x7e});
-}
-
-TEST_F(SessionTransfer, NothingTypedSendsNothing) {
-    appear();
-    EXPECT_EQ(sent(QString()), Bytes{});
-    EXPECT_EQ(sent(QStringLiteral("7")), Bytes{});
-}
-
-TEST_F(SessionTransfer, SendingEndsEditing) {
-    appear();
-    int ended = 0;
-    QObject::connect(&screen_._hexToSendTextField, &ui::TextField::editingEnded, [&ended] { ++ended; });
-    screen_.sendHex();
-    EXPECT_EQ(ended, 0) << "it was not edited";
-    screen_._hexToSendTextField.setEditing(true);
-    screen_.sendHex();
-    EXPECT_EQ(ended, 1);
-}
-
-TEST_F(SessionTransfer, ReturnClosesTheKeyboard) {
-    for (ui::TextField* field : {&screen_._hexToSendTextField, &screen_._stringToSendTextField}) {
-        int ended = 0;
-        QObject::connect(field, &ui::TextField::editingEnded, [&ended] { ++ended; });
-        field->setEditing(true);
-        EXPECT_TRUE(screen_.textFieldShouldReturn(*field));
-        EXPECT_EQ(ended, 1);
-        field->pressReturn();
-        EXPECT_GT(ended, 1);
-    }
-}
-
-TEST_F(SessionTransfer, TheTestPatternIsTenThousandBytesOfWhichByteIIsIModulo256) {
-    appear();
-    screen_.btnSend10K.press();
-    EXPECT_EQ(line_.written, pattern());
-}
-
-TEST_F(SessionTransfer, WhatTheStreamDoesNotTakeOfThePatternGoesOutWithLaterSpaceEvents) {
-    line_.room = 10;
-    appear();
-    screen_.btnSend10K.press();
-    EXPECT_EQ(line_.written.size(), 10U);
-    while (line_.written.size() < 10'000) {
-        const std::size_t before = line_.written.size();
-        line_.makeRoom(10);
-        ASSERT_EQ(line_.written.size(), before + 10);
-    }
-    EXPECT_EQ(line_.written, pattern());
-}
-
-TEST_F(SessionTransfer, SendStringSendsNothing) {
-    appear();
-    screen_._stringToSendTextField.edit(QStringLiteral("7e0d"));
-    screen_.btnSendString.press();
-    EXPECT_EQ(line_.written, Bytes{});
-}
-
-TEST_F(SessionTransfer, AFailedWriteIsOneLineOfTheLog) {
-    appear();
-    line_.writeFails = true;
-    testing::expectWarning("write error");
-    screen_._hexToSendTextField.edit(QStringLiteral("7e"));
-    screen_.sendHex();
 }
 
 TEST_F(SessionTransfer, ASessionThatIsRefusedIsOneLineOfTheLog) {
@@ -243,6 +98,24 @@ TEST_F(SessionTransfer, AChunkThatEndsBeforeTheFieldLeavesTheLastReading) {
     }
     EXPECT_EQ(count(), "Bytes Received from BTX311: 80");
     EXPECT_EQ(screen_.rxResult.text(), QStringLiteral("00 01 02 03 04 05 06 00 "));
+}
+
+TEST_F(SessionTransfer, WhatItReadsIsInTheLogStepByStep) {
+    using Lines = std::vector<std::string>;
+    appear();
+    EXPECT_EQ(logged(), Lines{"1"});
+    receive(chunkWith(0x807b, 12));
+    EXPECT_EQ(logged(), (Lines{"00010203040506807b090a0b", "807b", "000000001111011"}));
+    receive(chunkWith(0xffff, 9));
+    EXPECT_EQ(logged(), (Lines{"00010203040506ffff", "ffff", "111111111111111"}));
+    receive(chunkWith(0x7abc, 9));
+    EXPECT_EQ(logged(), (Lines{"000102030405067abc", "7abc"})) << "with bit 15 clear there are no digits";
+    receive(chunkWith(0, 8));
+    EXPECT_EQ(logged(), Lines{"0001020304050600"}) << "the field is not all there";
+    screen_.viewWillDisappear();
+    opener_.lines.push_back(&line_);
+    screen_.viewWillAppear();
+    EXPECT_EQ(logged(), Lines{"1"});
 }
 
 TEST_F(SessionTransfer, ANotificationWithoutBytesLeavesTheTextOfTheLastChunk) {
@@ -318,6 +191,18 @@ TEST_F(SessionTransfer, ItStaysWhenAnotherAccessoryGoes) {
     disconnect(nullptr);
     platform::NotificationCenter::defaultCenter().post({platform::kAccessoryDidDisconnect});
     EXPECT_EQ(around_.asked, std::vector<std::string>{});
+}
+
+TEST_F(SessionTransfer, ItGoesOnListeningForTheEndOfItsAccessory) {
+    appear();
+    disconnect(std::make_shared<Accessory>(Accessory{8, "Other", {"kestrix.tester"}}));
+    disconnect(accessory_);
+    disconnect(accessory_);  // it has not gone yet, and is asked again
+    EXPECT_EQ(around_.asked, (std::vector<std::string>{"dismiss animated", "dismiss animated"}));
+    screen_.viewWillDisappear();
+    appear();
+    disconnect(accessory_);
+    EXPECT_EQ(around_.asked.size(), 3U);
 }
 
 TEST_F(SessionTransfer, CoveredOrNotShownItDoesNotLeave) {

@@ -275,32 +275,58 @@ class ConsoleOnALine : public ConsoleScreen {
         if (count > 0) taken_.insert(taken_.end(), bytes.begin(), bytes.begin() + count);
     }
 
+    void openOnTheLine() {
+        openConsole({"serial:" + pty_.name()});
+        ASSERT_TRUE(waitFor([this] {
+            const Bytes noise{0x55};
+            pty_.send(noise);
+            return presented() == 1;
+        }));
+        settle();
+    }
+    // From now on the far end takes what comes, until there are so many bytes of it.
+    void takeAll(std::size_t count) {
+        QSocketNotifier farEnd(pty_.master(), QSocketNotifier::Read);
+        QObject::connect(&farEnd, &QSocketNotifier::activated, &farEnd, [this] { takeTen(); });
+        EXPECT_TRUE(waitFor([this, count] { return taken_.size() >= count; })) << taken_.size();
+    }
+    static Bytes patterns(int times) {
+        Bytes bytes;
+        for (int pattern = 0; pattern < times; ++pattern) {
+            for (int i = 0; i < 10'000; ++i) bytes.push_back(static_cast<std::uint8_t>(i % 256));
+        }
+        return bytes;
+    }
+
     testing::Pty pty_;
     Bytes taken_;
 };
 
 TEST_F(ConsoleOnALine, AnyByteShowsItAndTheTestPatternArrivesWholeAndInOrder) {
-    openConsole({"serial:" + pty_.name()});
-    ASSERT_TRUE(waitFor([this] {
-        const Bytes noise{0x55};
-        pty_.send(noise);
-        return presented() == 1;
-    }));
-    settle();
+    ASSERT_NO_FATAL_FAILURE(openOnTheLine());
     EXPECT_TRUE(waitFor([this] { return transfer().totalBytesRead() > 0; }));
     click("btnSend10K");
-    {
-        QSocketNotifier farEnd(pty_.master(), QSocketNotifier::Read);
-        QObject::connect(&farEnd, &QSocketNotifier::activated, &farEnd, [this] { takeTen(); });
-        EXPECT_TRUE(waitFor([this] { return taken_.size() >= 10'000; })) << taken_.size();
-    }
-    Bytes expected(10'000);
-    for (std::size_t i = 0; i < expected.size(); ++i) expected[i] = static_cast<std::uint8_t>(i % 256);
-    EXPECT_TRUE(taken_ == expected);
+    takeAll(10'000);
+    EXPECT_TRUE(taken_ == patterns(1));
     pty_.hangUp();
     EXPECT_TRUE(waitFor([this] { return presented() == 0; }));
     settle();
     EXPECT_NE(text("lblWhy"), QString());
+}
+
+// More than the line and the channel take while nobody reads: the rest waits in the session.
+TEST_F(ConsoleOnALine, WhatNobodyTakesYetWaitsAndArrivesWholeAndInOrder) {
+    constexpr int kTimes = 12;
+    ASSERT_NO_FATAL_FAILURE(openOnTheLine());
+    for (int time = 0; time < kTimes; ++time) click("btnSend10K");
+    settle();
+    Bytes expected = patterns(kTimes);
+    EXPECT_GT(expected.size(), platform::ByteChannel::kBufferLimit);
+    transfer()._hexToSendTextField.edit(QStringLiteral("7e0d"));
+    click("btnSendHex");
+    expected.insert(expected.end(), {0x7e, 0x0d});
+    takeAll(expected.size());
+    EXPECT_TRUE(taken_ == expected);
 }
 
 }  // namespace

@@ -89,6 +89,29 @@ TEST_F(InformationControllers, TheBluetoothHelpsTextIsAsHighAsItMeasures) {
     EXPECT_GE(help->scrollView.contentHeight(), help->texts()[0].place.bottom());
 }
 
+TEST_F(InformationControllers, TheBluetoothHelpsTextIsMeasuredForItsWidthAndItsMostHeight) {
+    struct Measure final : ui::TextMeasure {
+        mutable QString family;
+        mutable int size = 0;
+        mutable QSizeF room;
+        double wrappedHeight(const QString&, const QString& ofFamily, int ofSize, double width,
+                             double maxHeight) const override {
+            family = ofFamily;
+            size = ofSize;
+            room = {width, maxHeight};
+            return maxHeight;
+        }
+    };
+    Measure measure;
+    services_.fonts = &measure;
+    const auto help = load<BluetoothConnectionHelpViewController>(ScreenId::BluetoothConnectionHelp);
+    EXPECT_EQ(measure.room, QSizeF(260, 400));
+    const ui::Label& label = *help->texts().at(0).label;
+    EXPECT_EQ(measure.family, label.fontFamily());
+    EXPECT_EQ(measure.size, label.fontSize());
+    EXPECT_EQ(help->texts()[0].place.size(), QSizeF(260, 400));
+}
+
 TEST_F(InformationControllers, TheSafetyTipsStandInTheirOrderAndPlaces) {
     const auto tips = load<SafetyTipsViewController>(ScreenId::SafetyTips);
     EXPECT_EQ(images(*tips), (Asked{"help_safety1.png", "help_safety2.png", "help_safety3.png",

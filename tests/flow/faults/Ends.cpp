@@ -27,6 +27,7 @@ void isSwitchedOff(FaultWorld& world) {
 
 void isSwitchedOffAndOn(FaultWorld& world) {
     world.leaves();
+    world.expect(Link::Gone);
     world.farEnd().comeBack();
     world.passes(900ms);
     world.comesBack();
