@@ -184,6 +184,8 @@ TEST_F(Log, WhatCannotBeUsedIsSaidBeforeAnythingIsMade) {
     writeFile(folder_.path().toStdString() + "/file", "x");
     const Case cases[] = {
         {{"log", "simulator:", "--documents", documents_}, 2, "--project is required"},
+        {{"log", "simulator:", "--project", " ", "--documents", documents_}, 2, "--project"},
+        {{"log", "simulator:", "--project", "", "--documents", documents_}, 2, "--project"},
         {{"log", "nowhere:", "--project", "x", "--documents", documents_}, 2, "nowhere"},
         {{"log", "simulator:", "--project", "x", "--documents", folder_.path().toStdString() + "/file"},
          2,

@@ -237,6 +237,20 @@ TEST(Documents, EveryFieldOfARecordIsListedInItsOrder) {
     EXPECT_EQ(fields, 56);
 }
 
+TEST(Documents, TheArchitectureNamesEveryNotificationAndEveryCategoryOfTheLog) {
+    const std::string architecture = contentOf(kRoot / "docs/architecture.md");
+    const std::regex name(
+        R"((?:Q_LOGGING_CATEGORY\(\w+, |string_view \w+ = )\"(kestrix\.\w+|NS\w+|\w*[nN]otification|Accessory\w+)\")");
+    std::set<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(kRoot / "src")) {
+        if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
+        for (const std::smatch& found : matches(contentOf(entry.path()), name)) names.insert(found[1]);
+    }
+    EXPECT_GE(names.size(), 20U);
+    for (const std::string& each : names)
+        EXPECT_NE(architecture.find("`" + each + "`"), std::string::npos) << each;
+}
+
 TEST(Documents, TheNetworkIsTouchedOnlyWhereTheGuaranteeSays) {
     static const std::regex network(
         "#include "
