@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QProcess>
 
 #include "tests/platform/MailServer.h"
 #include "tests/support/EventLoop.h"
@@ -56,17 +55,6 @@ TEST(MailModule, AFileThatIsNoneIsSaidInOneLine) {
 
 TEST(MailModule, LiesBesideTheProgramsAsItIsInstalled) {
     EXPECT_TRUE(QFile::exists(QStringLiteral(KESTRIX_BINARY_DIR "/bin/" KESTRIX_MAIL_MODULE_PLACE)));
-}
-
-// The window would wait for them at every start.
-TEST(MailModule, TheWindowsProgramLoadsNoneOfItsLibraries) {
-    QProcess list;
-    list.start(QStringLiteral("ldd"), {QStringLiteral(KESTRIX_BINARY_DIR "/bin/kestrix")});
-    ASSERT_TRUE(list.waitForFinished());
-    const std::string libraries = list.readAllStandardOutput().toStdString();
-    EXPECT_THAT(libraries, HasSubstr("libQt6Core"));
-    for (const char* library : {"libcurl", "libgmime", "libqt6keychain", "libsecret"})
-        EXPECT_THAT(libraries, ::testing::Not(HasSubstr(library)));
 }
 
 }  // namespace

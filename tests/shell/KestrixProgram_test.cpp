@@ -1,8 +1,10 @@
 // kestrix as a whole program, without a display.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -369,6 +371,17 @@ TEST_F(KestrixProgram, ADocumentsFolderThatCannotBeWrittenLeavesTheDisplayLive) 
     program.signal(SIGTERM);
     EXPECT_EQ(program.wait(), 0);
     expectOneComplaintBesidesTheDatabase(program.error(), "");
+}
+
+// The window would wait for them at every start.
+TEST(MailLibraries, AreLoadedByNoWindowThatDoesNotAskForThem) {
+    QProcess list;
+    list.start(QStringLiteral("ldd"), {QStringLiteral(KESTRIX_BINARY_DIR "/bin/kestrix")});
+    ASSERT_TRUE(list.waitForFinished());
+    const std::string libraries = list.readAllStandardOutput().toStdString();
+    EXPECT_THAT(libraries, ::testing::HasSubstr("libQt6Core"));
+    for (const char* library : {"libcurl", "libgmime", "libqt6keychain", "libsecret"})
+        EXPECT_THAT(libraries, ::testing::Not(::testing::HasSubstr(library)));
 }
 
 }  // namespace
