@@ -183,8 +183,7 @@ TEST(BashCompletion, UrisAndFiles) {
 TEST(BashCompletion, OfTheWindow) {
     EXPECT_EQ(offeredByBash("kestrix --c", "kestrix"), (Words{"--connect", "--choose", "--console"}));
     EXPECT_EQ(offeredByBash("kestrix --connect s", "kestrix"), (Words{"serial:", "simulator:"}));
-    EXPECT_EQ(offeredByBash("kestrix --choose replay:kestrix-cli.", "kestrix"),
-              (Words{"kestrix-cli.1"}));
+    EXPECT_EQ(offeredByBash("kestrix --choose replay:kestrix-cli.", "kestrix"), (Words{"kestrix-cli.1"}));
     EXPECT_EQ(offeredByBash("kestrix --documents comp", "kestrix"), (Words{"completions"}));
 }
 
