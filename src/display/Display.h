@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "display/MeasuredFrames.h"
 #include "display/RcdRows.h"
 #include "display/Titles.h"
 
@@ -21,12 +22,19 @@ struct Reading {
     bool operator==(const Reading&) const = default;
 };
 
+// None where no record has set the trip time. It is not shown: rows that show the same are equal.
+struct RowFrame : std::optional<protocol::FrameBytes> {
+    using std::optional<protocol::FrameBytes>::optional;
+    friend bool operator==(const RowFrame&, const RowFrame&) { return true; }
+};
+
 // One row of the RCD auto test. The trip time is shown and hidden apart from the row's other texts
 // (kRcdRowTexts, kRcdUnit), which are always the same.
 struct RcdRow {
     std::string value = " ";  // trip time
     bool valueHidden = false;
     bool hidden = false;  // multiplier, angle and unit
+    RowFrame frame{};     // that the trip time was read from
 
     bool operator==(const RcdRow&) const = default;
 };
@@ -56,6 +64,7 @@ struct Display {
     std::int32_t intfunctions = 0;  // a character code
     std::string parameters;
     std::string results;
+    MeasuredFrames measured;  // what these texts were made from
 
     Counters counters;
 

@@ -1,5 +1,7 @@
 #include "display/Steps.h"
 
+#include <limits>
+
 #include "display/MeasurementTexts.h"
 
 namespace kestrix::display {
@@ -8,6 +10,7 @@ namespace {
 using protocol::MeterReading;
 
 constexpr std::int32_t kLastRcdStep = 13;
+constexpr std::uint32_t kMostCounted = std::numeric_limits<std::uint32_t>::max();
 constexpr std::uint8_t kSixRowsBelow = 2;  // of setting 2
 
 void assign(Reading& reading, const std::string& value, const std::string& unit) {
@@ -33,6 +36,7 @@ void advanceRcdTest(Display& display, const MeterReading& record) {
     if (step < 3 || step % 2 == 0) return;
     RcdRow& row = display.rcdRows[static_cast<std::size_t>((step - 3) / 2)];
     row.value = record.strValue1;
+    row.frame = record.frame;
     setHidden(display, kRcdValues, true);
     row.valueHidden = false;
     if (step == kLastRcdStep) step = 0;
@@ -73,6 +77,17 @@ void showTwoReadings(Display& display, const MeterReading& record) {
     clearRcdValues(display);
 }
 
+void noteFrames(Display& display, const MeterReading& record) {
+    MeasuredFrames& measured = display.measured;
+    if (measured.equalInARow == 0 || measured.reading != record.frame) {
+        measured.reading = record.frame;
+        measured.equalInARow = 1;
+    } else if (measured.equalInARow < kMostCounted) {
+        ++measured.equalInARow;
+    }
+    for (std::size_t row = 0; row < kRcdRows; ++row) measured.tripTimes[row] = display.rcdRows[row].frame;
+}
+
 }  // namespace
 
 void recordCame(Display& display, const MeterReading& record) {
@@ -91,6 +106,7 @@ void recordCame(Display& display, const MeterReading& record) {
             showTwoReadings(display, record);
     }
     describeMeasurement(display, record);
+    noteFrames(display, record);
 }
 
 bool linkStateChanged(Display& display, std::int32_t state) {
@@ -130,7 +146,10 @@ void setHidden(Display& display, std::int32_t group, bool hidden) {
 }
 
 void clearRcdValues(Display& display) {
-    for (RcdRow& row : display.rcdRows) row.value = " ";
+    for (RcdRow& row : display.rcdRows) {
+        row.value.assign(1, ' ');
+        row.frame.reset();
+    }
     display.rowsOfEarlierLink = false;
 }
 

@@ -1,5 +1,6 @@
 #include "protocol/KV3820protocal.h"
 
+#include <algorithm>
 #include <array>
 
 #include "protocol/DisplayTexts.h"
@@ -19,7 +20,10 @@ KV3820protocal& KV3820protocal::initFromNSdata(std::span<const std::uint8_t> byt
     initStructAndValue();
     const FrameCheck check = checkFrame(bytes);
     if (check == FrameCheck::Foreign) return *this;
-    if (check == FrameCheck::Valid) decodeFrame(bytes, record_);
+    if (check == FrameCheck::Valid) {
+        decodeFrame(bytes, record_);
+        std::copy_n(bytes.begin(), std::min(bytes.size(), record_.frame.size()), record_.frame.begin());
+    }
     deriveTexts(bytes[frame::kStatus.first], record_);
     return *this;
 }

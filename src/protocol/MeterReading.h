@@ -1,11 +1,16 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
+#include "protocol/FrameLayout.h"
 #include "protocol/ValData.h"
 
 namespace kestrix::protocol {
+
+// The bytes of one frame.
+using FrameBytes = std::array<std::uint8_t, frame::kLength>;
 
 // The decoded content of one frame: a plain value, copied whole. All-zero until a decoder fills it.
 // Voltages are in volts; flags are 0 or 1; texts are UTF-8.
@@ -70,6 +75,10 @@ struct MeterReading {
     std::string strUL;  // touch-voltage limit and fault voltage, labelled
     std::string strUF;
     std::uint8_t bottompicIndex = 0;  // connection picture, 0 to 5
+
+    // What it was decoded from, as the tester sent it; zeros behind the end of a shorter frame, and for one
+    // that was not understood.
+    FrameBytes frame{};
 
     bool operator==(const MeterReading&) const = default;
 };

@@ -34,12 +34,12 @@ TEST(MeterReading, StartsAllZero) {
     EXPECT_EQ(record.bottompicIndex, 0);
 }
 
-TEST(MeterReading, HoldsFiftySixFieldsInTheirOrder) {
+TEST(MeterReading, HoldsFiftySixFieldsInTheirOrderAndBehindThemTheFrame) {
     const MeterReading r;
     const auto& [f01, f02, f03, f04, f05, f06, f07, f08, f09, f10, f11, f12, f13, f14, f15, f16, f17, f18,
                  f19, f20, f21, f22, f23, f24, f25, f26, f27, f28, f29, f30, f31, f32, f33, f34, f35, f36,
                  f37, f38, f39, f40, f41, f42, f43, f44, f45, f46, f47, f48, f49, f50, f51, f52, f53, f54,
-                 f55, f56] = r;
+                 f55, f56, frame] = r;
     const std::vector<const void*> inPlace = {
         &f01, &f02, &f03, &f04, &f05, &f06, &f07, &f08, &f09, &f10, &f11, &f12, &f13, &f14,
         &f15, &f16, &f17, &f18, &f19, &f20, &f21, &f22, &f23, &f24, &f25, &f26, &f27, &f28,
@@ -57,6 +57,7 @@ TEST(MeterReading, HoldsFiftySixFieldsInTheirOrder) {
         &r.strRCD5,    &r.strRCD6,       &r.strNpe,     &r.strLpe,     &r.strLn,     &r.strUL,
         &r.strUF,      &r.bottompicIndex};
     EXPECT_EQ(inPlace, inOrder);
+    EXPECT_EQ(&frame, &r.frame);
 }
 
 TEST(ValData, HoldsSevenFieldsInTheirOrder) {
