@@ -92,13 +92,18 @@ struct Way {
 // Each round inserts one row in every way, beginning with another each time, so that what the disk does
 // otherwise meets all alike. The time shown is ours; the counters are medians, in microseconds.
 void BM_durableInsert(benchmark::State& state) {
-    std::array<Way, 3> ways;
-    auto& [ours, bare, plain] = ways;
+    std::array<Way, 4> ways;
+    auto& [ours, bare, plain, pressed] = ways;
     std::vector<Connection> connections;
     for (Way& way : ways) ServiceDao(way.folder.documents()).createTable();
 
     ServiceDao dao(ours.folder.documents());
     ours.insert = [&dao, measure = measurement()] { dao.addMeasureForm(measure); };
+    // With its evidence, as at a press.
+    ServiceDao pressDao(pressed.folder.documents());
+    pressed.insert = [&pressDao, measure = measurement()] {
+        pressDao.addMeasureWithEvidence(measure, {.frame = std::string(36, 'f'), .source = "bluetooth"});
+    };
     // The same table, indexes and pragma.
     connections.push_back(connected(bare.folder));
     run(connections.back(), "PRAGMA journal_mode = TRUNCATE");
@@ -123,7 +128,9 @@ void BM_durableInsert(benchmark::State& state) {
     state.counters["ours_us"] = median(ours.times) * 1e6;
     state.counters["bare_us"] = median(bare.times) * 1e6;
     state.counters["plain_us"] = median(plain.times) * 1e6;
+    state.counters["pressed_us"] = median(pressed.times) * 1e6;
     state.counters["ours/bare"] = median(ours.times) / median(bare.times);
+    state.counters["pressed/bare"] = median(pressed.times) / median(bare.times);
 }
 BENCHMARK(BM_durableInsert)->UseManualTime()->Unit(benchmark::kMicrosecond);
 

@@ -16,11 +16,12 @@ extern const Command recordsCommand;
 extern const Command showCommand;
 extern const Command deleteCommand;
 extern const Command logCommand;
+extern const Command verifyCommand;
 
 std::span<const Command* const> allCommands() {
     static constexpr std::array kCommands{&decodeCommand,  &monitorCommand, &captureCommand, &simulateCommand,
                                           &devicesCommand, &recordsCommand, &showCommand,    &kExportRow,
-                                          &deleteCommand,  &logCommand};
+                                          &deleteCommand,  &logCommand,     &verifyCommand};
     return kCommands;
 }
 

@@ -14,6 +14,7 @@
 #include "apps/kestrix-cli/SavedRecords.h"
 #include "apps/kestrix-cli/UriHelp.h"
 #include "display/Steps.h"
+#include "live/MeasurementEvidence.h"
 #include "platform/DateText.h"
 #include "storage/FolderChoice.h"
 #include "storage/ServiceDao.h"
@@ -38,12 +39,11 @@ struct LogOptions {
 // What the tester's display shows, stored by the rules of the options until one of them ends it.
 class Logger final : public link::BusinessCommunicationDelegate {
   public:
-    Logger(const LogOptions& options, storage::GrowingRecord& record, Runner& runner,
-           platform::Scheduler& scheduler)
+    Logger(const LogOptions& options, storage::GrowingRecord& record, Runner& runner, const Link& link)
         : options_(options),
           record_(record),
           runner_(runner),
-          scheduler_(scheduler),
+          link_(link),
           linkStates_(platform::NotificationCenter::defaultCenter().addObserver(
               link::Orvoblueviewnotification, [this](const platform::Notification& event) {
                   if (const auto* state = platform::objectOf<std::string>(event))
@@ -55,6 +55,7 @@ class Logger final : public link::BusinessCommunicationDelegate {
 
     void didReceive3820Data(const protocol::MeterReading& reading, bool) override {
         display::recordCame(display_, reading);
+        source_.recordCame(link_.connect.measuredevice(), link_.manager);
         if (!options_.every) {
             if (shown() != stored_) store();
         } else if (!ticking_) {
@@ -77,7 +78,7 @@ class Logger final : public link::BusinessCommunicationDelegate {
 
     void tick() {
         ticking_ = true;
-        timer_ = scheduler_.callAfter(std::chrono::seconds(*options_.every), [this] { tick(); });
+        timer_ = link_.scheduler.callAfter(std::chrono::seconds(*options_.every), [this] { tick(); });
         store();
     }
 
@@ -90,7 +91,7 @@ class Logger final : public link::BusinessCommunicationDelegate {
         measure.result = display_.results;
         measure.dateTime = times_.text(std::chrono::system_clock::now());
         measure.comments = " ";
-        const storage::Outcome outcome = record_.add(measure);
+        const storage::Outcome outcome = record_.add(measure, source_.evidenceOf(display_.measured, false));
         if (!outcome.done) return end(outcome.reason);
         stored_ = shown();
         say(measure, outcome.identity);
@@ -113,9 +114,10 @@ class Logger final : public link::BusinessCommunicationDelegate {
     const LogOptions& options_;
     storage::GrowingRecord& record_;
     Runner& runner_;
-    platform::Scheduler& scheduler_;
+    const Link& link_;
     platform::DateText times_{platform::kTimePattern, {}, {}};
     display::Display display_;
+    live::ReadingSource source_;
     Texts stored_;
     bool ticking_ = false;
     bool ended_ = false;
@@ -170,7 +172,7 @@ Ending log(Runner& runner, const LogOptions& options) {
 
     std::string problem;
     {
-        Logger logger(options, record, runner, loop.scheduler);
+        Logger logger(options, record, runner, link);
         link.connect.initBlue();
         link.connect.setDelegate(&logger);
         loop.run();

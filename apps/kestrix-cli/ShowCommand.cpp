@@ -1,13 +1,20 @@
 // The measurements of one saved test record.
 
+#include <fmt/format.h>
+
+#include <map>
 #include <memory>
 #include <string>
 
+#include "apps/common/PrintableText.h"
 #include "apps/kestrix-cli/CommandOptions.h"
+#include "apps/kestrix-cli/DatabaseFile.h"
+#include "apps/kestrix-cli/EvidenceText.h"
 #include "apps/kestrix-cli/RowJson.h"
 #include "apps/kestrix-cli/Runner.h"
 #include "apps/kestrix-cli/SavedRecords.h"
 #include "apps/kestrix-cli/TextTable.h"
+#include "storage/EvidenceChain.h"
 
 namespace kestrix::cli {
 namespace {
@@ -16,7 +23,33 @@ struct ShowOptions {
     std::string id;
     std::string documents;
     bool json = false;
+    bool evidence = false;
 };
+
+// One behind the other, each with what is known of how it came about.
+Ending writeEvidence(Output& output, const std::vector<storage::MeasureData>& measurements,
+                     const SavedRecords& saved) {
+    const DatabaseFile file(saved.folder().filePath(QLatin1String(storage::kDatabaseFile)).toStdString());
+    if (!file.problem().empty()) return failed(saved.path() + ": " + file.problem());
+    std::map<std::int64_t, std::string> texts;
+    for (const storage::MeasureData& measure : measurements) texts[measure.dataId];
+    const bool read =
+        storage::eachEvidence(file.connection(), [&texts](const storage::EvidenceRow& row, bool) {
+            const auto wanted = texts.find(row.dataId);
+            if (wanted != texts.end() && row.event == storage::EvidenceEvent::Recorded)
+                wanted->second = evidenceText(row);
+            return true;
+        });
+    if (!read) return failed(saved.path() + ": " + file.failure());
+    for (const storage::MeasureData& measure : measurements) {
+        const std::string& text = texts[measure.dataId];
+        output.line(fmt::format("{} {} {} {}: {}", measure.dataId, app::printable(measure.dataName),
+                                app::printable(measure.dateTime), app::printable(measure.function),
+                                app::printable(measure.result)));
+        output.write(text.empty() ? "  there is no evidence: an earlier version recorded it\n" : text);
+    }
+    return done();
+}
 
 void writeMeasurements(Output& output, const std::vector<storage::MeasureData>& measurements, bool json) {
     TextTable table({"Id", "Data Name", "Function", "Parameters", "Result", "Date Time"});
@@ -41,9 +74,15 @@ Ending show(Runner& runner, const ShowOptions& options) {
     const bool known = !saved.dao()->findRecordofId(*id).empty();
     if (!saved.dao()->lastOutcome().done) return saved.endingOf(saved.dao()->lastOutcome());
     if (!known) return noSuchRecord(options.id, saved);
-    writeMeasurements(runner.output(), saved.dao()->findMeasureofId(*id), options.json);
+    const std::vector<storage::MeasureData> measurements = saved.dao()->findMeasureofId(*id);
+    Ending ending = saved.endingOf(saved.dao()->lastOutcome());
+    if (options.evidence && ending.status == kDone) {
+        ending = writeEvidence(runner.output(), measurements, saved);
+    } else {
+        writeMeasurements(runner.output(), measurements, options.json);
+    }
     runner.flush(runner.output());
-    return saved.endingOf(saved.dao()->lastOutcome());
+    return ending;
 }
 
 Action describeShow(CommandOptions& options) {
@@ -51,6 +90,8 @@ Action describeShow(CommandOptions& options) {
     options.neededWord("id", given->id, "Number of the test record");
     describeDocuments(options, given->documents);
     options.flag("--json", given->json, "One JSON object for each");
+    options.flag("--evidence", given->evidence, "What the tester sent for each, byte by byte");
+    options.excludeEachOther("--json", "--evidence");
     return [given](Runner& runner) { return show(runner, *given); };
 }
 

@@ -37,7 +37,7 @@ _kestrix_cli_complete() {
     local words=("$@")
     local last=$(($# - 1))
     local cur=${words[last]} prev=${words[last - 1]}
-    local commands='decode monitor capture simulate devices records show export delete log'
+    local commands='decode monitor capture simulate devices records show export delete log verify'
     local command='' arguments=0 i
     for ((i = 1; i < last; i++)); do
         case ${words[i]} in
@@ -78,7 +78,8 @@ _kestrix_cli_complete() {
             '') options+=' --version' ;;
             decode) options+=' --frame --screen' ;;
             capture) options+=' --force' ;;
-            records | show) options+=' --json --documents' ;;
+            records | verify) options+=' --json --documents' ;;
+            show) options+=' --json --evidence --documents' ;;
             export)
                 options+=' --csv --pdf --format --output --documents'
                 options+=' --mail --smtp --from --cafile --password-stdin --draft'

@@ -37,6 +37,7 @@ complete -c kestrix-cli -n __fish_use_subcommand -a show -d 'The measurements of
 complete -c kestrix-cli -n __fish_use_subcommand -a export -d 'Write a test record to a file, or mail it'
 complete -c kestrix-cli -n __fish_use_subcommand -a delete -d 'Delete a test record with its measurements'
 complete -c kestrix-cli -n __fish_use_subcommand -a log -d 'Record unattended into a test record'
+complete -c kestrix-cli -n __fish_use_subcommand -a verify -d 'Derives every measurement again from what the tester sent'
 
 complete -c kestrix-cli -n 'not __fish_use_subcommand' -l seconds -x -d 'End after so many seconds'
 
@@ -56,8 +57,9 @@ complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l seed -x -d 'Seed of al
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l speed -x -a '1 10 100 max' -d 'Times real time'
 complete -c kestrix-cli -n '__kestrix_cli_in simulate' -l list -d 'Name the built-in scenarios'
 
-complete -c kestrix-cli -n '__kestrix_cli_in records show export delete log' -l documents -r -F -d 'The folder of the database'
-complete -c kestrix-cli -n '__kestrix_cli_in records show' -l json -d 'One JSON object for each'
+complete -c kestrix-cli -n '__kestrix_cli_in records show export delete log verify' -l documents -r -F -d 'The folder of the database'
+complete -c kestrix-cli -n '__kestrix_cli_in records show verify' -l json -d 'One JSON object for each'
+complete -c kestrix-cli -n '__kestrix_cli_in show' -l evidence -d 'What the tester sent for each'
 
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l csv -d 'The text that the window writes'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l pdf -d 'The report of one page'

@@ -81,6 +81,7 @@ void MainViewController::viewDidLoad() {
     med = std::make_unique<storage::MeasureData>();
     red = std::make_unique<storage::RecordData>();
     dao = std::make_unique<storage::ServiceDao>(services_.documents);
+    dao->setClock([this] { return moment(); });
     buildToolbar();
     buildNotices();
     buildKeys();
@@ -208,10 +209,11 @@ void MainViewController::pressRecord() {
     med->function = *strfunction();
     med->parameters = parameters();
     med->result = results();
-    med->dateTime = getTimeNow();
+    storedAt_ = services_.now();
+    med->dateTime = services_.timeText.text(storedAt_);
     med->comments = " ";
     med->recordName = "";
-    dao->addMeasureForm(*med);
+    dao->addMeasureWithEvidence(*med, readingSource_.evidenceOf(display().measured, services_.simulated));
     if (array.count() >= kRowsBeforeScrolling) tableView.scrollToLastRow();
     sayWhatIsWrong(name);
 }
@@ -249,6 +251,14 @@ void MainViewController::pressClearTable() {
         services_.notice.show(tr("Not in the test record, because never stored: %1").arg(lost.join(u", ")));
     array.removeAll();
     nameRightButton();
+}
+
+storage::Moment MainViewController::moment() const {
+    using std::chrono::duration_cast;
+    using std::chrono::milliseconds;
+    return {.utc = duration_cast<milliseconds>(storedAt_.time_since_epoch()).count(),
+            .utcOffset = services_.timeText.utcOffset(storedAt_),
+            .sinceBoot = duration_cast<milliseconds>(services_.scheduler.now().time_since_epoch()).count()};
 }
 
 std::string MainViewController::getTimeNow() const {
@@ -320,6 +330,7 @@ void MainViewController::nameRightButton() {
 void MainViewController::didReceive3820Data(const protocol::MeterReading& record, bool success) {
     latestRecord_ = services_.now();
     recordIsOfEarlierLink_ = false;
+    if (blueConnect) readingSource_.recordCame(blueConnect->measuredevice(), services_.accessories);
     MeterDisplay::didReceive3820Data(record, success);
     spokenReading_.refresh();
 }

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "link/BluetoothConnect.h"
+#include "live/MeasurementEvidence.h"
 #include "live/MeterDisplay.h"
 #include "live/SessionList.h"
 #include "live/SpokenReading.h"
@@ -128,6 +129,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     void showTester();
     // After a press of the record button that made the row `name`.
     void sayWhatIsWrong(const std::string& name);
+    // Of the latest press, as its row tells the time.
+    storage::Moment moment() const;
     static QString notStored() { return tr("Not stored"); }
     void markLatestRow(const QString& mark, const QString& notice);
     // Without a container the user is told.
@@ -137,6 +140,8 @@ class MainViewController final : public kestrix::live::MeterDisplay {
     MakeLink makeLink_;
     std::chrono::system_clock::time_point latestRecord_;  // when it came
     bool recordIsOfEarlierLink_ = false;                  // the link went since, and may be back
+    ReadingSource readingSource_;
+    std::chrono::system_clock::time_point storedAt_;  // of the latest press
     SpokenReading spokenReading_{*this, "spokenReading", [this] { return inWords(display()); }};
     ui::KeyTable keys_;  // of the whole screen
     platform::NotificationCenter::Subscription linkStates_;

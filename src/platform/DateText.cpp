@@ -4,6 +4,7 @@
 #include <unicode/localpointer.h>
 #include <unicode/locid.h>
 #include <unicode/timezone.h>
+#include <unicode/ucal.h>
 #include <unicode/udat.h>
 #include <unicode/unistr.h>
 
@@ -27,6 +28,12 @@ std::string withLatinDigits(const std::string& name) {
     locale.setKeywordValue("calendar", "gregorian", status);
     locale.setKeywordValue("numbers", "latn", status);
     return locale.getName();
+}
+
+// Downwards, so that a moment before 1970 does not show a second that has not come.
+UDate dateOf(std::chrono::system_clock::time_point moment) {
+    return static_cast<UDate>(
+        std::chrono::floor<std::chrono::milliseconds>(moment.time_since_epoch()).count());
 }
 
 icu::UnicodeString zoneOfMachine() {
@@ -85,12 +92,22 @@ DateText::DateText(DateText&&) noexcept = default;
 DateText& DateText::operator=(DateText&&) noexcept = default;
 DateText::~DateText() = default;
 
+std::int32_t DateText::utcOffset(std::chrono::system_clock::time_point moment) const {
+    UDateFormat* const format = format_->open();
+    if (format == nullptr) return 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUCalendarPointer calendar(ucal_clone(udat_getCalendar(format), &status));
+    if (U_FAILURE(status)) return 0;
+    ucal_setMillis(calendar.getAlias(), dateOf(moment), &status);
+    const int32_t offset = ucal_get(calendar.getAlias(), UCAL_ZONE_OFFSET, &status) +
+                           ucal_get(calendar.getAlias(), UCAL_DST_OFFSET, &status);
+    return U_FAILURE(status) ? 0 : offset / 1000;
+}
+
 std::string DateText::text(std::chrono::system_clock::time_point moment) const {
     UDateFormat* const format = format_->open();
     if (format == nullptr) return {};
-    // Downwards, so that a moment before 1970 does not show a second that has not come.
-    const auto time = std::chrono::floor<std::chrono::milliseconds>(moment.time_since_epoch());
-    const auto date = static_cast<UDate>(time.count());
+    const UDate date = dateOf(moment);
     UErrorCode status = U_ZERO_ERROR;
     const int32_t length = udat_format(format, date, nullptr, 0, nullptr, &status);
     if (status != U_BUFFER_OVERFLOW_ERROR) return {};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -32,6 +33,8 @@ class DateText {
     // UTF-8, in Latin digits and the Gregorian calendar; a part of a unit that the pattern does not show is
     // dropped. Empty when the pattern is none.
     std::string text(std::chrono::system_clock::time_point moment) const;
+    // How far the zone is ahead of UTC at this moment, in seconds. 0 when the pattern is none.
+    std::int32_t utcOffset(std::chrono::system_clock::time_point moment) const;
 
   private:
     struct Format;

@@ -4,14 +4,19 @@
 #include <QCoreApplication>
 #include <QDir>
 
+#include <optional>
 #include <utility>
 
 #include "platform/PrivateFiles.h"
 #include "storage/DatabaseLook.h"
+#include "storage/EvidenceChain.h"
+#include "storage/EvidenceHash.h"
+#include "storage/MeasurementIdentity.h"
 #include "storage/Rows.h"
 #include "storage/StatementText.h"
 #include "storage/Statements.h"
 #include "storage/StorageLog.h"
+#include "storage/Transaction.h"
 
 namespace kestrix::storage {
 
@@ -188,6 +193,46 @@ void ServiceDao::addMeasureForm(const MeasureData& measure) {
                                     measure.function, measure.parameters, measure.result, measure.dateTime,
                                     measure.comments, measure.recordName})
             .get());
+}
+
+void ServiceDao::addMeasureWithEvidence(const MeasureData& measure, const Evidence& evidence) {
+    std::optional<Transaction> own;
+    if (!inTransaction_) own.emplace(*this);
+    if (!outcome_.done) return;
+    addMeasureForm(measure);
+    if (!outcome_.done) return;
+    const std::int64_t identity = outcome_.identity;
+    EvidenceRow row;
+    row.dataId = identity;
+    row.evidence = evidence;
+    row.moment = clock_();
+    row.identity = newMeasurementIdentity(row.moment.utc);
+    append(std::move(row), measure);
+    if (own && !own->commit()) return;
+    if (outcome_.done) outcome_.identity = identity;
+}
+
+void ServiceDao::noteEvidence(EvidenceEvent event, const MeasureData& measure) {
+    EvidenceRow row;
+    row.event = event;
+    row.dataId = measure.dataId;
+    row.moment = clock_();
+    append(std::move(row), measure);
+}
+
+void ServiceDao::append(EvidenceRow row, MeasureData measure) {
+    sqlite3* const open = connection();
+    if (open == nullptr) return;
+    measure.recordId = static_cast<std::int32_t>(measure.recordId);  // what a statement holds of it
+    row.measurement = digestOf(measure);
+    row.program = programName();
+    if (appendEvidence(open, row)) {
+        outcome_ = {};
+        return;
+    }
+    outcome_ = failureOf(open, path_);
+    db_.reset();
+    qCWarning(lcStorage, "数据操作失败");
 }
 
 void ServiceDao::addRecordForm(const RecordData& record) {

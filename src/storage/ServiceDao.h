@@ -6,10 +6,13 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/DocumentsFolder.h"
+#include "storage/Evidence.h"
 #include "storage/MeasureData.h"
+#include "storage/Moments.h"
 #include "storage/Outcome.h"
 #include "storage/RecordData.h"
 #include "storage/StatementText.h"
@@ -65,6 +68,15 @@ class ServiceDao {
     void addMeasureForm(const MeasureData& measure);
     void addRecordForm(const RecordData& record);
 
+    // The same with the measurement's evidence, both or neither: a transaction of its own, or part of the one
+    // that is open.
+    void addMeasureWithEvidence(const MeasureData& measure, const Evidence& evidence);
+    // Appends to the evidence what is done with a measurement, in the transaction that is open. measure: its
+    // row as it is behind that; of one that is deleted, as it was.
+    void noteEvidence(EvidenceEvent event, const MeasureData& measure);
+    // Whose moments the evidence tells; without it, the machine's clocks.
+    void setClock(std::function<Moment()> clock) { clock_ = std::move(clock); }
+
     // By ascending identity.
     std::vector<RecordData> findRecordForm();
     int findRecordFormCount();
@@ -115,6 +127,7 @@ class ServiceDao {
     // The same; a failure is logged and closes the connection.
     bool run(const char* sql);
     void runInsert(const char* sql);
+    void append(EvidenceRow row, MeasureData measure);
     void runDelete(std::string_view text, std::int64_t id);
     // Hands each row that the statement stands on to `read` until that answers false, and tells the outcome.
     template <class Read>
@@ -127,6 +140,7 @@ class ServiceDao {
     std::chrono::milliseconds patience_;
     Outcome outcome_;
     bool inTransaction_ = false;
+    std::function<Moment()> clock_ = momentNow;
     std::unique_ptr<sqlite3, Close> db_;
 };
 

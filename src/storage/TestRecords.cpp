@@ -83,6 +83,11 @@ Outcome fileMeasurements(ServiceDao& dao, const RecordData& record,
     for (const MeasureData& measure : measurements) {
         if (!dao.lastOutcome().done) break;
         dao.updateMeasureForm(record.projectName, recordId, measure.dataId);
+        if (!dao.lastOutcome().done) break;
+        MeasureData filed = measure;
+        filed.recordName = record.projectName;
+        filed.recordId = recordId;
+        dao.noteEvidence(EvidenceEvent::Filed, filed);
     }
     return outcomeOf(transaction, dao, recordId);
 }
@@ -95,7 +100,7 @@ Outcome GrowingRecord::begin(const std::string& startTime) {
     return dao_.lastOutcome();
 }
 
-Outcome GrowingRecord::add(MeasureData measure) {
+Outcome GrowingRecord::add(MeasureData measure, const Evidence& evidence) {
     RecordData grown = record_;
     if (grown.samples == 0) setTimes(grown, measure.dateTime);
     ++grown.samples;
@@ -105,7 +110,7 @@ Outcome GrowingRecord::add(MeasureData measure) {
     if (!dao_.lastOutcome().done) return dao_.lastOutcome();
     dao_.updateRecordForm(grown);
     if (!dao_.lastOutcome().done) return dao_.lastOutcome();
-    dao_.addMeasureForm(measure);
+    dao_.addMeasureWithEvidence(measure, evidence);
     Outcome outcome = outcomeOf(transaction, dao_, dao_.lastOutcome().identity);
     if (outcome.done) record_ = std::move(grown);
     return outcome;
@@ -125,7 +130,8 @@ Outcome deleteRecord(ServiceDao& dao, std::int64_t recordId, DeletedRecord& dele
     std::erase_if(measurements, [](const MeasureData& measure) { return !canBeNamed(measure.dataId); });
     for (const MeasureData& measure : measurements) {
         if (!dao.lastOutcome().done) break;
-        dao.DeleteMeasureFormData(measure.dataId);
+        dao.noteEvidence(EvidenceEvent::Deleted, measure);
+        if (dao.lastOutcome().done) dao.DeleteMeasureFormData(measure.dataId);
     }
     Outcome outcome = outcomeOf(transaction, dao);
     if (outcome.done) deleted = {std::move(records.front()), std::move(measurements)};
@@ -139,6 +145,7 @@ Outcome putBackRecord(ServiceDao& dao, const DeletedRecord& deleted) {
     for (const MeasureData& measure : deleted.measurements) {
         if (!dao.lastOutcome().done) break;
         dao.restoreMeasureForm(measure);
+        if (dao.lastOutcome().done) dao.noteEvidence(EvidenceEvent::PutBack, measure);
     }
     return outcomeOf(transaction, dao, deleted.record.recordId);
 }

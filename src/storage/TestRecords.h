@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "storage/Evidence.h"
 #include "storage/MeasureData.h"
 #include "storage/Outcome.h"
 #include "storage/RecordData.h"
@@ -40,7 +41,7 @@ class GrowingRecord {
     Outcome begin(const std::string& startTime);
     // Inserts the measurement as one of the record's; the first one's time becomes the record's. On the disk
     // when it is done, and the outcome tells its identity. Fails when somebody deleted the record.
-    Outcome add(MeasureData measure);
+    Outcome add(MeasureData measure, const Evidence& evidence);
 
     // As it is in the database, once it has begun.
     const RecordData& record() const { return record_; }

@@ -14,6 +14,7 @@ const std::vector<CommandExample>& commandExamples() {
         {"export", {}, {"export", "1", "--format", "json", "--output", "-", "--documents", "FOLDER"}},
         {"delete", {}, {}},
         {"log", {"log", "simulator:flood", "--project", "House", "--documents", "FOLDER/log"}, {}},
+        {"verify", {}, {"verify", "--documents", "FOLDER"}},
     };
     return examples;
 }

@@ -80,6 +80,20 @@ TEST_F(Log, StoresEachChangeInATestRecordOfItsOwn) {
     EXPECT_EQ(measures.at(0).comments, " ");
 }
 
+TEST_F(Log, StoresTheEvidenceOfEachThatVerifyDerivesAgain) {
+    ASSERT_EQ(run(log({"--count", "3"})).status, 0);
+    const Result verified = run({"verify", "--documents", documents_});
+    EXPECT_EQ(verified.status, 0) << verified.error;
+    EXPECT_EQ(verified.output, "3 measurements, 3 derived again, chain whole\n");
+    const Result shown = run({"show", "1", "--evidence", "--documents", documents_});
+    EXPECT_EQ(shown.status, 0) << shown.error;
+    for (const storage::MeasureData& measure : dao().findMeasureofId(1))
+        EXPECT_THAT(shown.output, HasSubstr("  derived: " + measure.function + " | " + measure.parameters +
+                                            " | " + measure.result + "\n"));
+    EXPECT_THAT(shown.output, HasSubstr("simulated by "));
+    EXPECT_THAT(shown.output, HasSubstr("     8  55 aa           marker 55 AA\n"));
+}
+
 TEST_F(Log, StoresAtTheTimesThatItIsTold) {
     const Result result = run(log({"--every", "1", "--count", "2"}));
     EXPECT_EQ(result.status, 0) << result.error;

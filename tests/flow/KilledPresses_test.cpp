@@ -128,6 +128,10 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
         EXPECT_EQ(differences(expected, found), "") << "of " << last - first + 1 << " that were said";
         ASSERT_EQ(found.size(), expected.size());
         ASSERT_EQ(measures.size(), expected.size()) << "a measurement is there twice";
+        ASSERT_EQ(file.value("SELECT count(*) FROM evidence JOIN measurefrom USING (dataId)"),
+                  std::to_string(measures.size()));
+        ASSERT_EQ(file.value("SELECT count(*) FROM evidence"), std::to_string(measures.size()))
+            << "evidence of a measurement that is not there";
         // However many there were: a number that comes twice would look like a press that is lost.
         first = last + 2;
     }

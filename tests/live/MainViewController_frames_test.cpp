@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/live/MainViewFixture.h"
+#include "tests/storage/Connection.h"
 #include "tests/support/FrameBuilder.h"
 
 namespace kestrix::live {
@@ -67,6 +68,35 @@ TEST_F(FramesOnScreenTest, AnAutomaticSequenceFillsItsRowsFrameByFrame) {
     EXPECT_EQ(tripTimes(*screen_), "[3][5][7][9][11][13]");
     EXPECT_EQ(shownLabels(*screen_), "rows1-4 rows5-6 value6");
     EXPECT_TRUE(screen_->results().starts_with("x1/2 0° :3ms,x1/2 180°:5ms,x1  0° :7ms,x1  180°:9ms,"));
+}
+
+// Each column as hexadecimal digits or as its text, separated by bars.
+TEST_F(FramesOnScreenTest, APressKeepsWhatTheTesterSentBesideItsMeasurement) {
+    std::vector<FrameBuilder> sent;
+    for (std::uint16_t number = 1; number <= 13; ++number)
+        sent.push_back(FrameBuilder('6').setting(1, 0).reading(1, number, 0x00).alarm(0x02).unusedBytes(7));
+    for (const FrameBuilder& frame : sent) send(frame);
+    screen_->btnRecord.press();
+    send(FrameBuilder('1').reading(1, 46, 0x02));
+    send(FrameBuilder('1').reading(1, 46, 0x02));
+    screen_->btnRecord.press();
+
+    std::string tripTimes;
+    for (std::size_t row = 0; row < 6; ++row)
+        tripTimes += "0" + std::to_string(row + 1) + sent[2 * row + 2].hexText();
+    storage::Connection file(documents_.filePath(QStringLiteral("kestrix.sqlite")).toStdString());
+    const auto rows = file.rows(
+        "SELECT dataId, event, lower(hex(frame)), lower(hex(tripTimes)), equalFrames, source, accessory, "
+        "origin, "
+        "utc FROM evidence");
+    ASSERT_EQ(rows.size(), 2U);
+    const std::string utc = std::to_string(
+        std::chrono::duration_cast<std::chrono::milliseconds>(now_.time_since_epoch()).count());
+    EXPECT_EQ(rows[0], (std::vector<std::string>{"1", "recorded", sent.back().hexText(), tripTimes, "1",
+                                                 "fake", tester_->name, "measured", utc}));
+    EXPECT_EQ(rows[1],
+              (std::vector<std::string>{"2", "recorded", FrameBuilder('1').reading(1, 46, 0x02).hexText(), "",
+                                        "2", "fake", tester_->name, "measured", utc}));
 }
 
 TEST_F(FramesOnScreenTest, ADisconnectBlanksTheDisplayAndTheTestersReturnShowsItsFramesAgain) {

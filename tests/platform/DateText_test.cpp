@@ -215,5 +215,16 @@ TEST(DateText, ItMovesWithWhatItWasMadeFor) {
     EXPECT_EQ(moved.text(utc(2024, 6, 3)), "03");
 }
 
+TEST(DateText, TellsHowFarTheZoneIsAheadOfUtc) {
+    using namespace std::chrono;
+    const auto winter = sys_days(year(2026) / 1 / 15) + hours(12);
+    const auto summer = sys_days(year(2026) / 7 / 15) + hours(12);
+    const DateText berlin(kTimePattern, "en_US", "Europe/Berlin");
+    EXPECT_EQ(berlin.utcOffset(winter), 3600);
+    EXPECT_EQ(berlin.utcOffset(summer), 7200);
+    EXPECT_EQ(DateText(kTimePattern, "en_US", "America/St_Johns").utcOffset(winter), -12600);
+    EXPECT_EQ(DateText(kTimePattern, "en_US", "UTC").utcOffset(summer), 0);
+}
+
 }  // namespace
 }  // namespace kestrix::platform

@@ -51,17 +51,18 @@ class Disk {
     Files onDisk_;
 };
 
-struct Moment {
+struct PowerCut {
     Files files;
     int acknowledged;
 };
 
 class Durability : public StorageFixture {
   protected:
+    using Insert = void (*)(ServiceDao& dao, const MeasureData& measure);
     // Every moment of some inserts.
-    std::vector<Moment> momentsOfInserts(int count) {
+    std::vector<PowerCut> momentsOfInserts(int count, Insert insert) {
         std::mt19937 random(3);  // NOLINT(cert-msc51-cpp)
-        std::vector<Moment> moments;
+        std::vector<PowerCut> moments;
         Disk disk;
         int acknowledged = 0;
         FailingVfs vfs;
@@ -78,7 +79,7 @@ class Durability : public StorageFixture {
         });
         dao.createTable();
         for (int i = 1; i <= count; ++i) {
-            dao.addMeasureForm(measurement(i));
+            insert(dao, measurement(i));
             ++acknowledged;
             addMoments();
         }
@@ -88,11 +89,12 @@ class Durability : public StorageFixture {
 };
 
 TEST_F(Durability, APowerCutAtAnyMomentKeepsEveryRowWhoseInsertHasReturned) {
-    const std::vector<Moment> moments = momentsOfInserts(8);
+    const std::vector<PowerCut> moments =
+        momentsOfInserts(8, [](ServiceDao& dao, const MeasureData& measure) { dao.addMeasureForm(measure); });
     EXPECT_GT(moments.size(), 300U);
     FailingVfs quick;
     quick.skipSyncs();
-    for (const Moment& moment : moments) {
+    for (const PowerCut& moment : moments) {
         fs::remove(path_);
         fs::remove(path_ + "-journal");
         for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
@@ -104,6 +106,28 @@ TEST_F(Durability, APowerCutAtAnyMomentKeepsEveryRowWhoseInsertHasReturned) {
         ASSERT_LE(names.size(), static_cast<std::size_t>(moment.acknowledged) + 1);
         for (std::size_t i = 0; i < names.size(); ++i)
             ASSERT_EQ(names[i].front(), "S_" + std::to_string(i + 1));
+    }
+}
+
+TEST_F(Durability, APowerCutAtAnyMomentLeavesNoMeasurementWithoutItsEvidenceNorTheOtherWayRound) {
+    const std::vector<PowerCut> moments =
+        momentsOfInserts(8, [](ServiceDao& dao, const MeasureData& measure) {
+            dao.addMeasureWithEvidence(measure, {.frame = std::string(36, 'f')});
+        });
+    EXPECT_GT(moments.size(), 300U);
+    FailingVfs quick;
+    quick.skipSyncs();
+    for (const PowerCut& moment : moments) {
+        fs::remove(path_);
+        fs::remove(path_ + "-journal");
+        for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
+        Connection file(path_);
+        ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        if (moment.acknowledged == 0) continue;  // perhaps no table yet
+        const std::string measured = file.value("SELECT group_concat(dataId) FROM measurefrom");
+        ASSERT_EQ(file.value("SELECT group_concat(dataId) FROM evidence"), measured);
+        ASSERT_GE(file.rows("SELECT * FROM measurefrom").size(),
+                  static_cast<std::size_t>(moment.acknowledged));
     }
 }
 
@@ -126,6 +150,8 @@ TEST_F(Durability, NothingIsOnItsWayWhenAnOperationReturns) {
     expectAllOnDisk("createTable");
     dao.addMeasureForm(measurement(1));
     expectAllOnDisk("addMeasureForm");
+    dao.addMeasureWithEvidence(measurement(2), {});
+    expectAllOnDisk("addMeasureWithEvidence");
     dao.addRecordForm(testRecord());
     expectAllOnDisk("addRecordForm");
     dao.updateMeasureForm("House", 1, 1);

@@ -37,8 +37,8 @@ TEST_F(GrowingRecordTest, IsThereWithoutMeasurementsFirst) {
 TEST_F(GrowingRecordTest, EachMeasurementIsOneOfItsAtOnceAndNeverUnsaved) {
     record(1);
     ASSERT_TRUE(growing_.begin("2024-06-03 09:00:00").done);
-    EXPECT_EQ(growing_.add(measuredAt(1, "2024-06-03 09:00:07")), (Outcome{true, "", 2}));
-    EXPECT_EQ(growing_.add(measuredAt(2, "2024-06-04 10:00:00")), (Outcome{true, "", 3}));
+    EXPECT_EQ(growing_.add(measuredAt(1, "2024-06-03 09:00:07"), {}), (Outcome{true, "", 2}));
+    EXPECT_EQ(growing_.add(measuredAt(2, "2024-06-04 10:00:00"), {}), (Outcome{true, "", 3}));
     ServiceDao other(folder_);
     const RecordData row = other.findRecordofId(1).at(0);
     EXPECT_EQ(row, growing_.record());
@@ -55,27 +55,27 @@ TEST_F(GrowingRecordTest, EachMeasurementIsOneOfItsAtOnceAndNeverUnsaved) {
 
 TEST_F(GrowingRecordTest, AMeasurementThatCannotBeStoredIsNotCounted) {
     ASSERT_TRUE(growing_.begin("2024-06-03 09:00:00").done);
-    ASSERT_TRUE(growing_.add(measurement(1)).done);
+    ASSERT_TRUE(growing_.add(measurement(1), {}).done);
     const auto before = everything();
     vfs_.fail(Call::Write, "", SQLITE_FULL);
     expectWarnings(kStatementFailed, 1);
-    EXPECT_EQ(growing_.add(measurement(2)).reason, "the disk is full (database or disk is full)");
+    EXPECT_EQ(growing_.add(measurement(2), {}).reason, "the disk is full (database or disk is full)");
     vfs_.heal();
     EXPECT_EQ(everything(), before);
-    EXPECT_EQ(growing_.add(measurement(3)), (Outcome{true, "", 2}));
+    EXPECT_EQ(growing_.add(measurement(3), {}), (Outcome{true, "", 2}));
     EXPECT_EQ(dao_.findRecordofId(1).at(0).samples, 2);
 }
 
 TEST_F(GrowingRecordTest, TakesNothingWhileItIsDeletedAndGoesOnOnceItIsPutBack) {
     ASSERT_TRUE(growing_.begin("2024-06-03 09:00:00").done);
-    ASSERT_TRUE(growing_.add(measurement(1)).done);
+    ASSERT_TRUE(growing_.add(measurement(1), {}).done);
     ServiceDao other(folder_);
     DeletedRecord deleted;
     ASSERT_TRUE(deleteRecord(other, 1, deleted).done);
-    EXPECT_EQ(growing_.add(measurement(2)), (Outcome{false, "the test record is no longer there", 0}));
+    EXPECT_EQ(growing_.add(measurement(2), {}), (Outcome{false, "the test record is no longer there", 0}));
     EXPECT_TRUE(everything().empty());
     ASSERT_TRUE(putBackRecord(other, deleted).done);
-    EXPECT_TRUE(growing_.add(measurement(3)).done);
+    EXPECT_TRUE(growing_.add(measurement(3), {}).done);
     EXPECT_EQ(dao_.findRecordofId(1).at(0).samples, 2);
     EXPECT_EQ(dao_.findMeasureofId(1).size(), 2U);
 }
@@ -85,7 +85,7 @@ TEST_F(GrowingRecordTest, OneThatCannotBeMadeSaysWhy) {
     expectWarnings(kStatementFailed, 1);
     EXPECT_EQ(growing_.begin("2024-06-03 09:00:00").reason, "the disk is full (database or disk is full)");
     vfs_.heal();
-    EXPECT_EQ(growing_.add(measurement(1)).reason, "the test record is no longer there");
+    EXPECT_EQ(growing_.add(measurement(1), {}).reason, "the test record is no longer there");
     EXPECT_TRUE(everything().empty());
 }
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "storage/Evidence.h"
+
+namespace kestrix::cli {
+
+// How a measurement came about, in lines: where its evidence stands, each frame with its bytes by their
+// names, and the texts that are derived from them.
+std::string evidenceText(const storage::EvidenceRow& row);
+
+}  // namespace kestrix::cli

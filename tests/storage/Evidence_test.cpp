@@ -1,0 +1,161 @@
+// A measurement and its evidence: both or neither, and what is done with it later.
+#include <gtest/gtest.h>
+
+#include <sqlite3.h>
+
+#include "storage/EvidenceChain.h"
+#include "storage/EvidenceHash.h"
+#include "storage/TestRecords.h"
+#include "tests/storage/StorageFixture.h"
+
+namespace kestrix::storage {
+namespace {
+
+class EvidenceTest : public QuickStorageFixture {
+  protected:
+    EvidenceTest() {
+        dao_.setClock([this] { return Moment{++clock_, 3600, 5000 + clock_}; });
+    }
+    static Evidence evidence(int number) {
+        Evidence made;
+        made.frame = std::string(36, static_cast<char>('0' + number));
+        made.tripTimeFrames[2] = std::string(36, 'r');
+        made.equalFrames = 4;
+        made.source = "bluetooth";
+        made.accessory = "Tester 7";
+        return made;
+    }
+    std::int64_t record(int number) {
+        dao_.addMeasureWithEvidence(measurement(number), evidence(number));
+        EXPECT_TRUE(dao_.lastOutcome().done) << dao_.lastOutcome().reason;
+        return dao_.lastOutcome().identity;
+    }
+    // Each row is readable, in its place, and follows the one before.
+    std::vector<EvidenceRow> chain() {
+        std::vector<EvidenceRow> rows;
+        sqlite3* opened = nullptr;
+        EXPECT_EQ(sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+        Sha256 previous{};
+        EXPECT_TRUE(eachEvidence(opened, [&](const EvidenceRow& row, bool readable) {
+            EXPECT_TRUE(readable);
+            EXPECT_EQ(row.place, static_cast<std::int64_t>(rows.size()) + 1);
+            EXPECT_EQ(row.previous, previous);
+            EXPECT_EQ(row.hash, hashOf(row));
+            previous = row.hash;
+            rows.push_back(row);
+            return true;
+        }));
+        sqlite3_close(opened);
+        return rows;
+    }
+    std::string count(const char* table) const {
+        return Connection(path_).value(std::string("SELECT count(*) FROM ") + table);
+    }
+
+    ServiceDao dao_ = daoWithTables();
+    std::int64_t clock_ = 1'772'600'767'000;
+};
+
+TEST_F(EvidenceTest, StandsBesideItsMeasurement) {
+    EXPECT_EQ(record(1), 1);
+    EXPECT_EQ(record(2), 2);
+    const std::vector<EvidenceRow> rows = chain();
+    ASSERT_EQ(rows.size(), 2U);
+    const EvidenceRow& second = rows[1];
+    EXPECT_EQ(second.event, EvidenceEvent::Recorded);
+    EXPECT_EQ(second.dataId, 2);
+    EXPECT_EQ(second.evidence, evidence(2));
+    EXPECT_EQ(second.moment, (Moment{1'772'600'767'002, 3600, 1'772'600'772'002}));
+    EXPECT_EQ(second.measurement, digestOf(dao_.findMeasureofDataId(2).at(0)));
+    EXPECT_EQ(second.identity.size(), 36U);
+    EXPECT_NE(second.identity, rows[0].identity);
+    EXPECT_EQ(second.program.rfind("kestrix ", 0), 0U) << second.program;
+}
+
+TEST_F(EvidenceTest, IsMadeInAFileOfBefore) {
+    Connection(path_).run("DROP TABLE IF EXISTS evidence");
+    dao_.addMeasureForm(measurement(1));  // as the version of before did
+    EXPECT_EQ(record(2), 2);
+    EXPECT_EQ(chain().size(), 1U);
+    EXPECT_EQ(count("measurefrom"), "2");
+}
+
+TEST_F(EvidenceTest, ThatCannotBeStoredKeepsItsMeasurementAway) {
+    record(1);
+    Connection(path_).run("CREATE TRIGGER no BEFORE INSERT ON evidence BEGIN SELECT RAISE(FAIL, 'no'); END");
+    testing::expectWarning(kStatementFailed);
+    dao_.addMeasureWithEvidence(measurement(2), evidence(2));
+    EXPECT_FALSE(dao_.lastOutcome().done);
+    EXPECT_NE(dao_.lastOutcome().reason, "");
+    EXPECT_EQ(count("measurefrom"), "1");
+    EXPECT_EQ(chain().size(), 1U);
+    Connection(path_).run("DROP TRIGGER no");
+    EXPECT_EQ(record(2), 2);
+}
+
+TEST_F(EvidenceTest, OfAMeasurementThatCannotBeStoredIsNone) {
+    record(1);
+    Connection(path_).run(
+        "CREATE TRIGGER no BEFORE INSERT ON measurefrom BEGIN SELECT RAISE(FAIL, 'no'); END");
+    testing::expectWarning(kStatementFailed);
+    dao_.addMeasureWithEvidence(measurement(2), evidence(2));
+    EXPECT_FALSE(dao_.lastOutcome().done);
+    EXPECT_EQ(chain().size(), 1U);
+}
+
+TEST_F(EvidenceTest, TellsOfFilingDeletingAndPuttingBack) {
+    record(1);
+    record(2);
+    const Outcome filed = fileMeasurements(dao_, testRecord(), dao_.findMeasureForm(false));
+    ASSERT_TRUE(filed.done) << filed.reason;
+    DeletedRecord deleted;
+    ASSERT_TRUE(deleteRecord(dao_, filed.identity, deleted).done);
+    EXPECT_EQ(count("measurefrom"), "0");
+    EXPECT_EQ(chain().size(), 6U) << "it stays";
+    ASSERT_TRUE(putBackRecord(dao_, deleted).done);
+    const std::vector<EvidenceRow> rows = chain();
+    const EvidenceEvent expected[] = {
+        EvidenceEvent::Recorded, EvidenceEvent::Recorded, EvidenceEvent::Filed,   EvidenceEvent::Filed,
+        EvidenceEvent::Deleted,  EvidenceEvent::Deleted,  EvidenceEvent::PutBack, EvidenceEvent::PutBack};
+    ASSERT_EQ(rows.size(), std::size(expected));
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        EXPECT_EQ(rows[i].event, expected[i]) << i;
+        EXPECT_EQ(rows[i].dataId, 1 + static_cast<std::int64_t>(i % 2)) << i;
+    }
+    EXPECT_EQ(rows[6].measurement, digestOf(dao_.findMeasureofDataId(1).at(0)));
+    EXPECT_EQ(rows[6].measurement, rows[2].measurement) << "put back as it was";
+    EXPECT_NE(rows[2].measurement, rows[0].measurement) << "filed is another row";
+}
+
+TEST_F(EvidenceTest, OfARecordThatGrowsComesWithEachMeasurement) {
+    GrowingRecord growing(dao_, testRecord());
+    ASSERT_TRUE(growing.begin("2026-03-04 05:06:07").done);
+    ASSERT_TRUE(growing.add(measurement(1), evidence(1)).done);
+    ASSERT_TRUE(growing.add(measurement(2), evidence(2)).done);
+    const std::vector<EvidenceRow> rows = chain();
+    ASSERT_EQ(rows.size(), 2U);
+    EXPECT_EQ(rows[1].measurement, digestOf(dao_.findMeasureofDataId(2).at(0)));
+}
+
+TEST_F(EvidenceTest, ASaveThatFailsLeavesNoTraceInTheChain) {
+    record(1);
+    record(2);
+    std::vector<MeasureData> measurements = dao_.findMeasureForm(false);
+    Connection(path_).run(
+        "CREATE TRIGGER no BEFORE UPDATE ON measurefrom WHEN OLD.dataId = 2 BEGIN SELECT "
+        "RAISE(FAIL, 'no'); END");
+    testing::expectWarning(kStatementFailed);
+    EXPECT_FALSE(fileMeasurements(dao_, testRecord(), measurements).done);
+    EXPECT_EQ(chain().size(), 2U);
+}
+
+TEST_F(EvidenceTest, APlaceWhoseRowWasTakenAwayIsNotGivenAgain) {
+    record(1);
+    record(2);
+    Connection(path_).run("DELETE FROM evidence WHERE place = 2");
+    record(3);
+    EXPECT_EQ(Connection(path_).value("SELECT group_concat(place) FROM evidence"), "1,3");
+}
+
+}  // namespace
+}  // namespace kestrix::storage
