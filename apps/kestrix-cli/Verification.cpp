@@ -74,6 +74,11 @@ class Verifier {
             });
         if (!read) return false;
         gap(expected, lastPlace + 1);
+        if (lastPlace < expected - 1) {
+            result_.chainWhole = false;
+            find(0, 0,
+                 fmt::format("the database's own count of its evidence was altered: it says {}", lastPlace));
+        }
         if (expected > 1) result_.head = storage::hexOf(previous);
         return true;
     }
@@ -101,6 +106,13 @@ class Verifier {
             find(0, row.place, fmt::format("evidence {} {}", row.place, broken));
         }
         Known& known = known_[row.dataId];
+        // What is deleted or put back is the row as it was known.
+        if (known.place != 0 &&
+            (row.event == EvidenceEvent::Deleted || row.event == EvidenceEvent::PutBack) &&
+            row.measurement != known.measurement)
+            find(row.dataId, row.place,
+                 fmt::format("measurement {} had been altered when it was {}", row.dataId,
+                             storage::nameOf(row.event)));
         known.place = row.place;
         known.measurement = row.measurement;
         known.deleted = row.event == EvidenceEvent::Deleted;
@@ -155,7 +167,7 @@ class Verifier {
     void look(const MeasureData& measure, std::int64_t firstRecorded) {
         const auto found = known_.find(measure.dataId);
         if (found == known_.end() || !found->second.recorded) {
-            const bool older = firstRecorded == 0 || measure.dataId < firstRecorded;
+            const bool older = measure.dataId > 0 && (firstRecorded == 0 || measure.dataId < firstRecorded);
             result_.older += older ? 1 : 0;
             if (!older) find(measure.dataId, 0, named(measure) + " was added by hand: it has no evidence");
             if (found == known_.end()) return;

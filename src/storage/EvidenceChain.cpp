@@ -25,8 +25,11 @@ constexpr const char* kCreate =
     "TEXT, origin TEXT, utc INTEGER, utcOffset INTEGER, sinceBoot INTEGER, program TEXT, previous BLOB, hash "
     "BLOB)";
 constexpr const char* kAppend =
-    "INSERT INTO evidence VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
-constexpr const char* kLastHash = "SELECT hash FROM evidence ORDER BY place DESC LIMIT 1";
+    "INSERT INTO evidence (place, event, identity, dataId, measurement, frame, tripTimes, equalFrames, "
+    "source, accessory, origin, utc, utcOffset, sinceBoot, program, previous, hash) VALUES (?, ?, ?, ?, ?, "
+    "?, "
+    "?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+constexpr const char* kLastRow = "SELECT place, hash FROM evidence ORDER BY place DESC LIMIT 1";
 constexpr const char* kLastPlace = "SELECT seq FROM sqlite_sequence WHERE name = 'evidence'";
 constexpr const char* kAll = "SELECT * FROM evidence ORDER BY place";
 constexpr const char* kHasTable =
@@ -151,15 +154,20 @@ bool readLastPlace(sqlite3* connection, std::int64_t& place) {
 }
 
 // The place behind the last that was ever given: where the end of the chain was taken away, it stays to be
-// seen.
+// seen. Whatever was done to that count, the row gets a place of its own.
 bool appendEvidence(sqlite3* connection, EvidenceRow& row) {
-    if (!makeEvidenceTable(connection)) return false;
-    const Prepared last = prepare(connection, kLastHash);
-    const int status = last ? sqlite3_step(last.get()) : SQLITE_ERROR;
-    if (status != SQLITE_ROW && status != SQLITE_DONE) return false;
+    if (!makeEvidenceTable(connection) || !readLastPlace(connection, row.place)) return false;
     row.previous = {};
-    if (status == SQLITE_ROW) row.previous = Reader(last.get()).hash();
-    if (!readLastPlace(connection, row.place)) return false;
+    // It ends before the insert, whose failure the connection then tells.
+    if (const Prepared last = prepare(connection, kLastRow); true) {
+        const int status = last ? sqlite3_step(last.get()) : SQLITE_ERROR;
+        if (status != SQLITE_ROW && status != SQLITE_DONE) return false;
+        if (status == SQLITE_ROW) {
+            Reader read(last.get());
+            row.place = std::max(row.place, read.number());
+            row.previous = read.hash();
+        }
+    }
     ++row.place;
     row.hash = hashOf(row);
 
@@ -184,6 +192,7 @@ bool appendEvidence(sqlite3* connection, EvidenceRow& row) {
         .text(row.program)
         .bytes(row.previous)
         .bytes(row.hash);
+    // Finalised it tells the same failure once more.
     return sqlite3_step(insert.get()) == SQLITE_DONE;
 }
 
@@ -194,8 +203,8 @@ bool eachEvidence(sqlite3* connection,
     if (sqlite3_column_int(hasTable.get(), 0) == 0) return true;
     const Prepared all = prepare(connection, kAll);
     int status = all ? SQLITE_ROW : SQLITE_ERROR;
-    EvidenceRow row;
     while (all && (status = sqlite3_step(all.get())) == SQLITE_ROW) {
+        EvidenceRow row;
         const bool readable = readRow(all.get(), row);
         if (!visit(row, readable)) return true;
     }

@@ -171,6 +171,24 @@ TEST_F(VerificationTest, KnowsWhatWasDeletedAndPutBack) {
     EXPECT_THAT(found(), ElementsAre("measurement 1 (S_1) was deleted, and is there"));
 }
 
+TEST_F(VerificationTest, NamesOneThatWasAlteredBeforeItWasDeleted) {
+    recordSome(2);
+    file();
+    run("UPDATE measurefrom SET dateTime = '2027-01-01 00:00:00' WHERE dataId = 2");
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao_, 1, deleted).done);
+    EXPECT_THAT(found(), ElementsAre("measurement 2 had been altered when it was deleted"));
+}
+
+TEST_F(VerificationTest, NamesACountThatWasAlteredAndTheNextPressIsStored) {
+    recordSome(2);
+    run("UPDATE sqlite_sequence SET seq = 1 WHERE name = 'evidence'");
+    EXPECT_THAT(found(), ElementsAre("the database's own count of its evidence was altered: it says 1"));
+    run("DELETE FROM sqlite_sequence WHERE name = 'evidence'; ALTER TABLE evidence ADD COLUMN more TEXT");
+    recordSome(1);
+    EXPECT_EQ(storage::Connection(path_).value("SELECT group_concat(place) FROM evidence"), "1,2,3");
+}
+
 TEST_F(VerificationTest, NamesOneThatWasAddedByHandAndOneThatIsOlder) {
     storage::MeasureData measure;
     measure.dataName = "S_0";
@@ -181,6 +199,8 @@ TEST_F(VerificationTest, NamesOneThatWasAddedByHandAndOneThatIsOlder) {
     measure.dataName = "S_9";
     dao_.addMeasureForm(measure);
     EXPECT_THAT(found(), ElementsAre("measurement 3 (S_9) was added by hand: it has no evidence"));
+    run("UPDATE measurefrom SET dataId = -7 WHERE dataId = 3");
+    EXPECT_THAT(found(), ElementsAre("measurement -7 (S_9) was added by hand: it has no evidence"));
 }
 
 TEST_F(VerificationTest, NamesTwoThatWereSwapped) {
