@@ -139,6 +139,20 @@ bool readRow(sqlite3_stmt* statement, EvidenceRow& row) {
     return read.good;
 }
 
+// Takes its hash as the previous one, and its place where that is behind the row's. The statement ends before
+// the insert, whose failure the connection is to tell.
+bool followLastRow(sqlite3* connection, EvidenceRow& row) {
+    row.previous = {};
+    const Prepared last = prepare(connection, kLastRow);
+    const int status = last ? sqlite3_step(last.get()) : SQLITE_ERROR;
+    if (status == SQLITE_ROW) {
+        Reader read(last.get());
+        row.place = std::max(row.place, read.number());
+        row.previous = read.hash();
+    }
+    return status == SQLITE_ROW || status == SQLITE_DONE;
+}
+
 }  // namespace
 
 bool makeEvidenceTable(sqlite3* connection) {
@@ -157,17 +171,7 @@ bool readLastPlace(sqlite3* connection, std::int64_t& place) {
 // seen. Whatever was done to that count, the row gets a place of its own.
 bool appendEvidence(sqlite3* connection, EvidenceRow& row) {
     if (!makeEvidenceTable(connection) || !readLastPlace(connection, row.place)) return false;
-    row.previous = {};
-    // It ends before the insert, whose failure the connection then tells.
-    if (const Prepared last = prepare(connection, kLastRow); true) {
-        const int status = last ? sqlite3_step(last.get()) : SQLITE_ERROR;
-        if (status != SQLITE_ROW && status != SQLITE_DONE) return false;
-        if (status == SQLITE_ROW) {
-            Reader read(last.get());
-            row.place = std::max(row.place, read.number());
-            row.previous = read.hash();
-        }
-    }
+    if (!followLastRow(connection, row)) return false;
     ++row.place;
     row.hash = hashOf(row);
 
