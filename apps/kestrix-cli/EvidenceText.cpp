@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <QByteArray>
 #include <QDateTime>
 
 #include <string_view>
@@ -16,11 +17,9 @@
 namespace kestrix::cli {
 namespace {
 
-std::string hexOf(std::string_view bytes, const char* between) {
-    std::string text;
-    for (const char byte : bytes)
-        text += fmt::format("{}{:02x}", text.empty() ? "" : between, static_cast<unsigned char>(byte));
-    return text;
+// between: what stands between two bytes; nothing without it.
+std::string hexOf(std::string_view bytes, char between = '\0') {
+    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex(between).toStdString();
 }
 
 std::string momentOf(const storage::Moment& moment) {
@@ -30,17 +29,17 @@ std::string momentOf(const storage::Moment& moment) {
 }
 
 std::string frameText(const std::string& title, std::string_view frame) {
-    std::string text = fmt::format("  {}: {}\n", title, hexOf(frame, ""));
+    std::string text = fmt::format("  {}: {}\n", title, hexOf(frame));
     if (frame.size() != protocol::frame::kLength) return text;
     for (const protocol::frame::Row& row : protocol::frame::kRows)
         text += fmt::format("    {:>2}  {:<14}  {}\n", row.first,
-                            hexOf(frame.substr(row.first, row.length), " "), row.name);
+                            hexOf(frame.substr(row.first, row.length), ' '), row.name);
     return text;
 }
 
 }  // namespace
 
-std::string evidenceText(const storage::EvidenceRow& row) {
+std::string evidenceText(const storage::EvidenceRow& row, bool readable) {
     const storage::Evidence& evidence = row.evidence;
     const auto orNone = [](const std::string& text) { return text.empty() ? "-" : app::printable(text); };
     std::string text = fmt::format(
@@ -60,7 +59,9 @@ std::string evidenceText(const storage::EvidenceRow& row) {
         text += fmt::format("  derived: {} | {} | {}\n", app::printable(texts.function),
                             app::printable(texts.parameters), app::printable(texts.results));
     }
-    return text + fmt::format("  hash: {}\n", storage::hexOf(row.hash));
+    text += fmt::format("  hash: {}\n", storage::hexOf(row.hash));
+    if (!readable || row.hash != storage::hashOf(row)) text += "  THIS EVIDENCE WAS ALTERED\n";
+    return text;
 }
 
 }  // namespace kestrix::cli

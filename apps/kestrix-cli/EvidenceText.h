@@ -7,7 +7,8 @@
 namespace kestrix::cli {
 
 // How a measurement came about, in lines: where its evidence stands, each frame with its bytes by their
-// names, and the texts that are derived from them.
-std::string evidenceText(const storage::EvidenceRow& row);
+// names, and the texts that are derived from them; and that it was altered, where it does not hold what such
+// a row can hold (readable), or its hash does not fit.
+std::string evidenceText(const storage::EvidenceRow& row, bool readable);
 
 }  // namespace kestrix::cli

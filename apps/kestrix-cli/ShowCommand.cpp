@@ -34,10 +34,10 @@ Ending writeEvidence(Output& output, const std::vector<storage::MeasureData>& me
     std::map<std::int64_t, std::string> texts;
     for (const storage::MeasureData& measure : measurements) texts[measure.dataId];
     const bool read =
-        storage::eachEvidence(file.connection(), [&texts](const storage::EvidenceRow& row, bool) {
+        storage::eachEvidence(file.connection(), [&texts](const storage::EvidenceRow& row, bool readable) {
             const auto wanted = texts.find(row.dataId);
             if (wanted != texts.end() && row.event == storage::EvidenceEvent::Recorded)
-                wanted->second = evidenceText(row);
+                wanted->second = evidenceText(row, readable);
             return true;
         });
     if (!read) return failed(saved.path() + ": " + file.failure());
@@ -46,7 +46,7 @@ Ending writeEvidence(Output& output, const std::vector<storage::MeasureData>& me
         output.line(fmt::format("{} {} {} {}: {}", measure.dataId, app::printable(measure.dataName),
                                 app::printable(measure.dateTime), app::printable(measure.function),
                                 app::printable(measure.result)));
-        output.write(text.empty() ? "  there is no evidence: an earlier version recorded it\n" : text);
+        output.write(text.empty() ? "  there is no evidence of it\n" : text);
     }
     return done();
 }

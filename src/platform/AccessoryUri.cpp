@@ -70,6 +70,7 @@ std::string withAbsolutePath(const std::string& text, const std::string& folder)
     if (!isFile) return text;
     const std::size_t at = text.find(uri->target, text.find(':'));
     const std::string path = (std::filesystem::path(folder) / uri->target).lexically_normal().string();
+    if (uri->scheme == "replay" && uri->options.empty()) return captureUri(path);
     return uri->scheme + ':' + path + text.substr(at + uri->target.size());
 }
 

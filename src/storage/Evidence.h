@@ -55,8 +55,15 @@ struct EvidenceRow {
     bool operator==(const EvidenceRow&) const = default;
 };
 
-// Their names in the table and in the canonical form.
-const char* nameOf(Origin origin);
-const char* nameOf(EvidenceEvent event);
+// Their names in the table and in the canonical form, in the order of the values.
+inline constexpr std::array kOriginNames{"measured", "simulated", "replayed"};
+inline constexpr std::array kEventNames{"recorded", "filed", "deleted", "put back"};
+
+constexpr const char* nameOf(Origin origin) {
+    return kOriginNames.at(static_cast<std::size_t>(origin));
+}
+constexpr const char* nameOf(EvidenceEvent event) {
+    return kEventNames.at(static_cast<std::size_t>(event));
+}
 
 }  // namespace kestrix::storage

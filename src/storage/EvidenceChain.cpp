@@ -35,10 +35,6 @@ constexpr const char* kAll = "SELECT * FROM evidence ORDER BY place";
 constexpr const char* kHasTable =
     "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'evidence'";
 
-constexpr EvidenceEvent kEvents[] = {EvidenceEvent::Recorded, EvidenceEvent::Filed, EvidenceEvent::Deleted,
-                                     EvidenceEvent::PutBack};
-constexpr Origin kOrigins[] = {Origin::Measured, Origin::Simulated, Origin::Replayed};
-
 Prepared prepare(sqlite3* connection, const char* sql) {
     sqlite3_stmt* statement = nullptr;
     sqlite3_prepare_v2(connection, sql, -1, &statement, nullptr);
@@ -88,13 +84,12 @@ class Reader {
         if (read.size() == result.size()) std::copy(read.begin(), read.end(), result.begin());
         return result;
     }
+    // The value whose name stands there.
     template <class Value, std::size_t Count>
-    Value named(const Value (&values)[Count]) {
-        const std::string name = text();
-        const auto* const found = std::find_if(std::begin(values), std::end(values),
-                                               [&name](Value value) { return name == nameOf(value); });
-        good &= found != std::end(values);
-        return found != std::end(values) ? *found : values[0];
+    Value named(const std::array<const char*, Count>& names) {
+        const auto found = std::find(names.begin(), names.end(), text());
+        good &= found != names.end();
+        return found != names.end() ? static_cast<Value>(found - names.begin()) : Value{};
     }
 
     bool good = true;
@@ -120,7 +115,7 @@ Number narrowed(std::int64_t wide, bool& good) {
 bool readRow(sqlite3_stmt* statement, EvidenceRow& row) {
     Reader read(statement);
     row.place = read.number();
-    row.event = read.named(kEvents);
+    row.event = read.named<EvidenceEvent>(kEventNames);
     row.identity = read.text();
     row.dataId = read.number();
     row.measurement = read.hash();
@@ -129,7 +124,7 @@ bool readRow(sqlite3_stmt* statement, EvidenceRow& row) {
     row.evidence.equalFrames = narrowed<std::uint32_t>(read.number(), read.good);
     row.evidence.source = read.text();
     row.evidence.accessory = read.text();
-    row.evidence.origin = read.named(kOrigins);
+    row.evidence.origin = read.named<Origin>(kOriginNames);
     row.moment.utc = read.number();
     row.moment.utcOffset = narrowed<std::int32_t>(read.number(), read.good);
     row.moment.sinceBoot = read.number();

@@ -26,32 +26,6 @@ std::string_view bytesOf(const Sha256& hash) {
 
 }  // namespace
 
-const char* nameOf(Origin origin) {
-    switch (origin) {
-        case Origin::Simulated:
-            return "simulated";
-        case Origin::Replayed:
-            return "replayed";
-        case Origin::Measured:
-            break;
-    }
-    return "measured";
-}
-
-const char* nameOf(EvidenceEvent event) {
-    switch (event) {
-        case EvidenceEvent::Filed:
-            return "filed";
-        case EvidenceEvent::Deleted:
-            return "deleted";
-        case EvidenceEvent::PutBack:
-            return "put back";
-        case EvidenceEvent::Recorded:
-            break;
-    }
-    return "recorded";
-}
-
 Sha256 sha256(std::string_view bytes) {
     const QByteArray hash = QCryptographicHash::hash(
         QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())), QCryptographicHash::Sha256);
@@ -117,13 +91,8 @@ bool unpackTripTimes(std::string_view packed, Evidence& evidence) {
 }
 
 std::string hexOf(const Sha256& hash) {
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string text;
-    for (const unsigned byte : hash) {
-        text += kDigits[byte / 16];
-        text += kDigits[byte % 16];
-    }
-    return text;
+    const std::string_view bytes = bytesOf(hash);
+    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex().toStdString();
 }
 
 }  // namespace kestrix::storage

@@ -11,6 +11,7 @@
 #include "storage/ServiceDao.h"
 #include "storage/TestRecords.h"
 #include "tests/cli/Program.h"
+#include "tests/storage/Connection.h"
 #include "tests/support/EventLoop.h"
 
 namespace kestrix::cli {
@@ -92,6 +93,11 @@ TEST_F(Log, StoresTheEvidenceOfEachThatVerifyDerivesAgain) {
                                             " | " + measure.result + "\n"));
     EXPECT_THAT(shown.output, HasSubstr("simulated by "));
     EXPECT_THAT(shown.output, HasSubstr("     8  55 aa           marker 55 AA\n"));
+    EXPECT_THAT(shown.output, ::testing::Not(HasSubstr("ALTERED")));
+    storage::Connection(documents_ + "/kestrix.sqlite")
+        .run("UPDATE evidence SET origin = 'Simulated' WHERE place = 2");
+    EXPECT_THAT(run({"show", "1", "--evidence", "--documents", documents_}).output,
+                HasSubstr("  THIS EVIDENCE WAS ALTERED\n"));
 }
 
 TEST_F(Log, StoresAtTheTimesThatItIsTold) {

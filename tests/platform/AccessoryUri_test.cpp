@@ -38,6 +38,8 @@ TEST(AccessoryUri, ARelativePathIsMadeOneOfTheFolder) {
     EXPECT_EQ(absolute("replay://../a?b=c?speed=2"), "replay:/srv/a?b=c?speed=2");
     EXPECT_EQ(absolute("serial:./port?baud=9600"), "serial:/srv/x/port?baud=9600");
     EXPECT_EQ(absolute("simulator:my.kxs"), "simulator:/srv/x/my.kxs");
+    EXPECT_EQ(parseAccessoryUri(withAbsolutePath("replay:site.kxc", "/srv/a?b=c"))->target,
+              "/srv/a?b=c/site.kxc");
     for (const char* same : {"replay:/srv/site.kxc", "simulator:", "simulator:house?seed=3",
                              "bluetooth:", "tcp://a:1", "serial:/dev/rfcomm0", "no uri"})
         EXPECT_EQ(absolute(same), same);

@@ -86,6 +86,15 @@ class Durability : public StorageFixture {
         vfs.observe({});
         return moments;
     }
+    // The database after the power is back.
+    Connection restarted(const PowerCut& moment) const {
+        fs::remove(path_);
+        fs::remove(path_ + "-journal");
+        for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
+        Connection file(path_);
+        EXPECT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        return file;
+    }
 };
 
 TEST_F(Durability, APowerCutAtAnyMomentKeepsEveryRowWhoseInsertHasReturned) {
@@ -95,11 +104,7 @@ TEST_F(Durability, APowerCutAtAnyMomentKeepsEveryRowWhoseInsertHasReturned) {
     FailingVfs quick;
     quick.skipSyncs();
     for (const PowerCut& moment : moments) {
-        fs::remove(path_);
-        fs::remove(path_ + "-journal");
-        for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
-        Connection file(path_);
-        ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        Connection file = restarted(moment);
         if (moment.acknowledged == 0) continue;  // perhaps no table yet
         const auto names = file.rows("SELECT dataName FROM measurefrom ORDER BY dataId");
         ASSERT_GE(names.size(), static_cast<std::size_t>(moment.acknowledged));
@@ -118,11 +123,7 @@ TEST_F(Durability, APowerCutAtAnyMomentLeavesNoMeasurementWithoutItsEvidenceNorT
     FailingVfs quick;
     quick.skipSyncs();
     for (const PowerCut& moment : moments) {
-        fs::remove(path_);
-        fs::remove(path_ + "-journal");
-        for (const auto& [path, content] : moment.files) std::ofstream(path, std::ios::binary) << content;
-        Connection file(path_);
-        ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");
+        Connection file = restarted(moment);
         if (moment.acknowledged == 0) continue;  // perhaps no table yet
         const std::string measured = file.value("SELECT group_concat(dataId) FROM measurefrom");
         ASSERT_EQ(file.value("SELECT group_concat(dataId) FROM evidence"), measured);
