@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "apps/kestrix-cli/Verification.h"
@@ -35,6 +36,7 @@ const std::string& database() {
     sqlite3* file = nullptr;
     sqlite3_open(path.c_str(), &file);
     sqlite3_exec(file, "PRAGMA synchronous = OFF; BEGIN", nullptr, nullptr, nullptr);
+    std::optional<storage::EvidenceChain> chain(file);
     sqlite3_stmt* insert = nullptr;
     sqlite3_prepare_v2(file,
                        "INSERT INTO measurefrom VALUES (?, 0, ?, ?, ?, ?, '2024-06-03 09:08:07', ' ', '')",
@@ -67,8 +69,9 @@ const std::string& database() {
         row.measurement = storage::digestOf(measure);
         row.evidence = source.evidenceOf(display.measured, false);
         row.program = "kestrix";
-        storage::appendEvidence(file, row);
+        chain->append(row);
     }
+    chain.reset();
     sqlite3_finalize(insert);
     sqlite3_exec(file, "COMMIT", nullptr, nullptr, nullptr);
     sqlite3_close(file);

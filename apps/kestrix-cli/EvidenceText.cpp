@@ -39,7 +39,7 @@ std::string frameText(const std::string& title, std::string_view frame) {
 
 }  // namespace
 
-std::string evidenceText(const storage::EvidenceRow& row, bool readable) {
+std::string evidenceText(const storage::EvidenceRow& row) {
     const storage::Evidence& evidence = row.evidence;
     const auto orNone = [](const std::string& text) { return text.empty() ? "-" : app::printable(text); };
     std::string text = fmt::format(
@@ -60,7 +60,7 @@ std::string evidenceText(const storage::EvidenceRow& row, bool readable) {
                             app::printable(texts.parameters), app::printable(texts.results));
     }
     text += fmt::format("  hash: {}\n", storage::hexOf(row.hash));
-    if (!readable || row.hash != storage::hashOf(row)) text += "  THIS EVIDENCE WAS ALTERED\n";
+    if (row.hash != storage::hashOf(row)) text += "  THIS EVIDENCE WAS ALTERED\n";
     return text;
 }
 

@@ -2,19 +2,17 @@
 
 #include <fmt/format.h>
 
-#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "apps/common/PrintableText.h"
 #include "apps/kestrix-cli/CommandOptions.h"
-#include "apps/kestrix-cli/DatabaseFile.h"
 #include "apps/kestrix-cli/EvidenceText.h"
 #include "apps/kestrix-cli/RowJson.h"
 #include "apps/kestrix-cli/Runner.h"
 #include "apps/kestrix-cli/SavedRecords.h"
 #include "apps/kestrix-cli/TextTable.h"
-#include "storage/EvidenceChain.h"
 
 namespace kestrix::cli {
 namespace {
@@ -28,25 +26,14 @@ struct ShowOptions {
 
 // One behind the other, each with what is known of how it came about.
 Ending writeEvidence(Output& output, const std::vector<storage::MeasureData>& measurements,
-                     const SavedRecords& saved) {
-    const DatabaseFile file(saved.folder().filePath(QLatin1String(storage::kDatabaseFile)).toStdString());
-    if (!file.problem().empty()) return failed(saved.path() + ": " + file.problem());
-    std::map<std::int64_t, std::string> texts;
-    for (const storage::MeasureData& measure : measurements) texts[measure.dataId];
-    const bool read =
-        storage::eachEvidence(file.connection(), [&texts](const storage::EvidenceRow& row, bool readable) {
-            const auto wanted = texts.find(row.dataId);
-            if (wanted != texts.end() && row.event == storage::EvidenceEvent::Recorded)
-                wanted->second = evidenceText(row, readable);
-            return true;
-        });
-    if (!read) return failed(saved.path() + ": " + file.failure());
+                     SavedRecords& saved) {
     for (const storage::MeasureData& measure : measurements) {
-        const std::string& text = texts[measure.dataId];
+        const std::optional<storage::EvidenceRow> row = saved.dao()->findRecorded(measure.dataId);
+        if (!saved.dao()->lastOutcome().done) return saved.endingOf(saved.dao()->lastOutcome());
         output.line(fmt::format("{} {} {} {}: {}", measure.dataId, app::printable(measure.dataName),
                                 app::printable(measure.dateTime), app::printable(measure.function),
                                 app::printable(measure.result)));
-        output.write(text.empty() ? "  there is no evidence of it\n" : text);
+        output.write(row ? evidenceText(*row) : "  there is no evidence of it\n");
     }
     return done();
 }

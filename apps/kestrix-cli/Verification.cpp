@@ -65,7 +65,7 @@ class Verifier {
         byIdentity_ = file_.prepare("SELECT * FROM measurefrom WHERE dataId = ?");
         if (!byIdentity_) return false;
         const bool read =
-            storage::eachEvidence(file_.connection(), [&](const EvidenceRow& row, bool readable) {
+            storage::eachEvidence(file_.connection(), 0, [&](const EvidenceRow& row, bool readable) {
                 gap(expected, row.place);
                 expected = row.place + 1;
                 check(row, readable, previous);

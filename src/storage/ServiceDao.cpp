@@ -4,12 +4,10 @@
 #include <QCoreApplication>
 #include <QDir>
 
-#include <optional>
 #include <utility>
 
 #include "platform/PrivateFiles.h"
 #include "storage/DatabaseLook.h"
-#include "storage/EvidenceChain.h"
 #include "storage/EvidenceHash.h"
 #include "storage/MeasurementIdentity.h"
 #include "storage/Rows.h"
@@ -23,18 +21,6 @@ namespace kestrix::storage {
 Q_LOGGING_CATEGORY(lcStorage, "kestrix.storage", QtWarningMsg)
 
 namespace {
-
-struct Finalize {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
-
-// Null when the text cannot be prepared.
-Statement prepared(sqlite3* connection, const StatementText& text) {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(connection, text.get(), -1, &statement, nullptr);
-    return Statement(statement);
-}
 
 constexpr const char* kTooLong = QT_TRANSLATE_NOOP("Outcome", "a text is too long");
 constexpr const char* kNoSuchRow = QT_TRANSLATE_NOOP("Outcome", "the measurement is no longer there");
@@ -62,8 +48,14 @@ void ServiceDao::setPatience(std::chrono::milliseconds patience) {
     if (db_) sqlite3_busy_timeout(db_.get(), static_cast<int>(patience_.count()));
 }
 
-void ServiceDao::createDatadase() {
+void ServiceDao::closeConnection() {
+    chain_.reset();
+    search_.reset();
     db_.reset();
+}
+
+void ServiceDao::createDatadase() {
+    closeConnection();
     if (std::string why = folder_.whyKeptOut(); !why.empty()) {
         outcome_ = {false, std::move(why), 0};
         qCWarning(lcStorage, "数据库创建失败");
@@ -117,15 +109,17 @@ bool ServiceDao::execute(const char* sql) {
         outcome_ = failure(kTooLong);
         return false;
     }
-    const bool done = sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK &&
-                      sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    // A transaction that has begun goes on as it began.
+    const bool done =
+        (inTransaction_ || sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK) &&
+        sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     outcome_ = done ? Outcome{} : failureOf(open, path_);
     return done;
 }
 
 bool ServiceDao::run(const char* sql) {
     if (execute(sql)) return true;
-    db_.reset();
+    closeConnection();
     qCWarning(lcStorage, "数据操作失败");
     return false;
 }
@@ -142,7 +136,7 @@ template <class Read>
 void ServiceDao::query(const StatementText& text, const Read& read) {
     sqlite3* const open = connection();
     if (open == nullptr) return;
-    const Statement statement = prepared(open, text);
+    const Prepared statement = prepare(open, text.get());
     int status = statement ? SQLITE_ROW : SQLITE_ERROR;
     bool wanted = true;
     while (statement && wanted && (status = sqlite3_step(statement.get())) == SQLITE_ROW)
@@ -180,8 +174,8 @@ void ServiceDao::createIndexes() {
 bool ServiceDao::hasTables() {
     sqlite3* const open = connection();
     if (open == nullptr) return false;
-    const bool has =
-        prepared(open, statementText(kAllMeasures, {})) && prepared(open, statementText(kAllRecords, {}));
+    const bool has = prepare(open, statementText(kAllMeasures, {}).get()) &&
+                     prepare(open, statementText(kAllRecords, {}).get());
     outcome_ = has ? Outcome{} : failureOf(open, path_);
     return has;
 }
@@ -226,13 +220,30 @@ void ServiceDao::append(EvidenceRow row, MeasureData measure) {
     measure.recordId = static_cast<std::int32_t>(measure.recordId);  // what a statement holds of it
     row.measurement = digestOf(measure);
     row.program = programName();
-    if (appendEvidence(open, row)) {
+    if (!chain_) chain_.emplace(open);
+    if (chain_->append(row)) {
         outcome_ = {};
         return;
     }
     outcome_ = failureOf(open, path_);
-    db_.reset();
+    closeConnection();
     qCWarning(lcStorage, "数据操作失败");
+}
+
+std::optional<EvidenceRow> ServiceDao::findRecorded(std::int64_t dataId) {
+    std::optional<EvidenceRow> found;
+    sqlite3* const open = connection();
+    if (open == nullptr) return found;
+    if (!search_) search_.emplace(open);
+    outcome_ = search_->find(dataId, found) ? Outcome{} : failureOf(open, path_);
+    return found;
+}
+
+ChainHead ServiceDao::findChainHead() {
+    ChainHead head;
+    sqlite3* const open = connection();
+    if (open != nullptr) outcome_ = readHead(open, head) ? Outcome{} : failureOf(open, path_);
+    return head;
 }
 
 void ServiceDao::addRecordForm(const RecordData& record) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -11,6 +12,8 @@
 
 #include "platform/DocumentsFolder.h"
 #include "storage/Evidence.h"
+#include "storage/EvidenceChain.h"
+#include "storage/EvidenceSearch.h"
 #include "storage/MeasureData.h"
 #include "storage/Moments.h"
 #include "storage/Outcome.h"
@@ -74,6 +77,9 @@ class ServiceDao {
     // Appends to the evidence what is done with a measurement, in the transaction that is open. measure: its
     // row as it is behind that; of one that is deleted, as it was.
     void noteEvidence(EvidenceEvent event, const MeasureData& measure);
+    // How a measurement was recorded; none: it has no evidence.
+    std::optional<EvidenceRow> findRecorded(std::int64_t dataId);
+    ChainHead findChainHead();
     // Whose moments the evidence tells; without it, the machine's clocks.
     void setClock(std::function<Moment()> clock) { clock_ = std::move(clock); }
 
@@ -117,6 +123,7 @@ class ServiceDao {
         void operator()(sqlite3* connection) const;
     };
 
+    void closeConnection();
     // Null when the file cannot be opened, and from the first failure of a transaction to its end.
     sqlite3* connection();
     bool isInPlace();
@@ -142,6 +149,8 @@ class ServiceDao {
     bool inTransaction_ = false;
     std::function<Moment()> clock_ = momentNow;
     std::unique_ptr<sqlite3, Close> db_;
+    std::optional<EvidenceChain> chain_;  // both of this connection
+    std::optional<EvidenceSearch> search_;
 };
 
 }  // namespace kestrix::storage

@@ -25,7 +25,8 @@ void Transaction::end() {
     dao_.inTransaction_ = false;
     sqlite3* const open = dao_.db_.get();
     if (open == nullptr || sqlite3_get_autocommit(open) != 0) return;
-    if (sqlite3_exec(open, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK) dao_.db_.reset();
+    dao_.chain_.reset();  // its table may be undone
+    if (sqlite3_exec(open, "ROLLBACK", nullptr, nullptr, nullptr) != SQLITE_OK) dao_.closeConnection();
 }
 
 }  // namespace kestrix::storage

@@ -93,7 +93,7 @@ class VerificationTest : public ::testing::Test {
         }
         good &= status == SQLITE_DONE;
         sqlite3_finalize(all);
-        good &= storage::eachEvidence(opened, [&rows](const storage::EvidenceRow& row, bool readable) {
+        good &= storage::eachEvidence(opened, 0, [&rows](const storage::EvidenceRow& row, bool readable) {
             rows << readable << storage::canonicalForm(row) << storage::hexOf(row.hash) << '\n';
             return true;
         });

@@ -36,7 +36,7 @@ class EvidenceTest : public QuickStorageFixture {
         sqlite3* opened = nullptr;
         EXPECT_EQ(sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
         Sha256 previous{};
-        EXPECT_TRUE(eachEvidence(opened, [&](const EvidenceRow& row, bool readable) {
+        EXPECT_TRUE(eachEvidence(opened, 0, [&](const EvidenceRow& row, bool readable) {
             EXPECT_TRUE(readable);
             EXPECT_EQ(row.place, static_cast<std::int64_t>(rows.size()) + 1);
             EXPECT_EQ(row.previous, previous);
