@@ -15,6 +15,14 @@ storage::Outcome eachMeasurement(const ExportedRecord& record, const MeasureVisi
     return goesOn ? outcome : cutShort();
 }
 
+storage::Outcome findRecorded(const ExportedRecord& record, std::int64_t dataId,
+                              std::optional<storage::EvidenceRow>& found) {
+    found.reset();
+    if (record.evidence == nullptr) return {};
+    found = record.evidence->findRecorded(dataId);
+    return record.evidence->lastOutcome();
+}
+
 storage::Outcome cutShort() {
     return {false, QCoreApplication::translate("Export", "the export was cut short").toStdString(), 0};
 }
@@ -28,6 +36,7 @@ storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recor
         dao.eachMeasureofId(recordId, visit);
         return dao.lastOutcome();
     };
+    found.evidence = &dao;
     return {};
 }
 

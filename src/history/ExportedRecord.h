@@ -27,6 +27,8 @@ struct ExportedRecord {
     std::optional<storage::RecordData> record;  // none: it was not found; its measurements may be there
     MeasureSource measurements;
     std::string timeStamp;  // of this export, 14 digits: names its file, and stands for "%@" in the text
+    // Knows how the measurements were recorded. Null: nobody does, and none has evidence.
+    storage::ServiceDao* evidence = nullptr;
     // Asked at each measurement that is read and at each that is drawn, which may take seconds; false: the
     // export is given up. None: it never is.
     std::function<bool()> goesOn{};
@@ -35,6 +37,10 @@ struct ExportedRecord {
 // Hands each measurement to the visitor as the record's source does. Fails when the export is given up
 // meanwhile: half of a record is none.
 storage::Outcome eachMeasurement(const ExportedRecord& record, const MeasureVisitor& visit);
+
+// How the measurement was recorded; none: it has no evidence.
+storage::Outcome findRecorded(const ExportedRecord& record, std::int64_t dataId,
+                              std::optional<storage::EvidenceRow>& found);
 
 // How an export that was given up ends.
 storage::Outcome cutShort();

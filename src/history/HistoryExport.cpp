@@ -56,7 +56,7 @@ QString HistoryViewController::getMessages() {
 
 ExportedFile HistoryViewController::writeExport(const ExportFormat& format, const std::string& stamp) const {
     const ExportedRecord exported{
-        .record = record, .measurements = measurementsIn(arrays), .timeStamp = stamp};
+        .record = record, .measurements = measurementsIn(arrays), .timeStamp = stamp, .evidence = dao.get()};
     return exportIntoFolder(exported, format, services_.documents);
 }
 

@@ -1,11 +1,15 @@
 #include "history/JsonExport.h"
 
+#include <QByteArray>
+
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "history/ExportColumns.h"
 #include "history/ExportPieces.h"
+#include "storage/EvidenceHash.h"
 
 namespace kestrix::history {
 namespace {
@@ -27,6 +31,28 @@ void appendFields(std::string& json, const std::array<ExportColumn<Row>, count>&
     }
 }
 
+std::string hexOf(const std::string& bytes) {
+    return QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex().toStdString();
+}
+
+void appendEvidence(std::string& json, const std::optional<storage::EvidenceRow>& recorded) {
+    if (!recorded) {
+        json += "null";
+        return;
+    }
+    const storage::EvidenceRow& row = *recorded;
+    json += "{\"identity\":" + quoted(row.identity) + ",\"place\":" + std::to_string(row.place);
+    json += ",\"frame\":\"" + hexOf(row.evidence.frame) + "\",\"tripTimes\":{";
+    const char* comma = "";
+    for (std::size_t i = 0; i < row.evidence.tripTimeFrames.size(); ++i) {
+        const std::string& frame = row.evidence.tripTimeFrames[i];
+        if (frame.empty()) continue;
+        json += std::exchange(comma, ",");
+        json += '"' + std::to_string(i + 1) + "\":\"" + hexOf(frame) + '"';
+    }
+    json += "},\"hash\":\"" + storage::hexOf(row.hash) + "\"}";
+}
+
 }  // namespace
 
 storage::Outcome writeJson(const ExportedRecord& record, const ExportSink& sink) {
@@ -39,13 +65,19 @@ storage::Outcome writeJson(const ExportedRecord& record, const ExportSink& sink)
     }
     pieces.bytes() += "\"measurements\":[";
     const char* separator = "\n";
+    std::optional<storage::EvidenceRow> recorded;
+    storage::Outcome known;
     storage::Outcome read = eachMeasurement(record, [&](const storage::MeasureData& measure) {
         pieces.bytes() += std::exchange(separator, ",\n");
         pieces.bytes() += "{\"recordId\":" + std::to_string(measure.recordId) + ',';
         appendFields(pieces.bytes(), kMeasureColumns, measure);
+        known = findRecorded(record, measure.dataId, recorded);
+        pieces.bytes() += ",\"evidence\":";
+        appendEvidence(pieces.bytes(), recorded);
         pieces.bytes() += '}';
-        return pieces.pass();
+        return known.done && pieces.pass();
     });
+    if (!known.done) return known;
     if (!read.done) return read;
     pieces.bytes() += "\n]}\n";
     return pieces.end();

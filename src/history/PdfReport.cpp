@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPdfWriter>
 
+#include <optional>
 #include <string>
 
 #include "history/ExportColumns.h"
@@ -14,6 +15,8 @@
 #include "history/ExportPieces.h"
 #include "history/ReportFont.h"
 #include "history/ReportLayout.h"
+#include "storage/RecordDigest.h"
+#include "storage/RecordMark.h"
 
 namespace kestrix::history {
 namespace {
@@ -43,18 +46,37 @@ class SinkDevice final : public QIODevice {
     ExportPieces pieces_;
 };
 
-storage::Outcome collect(const ExportedRecord& record, ReportLines& lines) {
+// mark: left as it is for measurements without a record.
+storage::Outcome collect(const ExportedRecord& record, ReportLines& lines,
+                         std::optional<storage::RecordMark>& mark) {
+    std::optional<storage::RecordDigest> digest;
     if (record.record) {
+        digest.emplace(*record.record);
         lines.recordTitle = RecordTitle;
         lines.recordContent = validUtf8(RecordContent(*record.record));
     }
     lines.measureTitle = MeasureTitle;
-    return eachMeasurement(record, [&lines](const storage::MeasureData& measure) {
+    std::optional<storage::EvidenceRow> recorded;
+    storage::Outcome known;
+    storage::Outcome read = eachMeasurement(record, [&](const storage::MeasureData& measure) {
         std::string row;
         appendMeasureLine(row, measure);
         lines.rows.push_back(validUtf8(row));
-        return true;
+        known = findRecorded(record, measure.dataId, recorded);
+        if (digest) digest->add(measure, recorded);
+        return known.done;
     });
+    if (!known.done || !read.done || !digest) return known.done ? read : known;
+    mark = {record.record->recordId, digest->value(), {}};
+    if (record.evidence == nullptr) return {};
+    mark->head = record.evidence->findChainHead();
+    return record.evidence->lastOutcome();
+}
+
+// What stands in the document's information as the program that made it.
+QString creatorOf(const std::optional<storage::RecordMark>& mark) {
+    const QString program = QStringLiteral("Kestrix");
+    return mark ? program + QStringLiteral("; ") + QString::fromStdString(textOf(*mark)) : program;
 }
 
 // False when it was given up.
@@ -91,12 +113,13 @@ storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink) 
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr)
         return cannotDraw(QT_TRANSLATE_NOOP("Export", "this program has no fonts"));
     ReportLines lines;
-    if (storage::Outcome read = collect(record, lines); !read.done) return read;
+    std::optional<storage::RecordMark> mark;
+    if (storage::Outcome read = collect(record, lines, mark); !read.done) return read;
     const ReportPage page = layOutReport(lines);
 
     SinkDevice device(sink);
     QPdfWriter writer(&device);
-    writer.setCreator(QStringLiteral("Kestrix"));
+    writer.setCreator(creatorOf(mark));
     writer.setResolution(kDots * kPointsAnInch);
     writer.setPageSize(QPageSize(QSizeF(page.width, page.height), QPageSize::Point, QStringLiteral("report"),
                                  QPageSize::ExactMatch));

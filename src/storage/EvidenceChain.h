@@ -46,6 +46,8 @@ bool readLastPlace(sqlite3* connection, std::int64_t& place);
 struct ChainHead {
     std::int64_t place = 0;
     Sha256 hash{};
+
+    bool operator==(const ChainHead&) const = default;
 };
 bool readHead(sqlite3* connection, ChainHead& head);
 

@@ -5,24 +5,12 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "storage/CanonicalFields.h"
+
 namespace kestrix::storage {
 namespace {
 
 constexpr std::size_t kFrameLength = 36;
-
-void append(std::string& form, std::string_view field) {
-    const auto length = static_cast<std::uint32_t>(field.size());
-    for (int shift = 24; shift >= 0; shift -= 8) form += static_cast<char>(length >> shift & 0xFF);
-    form.append(field);
-}
-
-void append(std::string& form, std::int64_t number) {
-    append(form, std::string_view(std::to_string(number)));
-}
-
-std::string_view bytesOf(const Sha256& hash) {
-    return {reinterpret_cast<const char*>(hash.data()), hash.size()};
-}
 
 }  // namespace
 
@@ -36,34 +24,34 @@ Sha256 sha256(std::string_view bytes) {
 
 Sha256 digestOf(const MeasureData& measure) {
     std::string form;
-    append(form, "kestrix measurement 1");
-    append(form, measure.recordId);
+    appendField(form, "kestrix measurement 1");
+    appendField(form, measure.recordId);
     for (const std::string* text :
          {&measure.dataName, &measure.function, &measure.parameters, &measure.result, &measure.dateTime,
           &measure.comments, &measure.recordName})
-        append(form, *text);
+        appendField(form, *text);
     return sha256(form);
 }
 
 std::string canonicalForm(const EvidenceRow& row) {
     std::string form;
-    append(form, "kestrix evidence 1");
-    append(form, row.place);
-    append(form, nameOf(row.event));
-    append(form, row.identity);
-    append(form, row.dataId);
-    append(form, bytesOf(row.measurement));
-    append(form, row.evidence.frame);
-    append(form, packedTripTimes(row.evidence));
-    append(form, row.evidence.equalFrames);
-    append(form, row.evidence.source);
-    append(form, row.evidence.accessory);
-    append(form, nameOf(row.evidence.origin));
-    append(form, row.moment.utc);
-    append(form, row.moment.utcOffset);
-    append(form, row.moment.sinceBoot);
-    append(form, row.program);
-    append(form, bytesOf(row.previous));
+    appendField(form, "kestrix evidence 1");
+    appendField(form, row.place);
+    appendField(form, nameOf(row.event));
+    appendField(form, row.identity);
+    appendField(form, row.dataId);
+    appendField(form, bytesOf(row.measurement));
+    appendField(form, row.evidence.frame);
+    appendField(form, packedTripTimes(row.evidence));
+    appendField(form, row.evidence.equalFrames);
+    appendField(form, row.evidence.source);
+    appendField(form, row.evidence.accessory);
+    appendField(form, nameOf(row.evidence.origin));
+    appendField(form, row.moment.utc);
+    appendField(form, row.moment.utcOffset);
+    appendField(form, row.moment.sinceBoot);
+    appendField(form, row.program);
+    appendField(form, bytesOf(row.previous));
     return form;
 }
 

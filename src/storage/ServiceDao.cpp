@@ -29,7 +29,7 @@ constexpr const char* kMoved = QT_TRANSLATE_NOOP("Outcome", "the database was mo
 }  // namespace
 
 void ServiceDao::Close::operator()(sqlite3* connection) const {
-    sqlite3_close(connection);
+    sqlite3_close_v2(connection);  // a row that is being read is read to its end
 }
 
 ServiceDao::ServiceDao(const platform::DocumentsFolder& folder, std::chrono::milliseconds patience)

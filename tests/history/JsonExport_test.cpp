@@ -33,11 +33,11 @@ TEST(JsonExport, IsTheRecordWithItsMeasurementsALineEach) {
         "{\"recordId\":3,\"dataId\":17,\"dataName\":\"S_1\",\"function\":\"Low "
         "Ohm\",\"parameters\":\"200mA\","
         "\"result\":\"18.5Ω\",\"dateTime\":\"2024-06-03T09:08:07\",\"comments\":\" \",\"recordName\":\"House "
-        "7\"},\n"
+        "7\",\"evidence\":null},\n"
         "{\"recordId\":3,\"dataId\":18,\"dataName\":\"S_1\",\"function\":\"Low "
         "Ohm\",\"parameters\":\"200mA\","
         "\"result\":\"1,5\",\"dateTime\":\"2024-06-03T09:08:07\",\"comments\":\" \",\"recordName\":\"House "
-        "7\"}\n"
+        "7\",\"evidence\":null}\n"
         "]}\n");
 }
 

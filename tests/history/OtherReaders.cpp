@@ -24,6 +24,10 @@ std::string outputOf(const QString& program, const QStringList& arguments, const
     return process.readAllStandardOutput().toStdString();
 }
 
+std::string pdfInfoOf(const std::string& pdf) {
+    return outputOf(QStringLiteral("pdfinfo"), {QStringLiteral("FILE")}, pdf);
+}
+
 std::string readByPython(const std::string& script, const std::string& fileContent) {
     return outputOf(
         QStringLiteral("/usr/bin/python3"),

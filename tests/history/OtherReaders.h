@@ -11,6 +11,9 @@ namespace kestrix::history {
 // argument "FILE" is the file's name.
 std::string outputOf(const QString& program, const QStringList& arguments, const std::string& fileContent);
 
+// What poppler's pdfinfo prints of it.
+std::string pdfInfoOf(const std::string& pdf);
+
 // What a Python script prints that finds the file's name in sys.argv[1].
 std::string readByPython(const std::string& script, const std::string& fileContent);
 

@@ -21,13 +21,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-std::string infoOf(const std::string& pdf) {
-    return outputOf(QStringLiteral("pdfinfo"), {QStringLiteral("FILE")}, pdf);
-}
-
 // "612 x 792", of the only page.
 std::string pageSize(const std::string& pdf) {
-    const std::string info = infoOf(pdf);
+    const std::string info = pdfInfoOf(pdf);
     EXPECT_TRUE(std::regex_search(info, std::regex("Pages: +1\n"))) << info;
     std::smatch size;
     EXPECT_TRUE(std::regex_search(info, size, std::regex("Page size: +([0-9.]+ x [0-9.]+) pts"))) << info;

@@ -1,60 +1,14 @@
 // A measurement and its evidence: both or neither, and what is done with it later.
 #include <gtest/gtest.h>
 
-#include <sqlite3.h>
-
-#include "storage/EvidenceChain.h"
-#include "storage/EvidenceHash.h"
 #include "storage/TestRecords.h"
-#include "tests/storage/StorageFixture.h"
+#include "storage/Transaction.h"
+#include "tests/storage/EvidenceFixture.h"
 
 namespace kestrix::storage {
 namespace {
 
-class EvidenceTest : public QuickStorageFixture {
-  protected:
-    EvidenceTest() {
-        dao_.setClock([this] { return Moment{++clock_, 3600, 5000 + clock_}; });
-    }
-    static Evidence evidence(int number) {
-        Evidence made;
-        made.frame = std::string(36, static_cast<char>('0' + number));
-        made.tripTimeFrames[2] = std::string(36, 'r');
-        made.equalFrames = 4;
-        made.source = "bluetooth";
-        made.accessory = "Tester 7";
-        return made;
-    }
-    std::int64_t record(int number) {
-        dao_.addMeasureWithEvidence(measurement(number), evidence(number));
-        EXPECT_TRUE(dao_.lastOutcome().done) << dao_.lastOutcome().reason;
-        return dao_.lastOutcome().identity;
-    }
-    // Each row is readable, in its place, and follows the one before.
-    std::vector<EvidenceRow> chain() {
-        std::vector<EvidenceRow> rows;
-        sqlite3* opened = nullptr;
-        EXPECT_EQ(sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
-        Sha256 previous{};
-        EXPECT_TRUE(eachEvidence(opened, 0, [&](const EvidenceRow& row, bool readable) {
-            EXPECT_TRUE(readable);
-            EXPECT_EQ(row.place, static_cast<std::int64_t>(rows.size()) + 1);
-            EXPECT_EQ(row.previous, previous);
-            EXPECT_EQ(row.hash, hashOf(row));
-            previous = row.hash;
-            rows.push_back(row);
-            return true;
-        }));
-        sqlite3_close(opened);
-        return rows;
-    }
-    std::string count(const char* table) const {
-        return Connection(path_).value(std::string("SELECT count(*) FROM ") + table);
-    }
-
-    ServiceDao dao_ = daoWithTables();
-    std::int64_t clock_ = 1'772'600'767'000;
-};
+using EvidenceTest = EvidenceFixture;
 
 TEST_F(EvidenceTest, StandsBesideItsMeasurement) {
     EXPECT_EQ(record(1), 1);
@@ -155,6 +109,57 @@ TEST_F(EvidenceTest, APlaceWhoseRowWasTakenAwayIsNotGivenAgain) {
     Connection(path_).run("DELETE FROM evidence WHERE place = 2");
     record(3);
     EXPECT_EQ(Connection(path_).value("SELECT group_concat(place) FROM evidence"), "1,3");
+}
+
+TEST_F(EvidenceTest, BehindTheLastPlaceThatThereIsCannotBeStoredAndIsSaid) {
+    record(1);
+    Connection(path_).run("UPDATE evidence SET place = 9223372036854775807");
+    testing::expectWarning(kStatementFailed);
+    dao_.addMeasureWithEvidence(measurement(2), evidence(2));
+    EXPECT_FALSE(dao_.lastOutcome().done);
+    EXPECT_NE(dao_.lastOutcome().reason.find("evidence.place"), std::string::npos)
+        << dao_.lastOutcome().reason;
+    EXPECT_EQ(count("measurefrom"), "1");
+}
+
+TEST_F(EvidenceTest, AFirstOneThatIsUndoneLeavesTheNextItsTable) {
+    {
+        Transaction undone(dao_);
+        dao_.addMeasureWithEvidence(measurement(1), evidence(1));
+        EXPECT_TRUE(dao_.lastOutcome().done);
+    }
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "0");
+    EXPECT_EQ(record(2), 1);
+    EXPECT_EQ(chain().size(), 1U);
+}
+
+TEST_F(EvidenceTest, IsDueFromTheFirstMeasurementOn) {
+    record(1);
+    record(2);
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "1");
+}
+
+TEST_F(EvidenceTest, IsDueBehindTheMeasurementsOfBefore) {
+    dao_.addMeasureForm(measurement(1));
+    dao_.addMeasureForm(measurement(2));
+    record(3);
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "3");
+}
+
+TEST_F(EvidenceTest, IsDueBehindThemAlsoWhereFilingOneComesFirst) {
+    dao_.addMeasureForm(measurement(1));
+    dao_.addMeasureForm(measurement(2));
+    ASSERT_TRUE(fileMeasurements(dao_, testRecord(), {dao_.findMeasureofDataId(1)}).done);
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "3");
+}
+
+TEST_F(EvidenceTest, IsDueFromTheSameOneOnWhenItsTableIsTakenAway) {
+    record(1);
+    record(2);
+    Connection(path_).run("DROP TABLE evidence");
+    dao_ = daoWithTables();
+    record(3);
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "1");
 }
 
 }  // namespace
