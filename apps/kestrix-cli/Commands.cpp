@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "apps/kestrix-cli/ExportRow.h"
+#include "apps/kestrix-cli/OtherRows.h"
 
 namespace kestrix::cli {
 
@@ -16,12 +16,11 @@ extern const Command recordsCommand;
 extern const Command showCommand;
 extern const Command deleteCommand;
 extern const Command logCommand;
-extern const Command verifyCommand;
 
 std::span<const Command* const> allCommands() {
     static constexpr std::array kCommands{&decodeCommand,  &monitorCommand, &captureCommand, &simulateCommand,
                                           &devicesCommand, &recordsCommand, &showCommand,    &kExportRow,
-                                          &deleteCommand,  &logCommand,     &verifyCommand};
+                                          &deleteCommand,  &logCommand,     &kVerifyRow};
     return kCommands;
 }
 

@@ -12,7 +12,7 @@
 #include "apps/kestrix-cli/ExportMail.h"
 #include "apps/kestrix-cli/ExportOptions.h"
 #include "apps/kestrix-cli/ExportOutput.h"
-#include "apps/kestrix-cli/ExportRow.h"
+#include "apps/kestrix-cli/OtherRows.h"
 #include "apps/kestrix-cli/Runner.h"
 #include "apps/kestrix-cli/SavedRecords.h"
 #include "history/ExportLog.h"

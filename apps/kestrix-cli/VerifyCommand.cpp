@@ -5,19 +5,24 @@
 #include <QFileInfo>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "apps/kestrix-cli/CommandOptions.h"
 #include "apps/kestrix-cli/JsonText.h"
+#include "apps/kestrix-cli/OtherRows.h"
+#include "apps/kestrix-cli/ReportCheck.h"
 #include "apps/kestrix-cli/Runner.h"
 #include "apps/kestrix-cli/SavedRecords.h"
 #include "apps/kestrix-cli/Verification.h"
+#include "history/ReportInformation.h"
 
 namespace kestrix::cli {
 namespace {
 
 struct VerifyOptions {
     std::string documents;
+    std::optional<std::string> report;
     bool json = false;
 };
 
@@ -41,30 +46,70 @@ std::string jsonOf(const Verification& result) {
     return line + "]}";
 }
 
+Ending writeVerification(Output& output, const Verification& result, bool json) {
+    if (json) {
+        output.line(jsonOf(result));
+    } else {
+        for (const Verification::Finding& finding : result.findings) output.line(finding.text);
+        output.line(fmt::format(
+            "{}, {} derived again, chain {}{}", counted(result.measurements, "measurement"), result.derived,
+            result.chainWhole ? "whole" : "broken",
+            result.older == 0 ? "" : fmt::format(", {} older than their evidence", result.older)));
+    }
+    if (result.isClean()) return done();
+    return failed(counted(static_cast<std::int64_t>(result.findings.size()), "difference"));
+}
+
+std::string jsonOf(const storage::RecordMark& mark, const ReportCheck& check) {
+    std::string line =
+        fmt::format(R"({{"record":{},"evidence":{},"findings":[)", mark.recordId, mark.head.place);
+    for (const std::string& finding : check.findings) {
+        if (line.back() != '[') line += ',';
+        appendJsonText(line, finding);
+    }
+    return line + "]}";
+}
+
+Ending verifyReport(Output& output, const VerifyOptions& options, const std::string& database) {
+    const history::ReportInformation report =
+        history::reportInformationOf(QString::fromStdString(*options.report));
+    if (!report.problem.empty()) return failed(*options.report + ": " + report.problem);
+    const ReportCheck check = checkReport(database, report.mark);
+    if (!check.problem.empty()) return failed(check.problem);
+    if (options.json) {
+        output.line(jsonOf(report.mark, check));
+    } else {
+        for (const std::string& finding : check.findings) output.line(finding);
+        if (check.findings.empty())
+            output.line(
+                fmt::format("test record {} is as it was when the report was made", report.mark.recordId));
+    }
+    if (check.findings.empty()) return done();
+    return failed("the database says otherwise than the report");
+}
+
 Ending verify(Runner& runner, const VerifyOptions& options) {
     runner.limitUnlessGiven(0);
     const SavedRecords saved(options.documents);
     const QString file = saved.folder().filePath(QLatin1String(storage::kDatabaseFile));
     if (!QFileInfo::exists(file)) return failed(saved.path() + ": there is no database");
-    const Verification result = verifyDatabase(file.toStdString());
-    if (!result.problem.empty()) return failed(saved.path() + ": " + result.problem);
-    if (options.json) {
-        runner.output().line(jsonOf(result));
+    Ending ending;
+    if (options.report) {
+        ending = verifyReport(runner.output(), options, file.toStdString());
     } else {
-        for (const Verification::Finding& finding : result.findings) runner.output().line(finding.text);
-        runner.output().line(fmt::format(
-            "{}, {} derived again, chain {}{}", counted(result.measurements, "measurement"), result.derived,
-            result.chainWhole ? "whole" : "broken",
-            result.older == 0 ? "" : fmt::format(", {} older than their evidence", result.older)));
+        const Verification result = verifyDatabase(file.toStdString());
+        if (!result.problem.empty()) return failed(saved.path() + ": " + result.problem);
+        ending = writeVerification(runner.output(), result, options.json);
     }
     runner.flush(runner.output());
-    if (result.isClean()) return done();
-    return failed(counted(static_cast<std::int64_t>(result.findings.size()), "difference"));
+    return ending;
 }
 
 Action describeVerify(CommandOptions& options) {
     auto given = std::make_shared<VerifyOptions>();
     describeDocuments(options, given->documents);
+    options.text("--file", "REPORT.pdf", given->report,
+                 "Whether the database still says what this report does");
     options.flag("--json", given->json, "One JSON object");
     return [given](Runner& runner) { return verify(runner, *given); };
 }
@@ -72,7 +117,6 @@ Action describeVerify(CommandOptions& options) {
 }  // namespace
 
 extern const Command verifyCommand;
-const Command verifyCommand{"verify", "Derives every measurement again from what the tester sent",
-                            AtSignal::CutsItShort, describeVerify};
+const Command verifyCommand{kVerifyRow.name, kVerifyRow.summary, kVerifyRow.atSignal, describeVerify};
 
 }  // namespace kestrix::cli

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "apps/kestrix-cli/CommandLine.h"
-#include "apps/kestrix-cli/ExportRow.h"
 #include "apps/kestrix-cli/OtherProgram.h"
+#include "apps/kestrix-cli/OtherRows.h"
 
 namespace kestrix::cli {
 extern const Command decodeCommand;
@@ -18,5 +18,5 @@ int main(int argc, char** argv) {
     const std::string_view word = commandWord(argc, argv);
     if (word == decodeCommand.name || (argc == 2 && std::string_view(argv[1]) == "--version"))
         return runCommandLine(argc, argv, {kCommands, {}});
-    return becomeProgram(word == kExportRow.name ? KESTRIX_EXPORT : KESTRIX_ALL_COMMANDS, argc, argv);
+    return becomeProgram(isOfExport(word) ? KESTRIX_EXPORT : KESTRIX_ALL_COMMANDS, argc, argv);
 }

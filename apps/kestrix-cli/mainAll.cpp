@@ -2,12 +2,12 @@
 
 #include "apps/kestrix-cli/CommandLine.h"
 #include "apps/kestrix-cli/Commands.h"
-#include "apps/kestrix-cli/ExportRow.h"
 #include "apps/kestrix-cli/OtherProgram.h"
+#include "apps/kestrix-cli/OtherRows.h"
 #include "apps/kestrix-cli/ProgramLog.h"
 
 int main(int argc, char** argv) {
     using namespace kestrix::cli;
-    if (commandWord(argc, argv) == kExportRow.name) return becomeProgram("kestrix-export", argc, argv);
+    if (isOfExport(commandWord(argc, argv))) return becomeProgram("kestrix-export", argc, argv);
     return runCommandLine(argc, argv, {allCommands(), installProgramLog});
 }

@@ -1,5 +1,5 @@
-// The program of the command `export`, which draws and mails: only it needs fonts, certificates and a
-// keyring.
+// The program of the commands `export`, which draws and mails, and `verify`, which reads reports: only these
+// need fonts, certificates, a keyring, and what knows the inside of a PDF.
 
 #include <array>
 
@@ -8,10 +8,11 @@
 
 namespace kestrix::cli {
 extern const Command exportCommand;
+extern const Command verifyCommand;
 }  // namespace kestrix::cli
 
 int main(int argc, char** argv) {
     using namespace kestrix::cli;
-    static constexpr std::array kCommands{&exportCommand};
+    static constexpr std::array kCommands{&exportCommand, &verifyCommand};
     return runCommandLine(argc, argv, {kCommands, installProgramLog});
 }
