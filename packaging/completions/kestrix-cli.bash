@@ -43,14 +43,14 @@ _kestrix_cli_complete() {
         case ${words[i]} in
             --settings | --frame | --seconds | --tcp | --pty | --scenario | --seed | --speed) ((i++)) ;;
             --documents | --project | --company | --address | --operator | --serial | --every | --count) ((i++)) ;;
-            --format | --output | --mail | --smtp | --from | --cafile) ((i++)) ;;
+            --format | --output | --mail | --smtp | --from | --cafile | --file) ((i++)) ;;
             -?*) ;;
             *) if [[ -z $command ]]; then command=${words[i]}; else ((arguments++)); fi ;;
         esac
     done
 
     case $prev in
-        --settings | --pty | --documents | --output | --cafile)
+        --settings | --pty | --documents | --output | --cafile | --file)
             _kestrix_cli_files "$cur"
             return
             ;;
@@ -78,7 +78,8 @@ _kestrix_cli_complete() {
             '') options+=' --version' ;;
             decode) options+=' --frame --screen' ;;
             capture) options+=' --force' ;;
-            records | verify) options+=' --json --documents' ;;
+            records) options+=' --json --documents' ;;
+            verify) options+=' --file --json --documents' ;;
             show) options+=' --json --evidence --documents' ;;
             export)
                 options+=' --csv --pdf --format --output --documents'

@@ -68,6 +68,7 @@ complete -c kestrix-cli -n '__kestrix_cli_in export' -l output -r -F -d 'Write t
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l mail -x -d 'Send it to this address'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l smtp -x -a 'smtp:// smtps://' -d 'Through this server'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l from -x -d 'Your own address'
+complete -c kestrix-cli -n '__kestrix_cli_in verify' -l file -r -F -d 'Whether the database still says what this report does'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l cafile -r -F -d 'Whom to believe the certificate'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l password-stdin -d 'Read the password from standard input'
 complete -c kestrix-cli -n '__kestrix_cli_in export' -l draft -d 'Keep the mail in the folder'
