@@ -120,8 +120,10 @@ void BluetoothConnect::deviceDataReceived(const Notification& event) {
 void BluetoothConnect::analyticalData(std::string_view text) {
     extractor_.append(text);
     while (const auto frameText = extractor_.nextFrame()) {
-        const protocol::MeterReading record = parse3820Data(*frameText);
-        if (delegate_ != nullptr) delegate_->didReceive3820Data(record, true);
+        // As parse3820Data() does, without moving the record's texts.
+        protocol::KV3820protocal decoder;
+        decoder.initFromString(*frameText);
+        if (delegate_ != nullptr) delegate_->didReceive3820Data(decoder.return3820data(), true);
     }
 }
 
