@@ -19,7 +19,7 @@ using testing::FrameBuilder;
 #ifdef __SANITIZE_ADDRESS__
 constexpr int kFrames = 20'000;  // each takes several times as long
 #else
-constexpr int kFrames = 200'000;
+constexpr int kFrames = 1'000'000;
 #endif
 
 protocol::MeterReading decoded(const Frame& frame) {
