@@ -4,12 +4,19 @@
 
 #include <utility>
 
+#include "apps/common/PrintableText.h"
+#include "apps/kestrix-cli/DatabaseTables.h"
 #include "storage/DatabaseLook.h"
+#include "storage/Outcome.h"
 
 namespace kestrix::cli {
 namespace {
 
 constexpr int kPatience = 5000;  // milliseconds, with a lock of another program
+
+constexpr const char* kLeftJournal =
+    "a process was killed while it wrote: the next start of kestrix, or any command that writes, undoes what "
+    "it left half done";
 
 }  // namespace
 
@@ -32,9 +39,28 @@ DatabaseFile::DatabaseFile(std::string path) : path_(std::move(path)) {
     sqlite3_busy_timeout(opened, kPatience);
     if (!storage::mayBeOurs(opened)) {
         problem_ = "it is no database of Kestrix";
-    } else if (sqlite3_exec(opened, "BEGIN", nullptr, nullptr, nullptr) != SQLITE_OK) {
-        problem_ = failure();
+        return;
     }
+    checkTables();
+}
+
+void DatabaseFile::checkTables() {
+    std::string why;
+    if (readTogether([&] { return whyNotOurTables(connection(), why); })) problem_ = why;
+}
+
+bool DatabaseFile::readTogether(const std::function<bool()>& read) {
+    if (!problem_.empty()) return false;
+    const bool done = sqlite3_exec(connection(), "BEGIN", nullptr, nullptr, nullptr) == SQLITE_OK && read();
+    if (!done && problem_.empty()) problem_ = failure();
+    sqlite3_exec(connection(), "ROLLBACK", nullptr, nullptr, nullptr);
+    return problem_.empty();
+}
+
+// An object's name in it may be anything.
+std::string DatabaseFile::failure() const {
+    if (sqlite3_extended_errcode(connection()) == SQLITE_READONLY_ROLLBACK) return kLeftJournal;
+    return app::printable(storage::failureOf(connection(), path_).reason);
 }
 
 DatabaseStatement DatabaseFile::prepare(const char* sql) const {

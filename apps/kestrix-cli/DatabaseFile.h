@@ -1,9 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
-
-#include "storage/Outcome.h"
+#include <utility>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -15,16 +15,20 @@ struct FinalizeStatement {
 };
 using DatabaseStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
-// A database of Kestrix, open for reading only. All that is read from it belongs together, whatever a window
-// records meanwhile.
+// A database of Kestrix, open for reading only. Whatever is in the file, a problem is one line of text.
 class DatabaseFile {
   public:
     explicit DatabaseFile(std::string path);
 
-    // Why it cannot be read, in one line; empty: it can.
+    // Why it cannot be read; empty: it can.
     const std::string& problem() const { return problem_; }
-    // The failure that the connection answered last.
-    std::string failure() const { return storage::failureOf(connection_.get(), path_).reason; }
+    // What is read in one call belongs together, whatever is written meanwhile; who wants to write waits for
+    // its end. `read` answers false when the connection failed. False, and the problem, if it did.
+    bool readTogether(const std::function<bool()>& read);
+    // It cannot be read after all: as the connection has just answered, or for this reason.
+    void spoil() { problem_ = failure(); }
+    void spoil(std::string problem) { problem_ = std::move(problem); }
+
     sqlite3* connection() const { return connection_.get(); }
     // Null when it cannot be prepared.
     DatabaseStatement prepare(const char* sql) const;
@@ -33,6 +37,9 @@ class DatabaseFile {
     struct CloseConnection {
         void operator()(sqlite3* connection) const;
     };
+
+    void checkTables();
+    std::string failure() const;
 
     std::string path_;
     std::unique_ptr<sqlite3, CloseConnection> connection_;

@@ -76,11 +76,11 @@ bool checkHead(const DatabaseFile& file, const storage::ChainHead& head, ReportC
 }  // namespace
 
 ReportCheck checkReport(const std::string& database, const storage::RecordMark& mark) {
-    const DatabaseFile file(database);
-    if (!file.problem().empty()) return {.problem = file.problem()};
+    DatabaseFile file(database);
     ReportCheck check;
-    if (!checkRecord(file, mark, check) || !checkHead(file, mark.head, check))
-        return {.problem = file.failure()};
+    if (!file.readTogether(
+            [&] { return checkRecord(file, mark, check) && checkHead(file, mark.head, check); }))
+        return {.problem = file.problem()};
     return check;
 }
 

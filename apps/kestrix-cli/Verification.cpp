@@ -4,225 +4,233 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <map>
-#include <tuple>
-#include <unordered_map>
+#include <limits>
+#include <unordered_set>
 #include <utility>
 
-#include "apps/common/PrintableText.h"
+#include "apps/kestrix-cli/ChainWalk.h"
 #include "apps/kestrix-cli/DatabaseFile.h"
-#include "apps/kestrix-cli/EvidenceFrames.h"
-#include "display/Derivation.h"
+#include "apps/kestrix-cli/MeasurementCheck.h"
 #include "storage/EvidenceChain.h"
-#include "storage/EvidenceHash.h"
-#include "storage/Rows.h"
 
 namespace kestrix::cli {
 namespace {
 
-using storage::EvidenceEvent;
 using storage::EvidenceRow;
-using storage::MeasureData;
-using storage::Sha256;
+using Derived = MeasurementState::Derived;
 
+constexpr std::int64_t kFirst = std::numeric_limits<std::int64_t>::min();
+constexpr int kNoLimit = std::numeric_limits<int>::max();
+
+constexpr const char* kNotInOrder = "it is damaged: its rows do not follow each other";
+
+// The identities in their order, in pieces: where the next one begins.
+class Road {
+  public:
+    std::int64_t next() const { return next_; }
+    bool isAtEnd() const { return ended_; }
+    // False for one that is no further on. A damaged file can lead round in a circle.
+    bool pass(std::int64_t identity) {
+        if (ended_ || identity < next_) return false;
+        ended_ = identity == std::numeric_limits<std::int64_t>::max();
+        if (!ended_) next_ = identity + 1;
+        return true;
+    }
+
+  private:
+    std::int64_t next_ = kFirst;
+    bool ended_ = false;
+};
+
+// First along the chain, then along the measurements, in slices. Whatever is done with a measurement
+// meanwhile is in the chain as well, in the same transaction: those that the chain tells of since then are
+// looked at once more at the end, in one piece with what came to both tables.
 class Verifier {
   public:
-    explicit Verifier(const DatabaseFile& file) : file_(file) {}
+    Verifier(DatabaseFile& file, const VerificationSlices& slices) : file_(file), slices_(slices) {}
 
     Verification verify() {
-        if (!walkChain() || !walkMeasurements()) return {.problem = file_.failure()};
-        findSwapped();
-        findMissing();
-        std::stable_sort(
-            result_.findings.begin(), result_.findings.end(), [](const auto& one, const auto& other) {
-                return std::pair(one.place == 0, one.place) < std::pair(other.place == 0, other.place);
-            });
+        if (!walk(&Verifier::readChain)) return failed();
+        noteTouched_ = true;
+        if (!walk(&Verifier::readMeasurements) || !walk(&Verifier::readChain)) return failed();
+        if (!file_.readTogether([this] { return readRest(); })) return failed();
+        tell();
         return std::move(result_);
     }
 
   private:
-    // What the chain says of a measurement.
-    struct Known {
-        std::int64_t place = 0;  // of its latest event
-        Sha256 measurement{};    // its row's digest behind that
-        bool recorded = false;   // its frames are in the chain
-        bool deleted = false;
-        bool seen = false;
-    };
+    // Reads so many rows on, at most; whole: there are no more.
+    using ReadSlice = bool (Verifier::*)(int most, bool& whole);
 
-    void find(std::int64_t dataId, std::int64_t place, std::string text) {
-        result_.findings.push_back({dataId, place, std::move(text)});
-    }
+    Verification failed() const { return {.problem = file_.problem()}; }
 
-    bool walkChain() {
-        std::int64_t lastPlace = 0;
-        if (sqlite3_table_column_metadata(file_.connection(), nullptr, "evidence", nullptr, nullptr, nullptr,
-                                          nullptr, nullptr, nullptr) == SQLITE_OK &&
-            !storage::readLastPlace(file_.connection(), lastPlace))
-            return false;
-        Sha256 previous{};
-        std::int64_t expected = 1;
-        byIdentity_ = file_.prepare("SELECT * FROM measurefrom WHERE dataId = ?");
-        if (!byIdentity_) return false;
-        const bool read =
-            storage::eachEvidence(file_.connection(), 0, [&](const EvidenceRow& row, bool readable) {
-                gap(expected, row.place);
-                expected = row.place + 1;
-                check(row, readable, previous);
-                previous = row.hash;
-                return true;
-            });
-        if (!read) return false;
-        gap(expected, lastPlace + 1);
-        if (lastPlace < expected - 1) {
-            result_.chainWhole = false;
-            find(0, 0,
-                 fmt::format("the database's own count of its evidence was altered: it says {}", lastPlace));
+    bool walk(ReadSlice read) {
+        bool whole = false;
+        while (!whole) {
+            if (!file_.readTogether([&] { return (this->*read)(slices_.rows, whole); })) return false;
+            if (slices_.between) slices_.between();
         }
-        if (expected > 1) result_.head = storage::hexOf(previous);
         return true;
     }
 
-    // The places from `expected` to the one before `next` are not there.
-    void gap(std::int64_t expected, std::int64_t next) {
-        if (next <= expected) return;
-        result_.chainWhole = false;
-        find(0, expected,
-             next - expected == 1 ? fmt::format("evidence {} is missing", expected)
-                                  : fmt::format("evidence {} to {} is missing", expected, next - 1));
+    bool readChain(int most, bool& whole) {
+        if (dueFrom_ == 0 && !storage::readDueFrom(file_.connection(), dueFrom_)) return false;
+        int rows = 0;
+        const auto visit = [&](const EvidenceRow& row, bool readable) {
+            if (!chainRoad_.pass(row.place)) file_.spoil(kNotInOrder);
+            return file_.problem().empty() && take(row, readable) && ++rows < most;
+        };
+        if (!chainRoad_.isAtEnd() && !storage::eachEvidence(file_.connection(), chainRoad_.next(), visit))
+            return false;
+        whole = rows < most;
+        return file_.problem().empty();
     }
 
-    void check(const EvidenceRow& row, bool readable, const Sha256& previous) {
-        const char* broken = nullptr;
-        if (!readable) {
-            broken = "holds what no such row can hold";
-        } else if (row.hash != storage::hashOf(row)) {
-            broken = "was altered: it is not what its hash says";
-        } else if (row.previous != previous) {
-            broken = "does not follow the one before it";
-        }
-        if (broken != nullptr) {
-            result_.chainWhole = false;
-            find(0, row.place, fmt::format("evidence {} {}", row.place, broken));
-        }
-        Known& known = known_[row.dataId];
-        // What is deleted or put back is the row as it was known.
-        if (known.place != 0 &&
-            (row.event == EvidenceEvent::Deleted || row.event == EvidenceEvent::PutBack) &&
-            row.measurement != known.measurement)
-            find(row.dataId, row.place,
-                 fmt::format("measurement {} had been altered when it was {}", row.dataId,
-                             storage::nameOf(row.event)));
-        known.place = row.place;
-        known.measurement = row.measurement;
-        known.deleted = row.event == EvidenceEvent::Deleted;
-        if (row.event == EvidenceEvent::Recorded) {
-            known.recorded = true;
-            derive(row);
-        }
+    bool take(const EvidenceRow& row, bool readable) {
+        MeasurementState* const state = chain_.take(row, readable);
+        if (state == nullptr) return true;
+        if (noteTouched_) touched_.insert(row.dataId);
+        if (row.event != storage::EvidenceEvent::Recorded) return true;
+        bool found = false;
+        if (!readRow(row.dataId, found)) return false;
+        if (found) check_.derive(row_, row.evidence, *state);
+        return true;
     }
 
-    // Once more from the frames, beside what stands in the measurement's row if there is one.
-    void derive(const EvidenceRow& row) {
-        sqlite3_bind_int64(byIdentity_.get(), 1, row.dataId);
-        const bool found = sqlite3_step(byIdentity_.get()) == SQLITE_ROW;
-        if (found) storage::readRow(byIdentity_.get(), measure_);
+    // The measurement's row, if there is one.
+    bool readRow(std::int64_t dataId, bool& found) {
+        if (!byIdentity_) byIdentity_ = file_.prepare("SELECT * FROM measurefrom WHERE dataId = ?");
+        sqlite3_bind_int64(byIdentity_.get(), 1, dataId);
+        const int status = byIdentity_ ? sqlite3_step(byIdentity_.get()) : SQLITE_ERROR;
+        found = status == SQLITE_ROW;
+        if (found) row_.read(byIdentity_.get());
+        if (!found && status != SQLITE_DONE) file_.spoil();
         sqlite3_reset(byIdentity_.get());
-        if (!found) return;
-        const auto frames = framesOf(row.evidence);
-        if (!frames)
-            return find(row.dataId, row.place, named(measure_) + ": its evidence holds no whole frame");
-        const display::StoredTexts texts = display::derivedFrom(*frames);
-        const std::tuple<const char*, const std::string*, const std::string*> pairs[] = {
-            {"function", &measure_.function, &texts.function},
-            {"parameters", &measure_.parameters, &texts.parameters},
-            {"result", &measure_.result, &texts.results}};
-        bool same = true;
-        for (const auto& [name, stored, derived] : pairs) {
-            if (*stored == *derived) continue;
-            same = false;
-            find(row.dataId, row.place,
-                 fmt::format("{}: its {} is '{}', and its frames say '{}'", named(measure_), name,
-                             app::printable(*stored), app::printable(*derived)));
-        }
-        result_.derived += same ? 1 : 0;
+        return found || status == SQLITE_DONE;
     }
 
-    bool walkMeasurements() {
-        const DatabaseStatement all = file_.prepare("SELECT * FROM measurefrom ORDER BY dataId");
+    bool readMeasurements(int most, bool& whole) {
+        whole = true;
+        if (road_.isAtEnd()) return true;
+        const DatabaseStatement all =
+            file_.prepare("SELECT * FROM measurefrom WHERE dataId >= ? ORDER BY dataId LIMIT ?");
         if (!all) return false;
-        std::int64_t firstRecorded = 0;
-        for (const auto& [dataId, known] : known_) {
-            if (known.recorded && (firstRecorded == 0 || dataId < firstRecorded)) firstRecorded = dataId;
+        sqlite3_bind_int64(all.get(), 1, road_.next());
+        sqlite3_bind_int(all.get(), 2, most);
+        int rows = 0;
+        int status = SQLITE_DONE;
+        for (; (status = sqlite3_step(all.get())) == SQLITE_ROW; ++rows) {
+            row_.read(all.get());
+            if (!road_.pass(row_.data.dataId)) file_.spoil(kNotInOrder);
+            if (!file_.problem().empty() || !meet()) return false;
         }
-        int status = SQLITE_ROW;
-        while ((status = sqlite3_step(all.get())) == SQLITE_ROW) {
-            storage::readRow(all.get(), measure_);
-            ++result_.measurements;
-            look(measure_, firstRecorded);
-        }
+        whole = rows < most;
         return status == SQLITE_DONE;
     }
 
-    void look(const MeasureData& measure, std::int64_t firstRecorded) {
-        const auto found = known_.find(measure.dataId);
-        if (found == known_.end() || !found->second.recorded) {
-            const bool older = measure.dataId > 0 && (firstRecorded == 0 || measure.dataId < firstRecorded);
-            result_.older += older ? 1 : 0;
-            if (!older) find(measure.dataId, 0, named(measure) + " was added by hand: it has no evidence");
-            if (found == known_.end()) return;
+    // The row that was read.
+    bool meet() {
+        MeasurementState& state = states_[row_.data.dataId];
+        state.there = true;
+        // It was not there when the chain told of it.
+        const auto derive = [&](const EvidenceRow& row, bool) {
+            if (row.place == state.recorded) check_.derive(row_, row.evidence, state);
+            return false;
+        };
+        if (state.recorded != 0 && state.derived == Derived::NotYet &&
+            !storage::eachEvidence(file_.connection(), state.recorded, derive))
+            return false;
+        check_.check(row_, state, isOlder(row_.data.dataId));
+        return true;
+    }
+
+    bool readRest() {
+        bool whole = false;
+        if (!readChain(kNoLimit, whole) || !lookAgain() || !readMeasurements(kNoLimit, whole)) return false;
+        bool has = false;
+        std::int64_t lastPlace = 0;
+        if (!storage::hasEvidence(file_.connection(), has)) return false;
+        if (has && !storage::readLastPlace(file_.connection(), lastPlace)) return false;
+        if (has) chain_.end(lastPlace);
+        result_.chainWhole = chain_.isWhole() && (has || dueFrom_ <= 0);
+        if (!has && dueFrom_ > 0) find("the table of the evidence is missing");
+        return true;
+    }
+
+    // At those that were looked at, and were touched since then.
+    bool lookAgain() {
+        check_.forget(touched_);
+        const std::vector<std::int64_t> inOrder = [this] {
+            std::vector<std::int64_t> all(touched_.begin(), touched_.end());
+            std::sort(all.begin(), all.end());
+            return all;
+        }();
+        return std::all_of(inOrder.begin(), inOrder.end(), [this](std::int64_t dataId) {
+            if (!road_.isAtEnd() && dataId >= road_.next()) return true;
+            states_[dataId].there = false;
+            bool found = false;
+            return readRow(dataId, found) && (!found || meet());
+        });
+    }
+
+    // Where the database does not say from when on it keeps evidence, the first one says it.
+    bool isOlder(std::int64_t dataId) const {
+        const std::int64_t first = dueFrom_ > 0 ? dueFrom_ : chain_.firstRecorded();
+        return dataId > 0 && (first == 0 || dataId < first);
+    }
+
+    void find(std::string text) { result_.findings.push_back({0, 0, std::move(text)}); }
+
+    void tell() {
+        result_.head = chain_.head();
+        const std::int64_t first = chain_.firstRecorded();
+        if (dueFrom_ < 0 || (first > 0 && dueFrom_ > first))
+            find(fmt::format("the database's own note of where its evidence begins was altered: it says {}",
+                             dueFrom_));
+        check_.tell(result_.findings);
+        for (const auto& [dataId, state] : states_) count(dataId, state);
+        std::stable_sort(
+            result_.findings.begin(), result_.findings.end(), [](const auto& one, const auto& other) {
+                return std::pair(one.place == 0, one.place) < std::pair(other.place == 0, other.place);
+            });
+    }
+
+    void count(std::int64_t dataId, const MeasurementState& state) {
+        if (!state.there) {
+            if (state.place != 0 && !state.deleted)
+                result_.findings.push_back(
+                    {dataId, state.place, fmt::format("measurement {} is missing", dataId)});
+            return;
         }
-        Known& known = found->second;
-        known.seen = true;
-        if (known.deleted) find(measure.dataId, known.place, named(measure) + " was deleted, and is there");
-        if (const Sha256 now = storage::digestOf(measure); now != known.measurement)
-            altered_.push_back({measure.dataId, now, named(measure)});
+        ++result_.measurements;
+        result_.derived += state.derived == Derived::Same ? 1 : 0;
+        result_.older += state.recorded == 0 && isOlder(dataId) ? 1 : 0;
+        const bool recorded = state.recorded != 0;
+        result_.simulated += recorded && state.origin == storage::Origin::Simulated ? 1 : 0;
+        result_.replayed += recorded && state.origin == storage::Origin::Replayed ? 1 : 0;
     }
 
-    struct Altered {
-        std::int64_t dataId;
-        Sha256 now;
-        std::string name;
-    };
-
-    // Two that hold what the other should hold were swapped; the others were altered.
-    void findSwapped() {
-        std::map<Sha256, std::int64_t> should;
-        for (const Altered& each : altered_) should.emplace(known_[each.dataId].measurement, each.dataId);
-        for (const Altered& each : altered_) {
-            const auto other = should.find(each.now);
-            find(each.dataId, known_[each.dataId].place,
-                 other != should.end() ? fmt::format("{} holds what was recorded as {}: they were swapped",
-                                                     each.name, other->second)
-                                       : each.name + " was altered: it is not as it was stored");
-        }
-    }
-
-    void findMissing() {
-        for (const auto& [dataId, known] : known_) {
-            if (!known.seen && !known.deleted)
-                find(dataId, known.place, fmt::format("measurement {} is missing", dataId));
-        }
-    }
-
-    static std::string named(const MeasureData& measure) {
-        return fmt::format("measurement {} ({})", measure.dataId, app::printable(measure.dataName));
-    }
-
-    const DatabaseFile& file_;
-    Verification result_;
+    DatabaseFile& file_;
+    const VerificationSlices& slices_;
     DatabaseStatement byIdentity_;
-    MeasureData measure_;  // kept for its room
-    std::unordered_map<std::int64_t, Known> known_;
-    std::vector<Altered> altered_;
+    Verification result_;
+    MeasurementStates states_;
+    ChainWalk chain_{states_, result_.findings};
+    MeasurementCheck check_;
+    Road chainRoad_;
+    Road road_;
+    MeasurementRow row_;  // kept for its room
+    std::int64_t dueFrom_ = 0;
+    bool noteTouched_ = false;
+    std::unordered_set<std::int64_t> touched_;
 };
 
 }  // namespace
 
-Verification verifyDatabase(const std::string& path) {
-    const DatabaseFile file(path);
+Verification verifyDatabase(const std::string& path, const VerificationSlices& slices) {
+    DatabaseFile file(path);
     if (!file.problem().empty()) return {.problem = file.problem()};
-    return Verifier(file).verify();
+    return Verifier(file, slices).verify();
 }
 
 }  // namespace kestrix::cli

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,10 @@ struct Verification {
 
     std::string problem{};  // why nothing could be read, in one line; the rest is empty then
     std::int64_t measurements = 0;
-    std::int64_t derived = 0;  // whose texts were derived again from their frames, and are the same
-    std::int64_t older = 0;    // of a version that kept no evidence
+    std::int64_t derived = 0;    // whose texts were derived again from their frames, and are the same
+    std::int64_t older = 0;      // of before this database kept evidence
+    std::int64_t simulated = 0;  // as their evidence says
+    std::int64_t replayed = 0;
     bool chainWhole = true;
     std::string head{};               // the hash of the chain's last row, 64 digits; empty without one
     std::vector<Finding> findings{};  // in the order of the chain, then of the measurements
@@ -25,8 +28,15 @@ struct Verification {
     bool isClean() const { return problem.empty() && findings.empty(); }
 };
 
+// In which pieces the database is read. Between two of them whoever wants to write to it can.
+struct VerificationSlices {
+    int rows = 10'000;  // at most in one of them
+    std::function<void()> between{};
+};
+
 // Opens the file for reading only, and changes nothing in it: neither does it undo what a killed process left
-// half done, which it says.
-Verification verifyDatabase(const std::string& path);
+// half done, which it says. What others record, file, delete and put back meanwhile is no difference; the
+// result is that of the moment of its end.
+Verification verifyDatabase(const std::string& path, const VerificationSlices& slices = {});
 
 }  // namespace kestrix::cli

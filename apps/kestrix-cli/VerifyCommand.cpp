@@ -31,9 +31,11 @@ std::string counted(std::int64_t count, const char* what) {
 }
 
 std::string jsonOf(const Verification& result) {
-    std::string line =
-        fmt::format(R"({{"measurements":{},"derivedAgain":{},"withoutEvidence":{},"chainWhole":{},)",
-                    result.measurements, result.derived, result.older, result.chainWhole);
+    std::string line = fmt::format(
+        R"({{"measurements":{},"derivedAgain":{},"withoutEvidence":{},"simulated":{},"replayed":{},)"
+        R"("chainWhole":{},)",
+        result.measurements, result.derived, result.older, result.simulated, result.replayed,
+        result.chainWhole);
     line += R"("head":)";
     appendJsonText(line, result.head);
     line += R"(,"findings":[)";
@@ -46,15 +48,24 @@ std::string jsonOf(const Verification& result) {
     return line + "]}";
 }
 
+// What there is none of is not told.
+std::string alsoCounted(std::int64_t count, const char* what) {
+    return count == 0 ? std::string() : fmt::format(", {} {}", count, what);
+}
+
+std::string summaryOf(const Verification& result) {
+    return fmt::format("{}, {} derived again, chain {}{}{}{}", counted(result.measurements, "measurement"),
+                       result.derived, result.chainWhole ? "whole" : "broken",
+                       alsoCounted(result.older, "older than their evidence"),
+                       alsoCounted(result.simulated, "simulated"), alsoCounted(result.replayed, "replayed"));
+}
+
 Ending writeVerification(Output& output, const Verification& result, bool json) {
     if (json) {
         output.line(jsonOf(result));
     } else {
         for (const Verification::Finding& finding : result.findings) output.line(finding.text);
-        output.line(fmt::format(
-            "{}, {} derived again, chain {}{}", counted(result.measurements, "measurement"), result.derived,
-            result.chainWhole ? "whole" : "broken",
-            result.older == 0 ? "" : fmt::format(", {} older than their evidence", result.older)));
+        output.line(summaryOf(result));
     }
     if (result.isClean()) return done();
     return failed(counted(static_cast<std::int64_t>(result.findings.size()), "difference"));

@@ -85,7 +85,7 @@ TEST_F(Log, StoresTheEvidenceOfEachThatVerifyDerivesAgain) {
     ASSERT_EQ(run(log({"--count", "3"})).status, 0);
     const Result verified = run({"verify", "--documents", documents_});
     EXPECT_EQ(verified.status, 0) << verified.error;
-    EXPECT_EQ(verified.output, "3 measurements, 3 derived again, chain whole\n");
+    EXPECT_EQ(verified.output, "3 measurements, 3 derived again, chain whole, 3 simulated\n");
     const Result shown = run({"show", "1", "--evidence", "--documents", documents_});
     EXPECT_EQ(shown.status, 0) << shown.error;
     for (const storage::MeasureData& measure : dao().findMeasureofId(1))

@@ -4,112 +4,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sqlite3.h>
-#include <QTemporaryDir>
-
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
-#include "display/Steps.h"
-#include "live/MeasurementEvidence.h"
-#include "protocol/KV3820protocal.h"
-#include "storage/EvidenceChain.h"
-#include "storage/EvidenceHash.h"
-#include "storage/Rows.h"
 #include "storage/TestRecords.h"
 #include "tests/cli/Program.h"
+#include "tests/cli/VerificationFixture.h"
 #include "tests/storage/Connection.h"
-#include "tests/support/FailingVfs.h"
-#include "tests/support/FrameBuilder.h"
 
 namespace kestrix::cli {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::FrameBuilder;
 using ::testing::HasSubstr;
 
-class VerificationTest : public ::testing::Test {
-  protected:
-    VerificationTest() {
-        vfs_.skipSyncs();
-        dao_.createTable();
-    }
-    // As the window does at a press.
-    void record(const FrameBuilder::Bytes& frame) {
-        protocol::KV3820protocal decoder;
-        decoder.initFromNSdata(frame);
-        display::recordCame(display_, decoder.return3820data());
-        storage::MeasureData measure;
-        measure.dataName = "S_" + std::to_string(++count_);
-        measure.function = display_.strfunction.value_or("");
-        measure.parameters = display_.parameters;
-        measure.result = display_.results;
-        measure.dateTime = "2026-03-04 05:06:07";
-        measure.comments = " ";
-        dao_.addMeasureWithEvidence(measure, source_.evidenceOf(display_.measured, false));
-        ASSERT_TRUE(dao_.lastOutcome().done) << dao_.lastOutcome().reason;
-    }
-    void recordSome(int count) {
-        for (int i = 1; i <= count; ++i)
-            record(FrameBuilder(static_cast<char>('1' + i % 5))
-                       .reading(1, static_cast<std::uint16_t>(100 * i), 0)
-                       .bytes());
-    }
-    void file() {
-        storage::RecordData typed;
-        typed.projectName = "House";
-        const auto outcome = storage::fileMeasurements(dao_, storage::completed(typed, "2026-03-04 05:06:07"),
-                                                       dao_.findMeasureForm(false));
-        ASSERT_TRUE(outcome.done) << outcome.reason;
-    }
-    void run(const char* sql) const { storage::Connection(path_).run(sql); }
-    Verification verify() const { return verifyDatabase(path_); }
-    std::vector<std::string> found() const {
-        std::vector<std::string> texts;
-        const Verification result = verify();
-        EXPECT_EQ(result.problem, "");
-        for (const auto& finding : result.findings) texts.push_back(finding.text);
-        return texts;
-    }
-    // The rows of both tables, as the application reads them; what cannot be read is said.
-    std::string rowsAsRead() const {
-        std::ostringstream rows;
-        sqlite3* opened = nullptr;
-        bool good = sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr) == SQLITE_OK;
-        sqlite3_stmt* all = nullptr;
-        sqlite3_prepare_v2(opened, "SELECT * FROM measurefrom", -1, &all, nullptr);
-        int status = SQLITE_ERROR;
-        storage::MeasureData measure;
-        while (all != nullptr && (status = sqlite3_step(all)) == SQLITE_ROW) {
-            storage::readRow(all, measure);
-            rows << measure.dataId << '|' << measure.recordId;
-            for (const std::string* text :
-                 {&measure.dataName, &measure.function, &measure.parameters, &measure.result,
-                  &measure.dateTime, &measure.comments, &measure.recordName})
-                rows << '|' << *text;
-            rows << '\n';
-        }
-        good &= status == SQLITE_DONE;
-        sqlite3_finalize(all);
-        good &= storage::eachEvidence(opened, 0, [&rows](const storage::EvidenceRow& row, bool readable) {
-            rows << readable << storage::canonicalForm(row) << storage::hexOf(row.hash) << '\n';
-            return true;
-        });
-        sqlite3_close(opened);
-        if (!good) rows << "unreadable";
-        return rows.str();
-    }
-
-    testing::FailingVfs vfs_;
-    QTemporaryDir folder_;
-    std::string path_ = folder_.filePath(QStringLiteral("kestrix.sqlite")).toStdString();
-    storage::ServiceDao dao_{platform::DocumentsFolder(folder_.path())};
-    display::Display display_;
-    live::ReadingSource source_;
-    int count_ = 0;
-};
+class VerificationTest : public VerificationFixture {};
 
 TEST_F(VerificationTest, DerivesEveryMeasurementAgain) {
     recordSome(5);
@@ -198,9 +106,154 @@ TEST_F(VerificationTest, NamesOneThatWasAddedByHandAndOneThatIsOlder) {
     EXPECT_EQ(verify().older, 1);
     measure.dataName = "S_9";
     dao_.addMeasureForm(measure);
-    EXPECT_THAT(found(), ElementsAre("measurement 3 (S_9) was added by hand: it has no evidence"));
+    EXPECT_THAT(
+        found(),
+        ElementsAre(
+            "measurement 3 (S_9) has no evidence: it was added by hand, or by a version that keeps none"));
     run("UPDATE measurefrom SET dataId = -7 WHERE dataId = 3");
-    EXPECT_THAT(found(), ElementsAre("measurement -7 (S_9) was added by hand: it has no evidence"));
+    EXPECT_THAT(
+        found(),
+        ElementsAre(
+            "measurement -7 (S_9) has no evidence: it was added by hand, or by a version that keeps none"));
+}
+
+TEST_F(VerificationTest, NamesEvidenceThatWasTakenAwayAsAWhole) {
+    storage::MeasureData measure;
+    measure.dataName = "S_0";
+    dao_.addMeasureForm(measure);  // as a version without evidence did
+    recordSome(2);
+    run("DROP TABLE evidence");
+    EXPECT_THAT(found(), ElementsAre("the table of the evidence is missing",
+                                     "measurement 2 (S_1) has no evidence: it was added by hand, or by a "
+                                     "version that keeps none",
+                                     "measurement 3 (S_2) has no evidence: it was added by hand, or by a "
+                                     "version that keeps none"));
+    EXPECT_FALSE(verify().chainWhole);
+    EXPECT_EQ(verify().older, 1);
+    dao_ = storage::ServiceDao(platform::DocumentsFolder(folder_.path()));
+    recordSome(1);  // which makes the table anew
+    EXPECT_THAT(found(), ::testing::SizeIs(2));
+}
+
+TEST_F(VerificationTest, NamesAnAlteredNoteOfWhereTheEvidenceBegins) {
+    recordSome(3);
+    run("PRAGMA user_version = 3");
+    EXPECT_THAT(found(), ElementsAre("the database's own note of where its evidence begins was altered: it "
+                                     "says 3"));
+    run("PRAGMA user_version = -2147483648");
+    EXPECT_THAT(found(), ElementsAre("the database's own note of where its evidence begins was altered: it "
+                                     "says -2147483648"));
+}
+
+TEST_F(VerificationTest, NamesOneThatWasAlteredBeforeItWasFiled) {
+    recordSome(2);
+    run("UPDATE measurefrom SET dateTime = '2027-01-01 00:00:00' WHERE dataId = 2");
+    file();
+    const auto altered = ElementsAre("measurement 2 (S_2) had been altered when it was filed");
+    EXPECT_THAT(found(), altered);
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao_, 1, deleted).done);
+    ASSERT_TRUE(storage::putBackRecord(dao_, deleted).done);
+    EXPECT_THAT(found(), altered);
+}
+
+TEST_F(VerificationTest, NamesOneThatWasTakenOutOfItsRecordAndFiledAgain) {
+    recordSome(1);
+    file();
+    run("UPDATE measurefrom SET recordId = 0, recordName = ''");
+    file();
+    EXPECT_THAT(found(), ElementsAre("measurement 1 had been altered when it was filed"));
+}
+
+TEST_F(VerificationTest, NamesOneThatCameBackByHandBeforeItWasFiledOrDeletedOnceMore) {
+    recordSome(2);
+    const storage::MeasureData unfiled = dao_.findMeasureofDataId(1).at(0);
+    file();
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao_, 1, deleted).done);
+    dao_.restoreMeasureForm(unfiled);
+    file();
+    EXPECT_THAT(found(), ElementsAre("measurement 1 had been deleted, and was there when it was filed"));
+    ASSERT_TRUE(storage::deleteRecord(dao_, 2, deleted).done);
+    dao_.restoreMeasureForm(deleted.measurements.at(0));
+    dao_.restoreRecordForm(deleted.record);
+    ASSERT_TRUE(storage::deleteRecord(dao_, 2, deleted).done);
+    EXPECT_THAT(found(), ElementsAre("measurement 1 had been deleted, and was there when it was filed",
+                                     "measurement 1 had been deleted, and was there when it was deleted"));
+}
+
+TEST_F(VerificationTest, NamesOneThatWasTakenAwayByHandBeforeItWasPutBack) {
+    recordSome(1);
+    file();
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao_, 1, deleted).done);
+    ASSERT_TRUE(storage::putBackRecord(dao_, deleted).done);
+    run("DELETE FROM measurefrom; DELETE FROM recordfrom");
+    ASSERT_TRUE(storage::putBackRecord(dao_, deleted).done);
+    EXPECT_THAT(found(), ElementsAre("measurement 1 was missing when it was put back"));
+}
+
+TEST_F(VerificationTest, NamesANumberThatWasGivenTwice) {
+    recordSome(2);
+    run("DELETE FROM measurefrom WHERE dataId = 2; UPDATE sqlite_sequence SET seq = 1 WHERE name = "
+        "'measurefrom'");
+    recordSome(1);
+    EXPECT_THAT(found(), ::testing::Contains("measurement 2 was recorded twice: its number was given again"));
+}
+
+TEST_F(VerificationTest, NamesWhatNoColumnOfARowCanHold) {
+    recordSome(3);
+    file();
+    for (const char* column : {"recordId = '1abc'", "result = CAST(result AS BLOB)"}) {
+        SCOPED_TRACE(column);
+        run(std::string("UPDATE measurefrom SET ") + column + " WHERE dataId = 2");
+        EXPECT_THAT(found(), ElementsAre("measurement 2 (S_2) holds what no such row can hold"));
+        run("UPDATE measurefrom SET recordId = 1, result = CAST(result AS TEXT) WHERE dataId = 2");
+    }
+    run("UPDATE measurefrom SET comments = NULL WHERE dataId = 2");
+    EXPECT_THAT(found(), ElementsAre("measurement 2 (S_2) holds what no such row can hold",
+                                     "measurement 2 (S_2) was altered: it is not as it was stored"));
+}
+
+TEST_F(VerificationTest, CountsMeasurementsThatAreThereAndWhatWasNotMeasured) {
+    recordSome(1);
+    origin_ = storage::Origin::Simulated;
+    recordSome(2);
+    origin_ = storage::Origin::Replayed;
+    recordSome(1);
+    const std::vector<std::string> words{"verify", "--documents", folder_.path().toStdString()};
+    EXPECT_EQ(cli::run(words).output,
+              "4 measurements, 4 derived again, chain whole, 2 simulated, 1 replayed\n");
+    EXPECT_THAT(cli::run({"verify", "--json", "--documents", folder_.path().toStdString()}).output,
+                HasSubstr(R"("derivedAgain":4,"withoutEvidence":0,"simulated":2,"replayed":1,)"));
+    file();
+    storage::DeletedRecord deleted;
+    ASSERT_TRUE(storage::deleteRecord(dao_, 1, deleted).done);
+    EXPECT_EQ(cli::run(words).output, "0 measurements, 0 derived again, chain whole\n");
+}
+
+TEST_F(VerificationTest, TakesAnyNumbersForWhatTheyAre) {
+    recordSome(3);
+    run("UPDATE evidence SET place = 9223372036854775807 WHERE place = 3;"
+        "UPDATE evidence SET place = -5 WHERE place = 2;"
+        "UPDATE evidence SET dataId = NULL WHERE place = 1;"
+        "UPDATE sqlite_sequence SET seq = 9223372036854775807 WHERE name = 'evidence';"
+        "UPDATE measurefrom SET dataId = 9223372036854775807 WHERE dataId = 3;"
+        "UPDATE measurefrom SET dataId = -9223372036854775808 WHERE dataId = 2;"
+        "PRAGMA user_version = -1");
+    EXPECT_THAT(
+        found(),
+        ::testing::IsSupersetOf(
+            {"evidence -5 holds what no such row can hold", "evidence 1 holds what no such row can hold",
+             "evidence 2 to 9223372036854775806 is missing", "measurement 3 is missing",
+             "measurement 9223372036854775807 (S_3) has no evidence: it was added by hand, or by a "
+             "version that keeps none",
+             "measurement -9223372036854775808 (S_2) has no evidence: it was added by hand, or by a "
+             "version that keeps none"}));
+    EXPECT_EQ(verify({.rows = 1}).findings.size(), verify().findings.size());
+    run("UPDATE sqlite_sequence SET seq = -9223372036854775808 WHERE name = 'evidence'");
+    EXPECT_THAT(found(), ::testing::Contains("the database's own count of its evidence was altered: it says "
+                                             "-9223372036854775808"));
 }
 
 TEST_F(VerificationTest, NamesTwoThatWereSwapped) {
@@ -236,50 +289,6 @@ TEST_F(VerificationTest, NamesEachRowOfTheChainThatIsTakenAwayAlteredOrMoved) {
                       "evidence SET place = 3 WHERE place = 9"),
                 ::testing::IsSupersetOf({"evidence 2 was altered: it is not what its hash says",
                                          "evidence 3 was altered: it is not what its hash says"}));
-}
-
-TEST_F(VerificationTest, FindsEveryByteThatIsChanged) {
-    recordSome(3);
-    file();
-    dao_ = storage::ServiceDao(platform::DocumentsFolder(folder_.path()));
-    std::ostringstream content;
-    content << std::ifstream(path_, std::ios::binary).rdbuf();
-    const std::string whole = content.str();
-    const std::string rows = rowsAsRead();
-#ifdef __SANITIZE_ADDRESS__
-    constexpr std::size_t kStep = 17;  // each takes several times as long
-#else
-    constexpr std::size_t kStep = 1;
-#endif
-    std::size_t changedRows = 0;
-    for (std::size_t at = 0; at < whole.size(); at += kStep) {
-        std::fstream file(path_, std::ios::binary | std::ios::in | std::ios::out);
-        const auto put = [&file, at](char byte) {
-            file.seekp(static_cast<std::streamoff>(at));
-            file.put(byte);
-            file.flush();
-        };
-        put(static_cast<char>(whole[at] ^ 0x15));
-        const Verification result = verify();
-        // What changed no row may be said or not: it is another table's, or nobody's.
-        if (const std::string now = rowsAsRead(); now != rows) {
-            ++changedRows;
-            ASSERT_FALSE(result.isClean()) << "byte " << at;
-        }
-        put(whole[at]);
-    }
-    EXPECT_GT(changedRows, 1000U / kStep);
-    EXPECT_TRUE(verify().isClean());
-}
-
-TEST_F(VerificationTest, OfAFileThatIsNoneOrAnothersIsOneLine) {
-    const std::string other = folder_.filePath(QStringLiteral("other")).toStdString();
-    EXPECT_NE(verifyDatabase(other).problem, "");
-    EXPECT_FALSE(std::filesystem::exists(other));
-    writeFile(other, "not a database, but long enough to look like one: " + std::string(200, 'x'));
-    EXPECT_NE(verifyDatabase(other).problem, "");
-    run("PRAGMA application_id = 1");
-    EXPECT_EQ(verify().problem, "it is no database of Kestrix");
 }
 
 TEST_F(VerificationTest, ChangesNothing) {

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+struct sqlite3;
+
+namespace kestrix::cli {
+
+// Whether the tables measurefrom and, where it is there, evidence are as this version makes them: `why` is
+// empty then, and one line otherwise. False: the connection failed.
+bool whyNotOurTables(sqlite3* connection, std::string& why);
+
+}  // namespace kestrix::cli
