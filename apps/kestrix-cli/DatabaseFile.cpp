@@ -20,10 +20,6 @@ constexpr const char* kLeftJournal =
 
 }  // namespace
 
-void FinalizeStatement::operator()(sqlite3_stmt* statement) const {
-    sqlite3_finalize(statement);
-}
-
 void DatabaseFile::CloseConnection::operator()(sqlite3* connection) const {
     sqlite3_close(connection);
 }
@@ -63,10 +59,8 @@ std::string DatabaseFile::failure() const {
     return app::printable(storage::failureOf(connection(), path_).reason);
 }
 
-DatabaseStatement DatabaseFile::prepare(const char* sql) const {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(connection_.get(), sql, -1, &statement, nullptr);
-    return DatabaseStatement(statement);
+storage::Prepared DatabaseFile::prepare(const char* sql) const {
+    return storage::prepare(connection(), sql);
 }
 
 }  // namespace kestrix::cli

@@ -5,15 +5,12 @@
 #include <string>
 #include <utility>
 
+#include "storage/PreparedStatement.h"
+
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace kestrix::cli {
-
-struct FinalizeStatement {
-    void operator()(sqlite3_stmt* statement) const;
-};
-using DatabaseStatement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
 
 // A database of Kestrix, open for reading only. Whatever is in the file, a problem is one line of text.
 class DatabaseFile {
@@ -31,7 +28,7 @@ class DatabaseFile {
 
     sqlite3* connection() const { return connection_.get(); }
     // Null when it cannot be prepared.
-    DatabaseStatement prepare(const char* sql) const;
+    storage::Prepared prepare(const char* sql) const;
 
   private:
     struct CloseConnection {

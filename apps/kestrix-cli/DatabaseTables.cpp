@@ -3,16 +3,15 @@
 #include <fmt/format.h>
 #include <sqlite3.h>
 
-#include <memory>
 #include <string_view>
+
+#include "storage/PreparedStatement.h"
 
 namespace kestrix::cli {
 namespace {
 
-struct Finalized {
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using Prepared = std::unique_ptr<sqlite3_stmt, Finalized>;
+using storage::prepare;
+using storage::Prepared;
 
 struct Table {
     const char* name;
@@ -39,12 +38,6 @@ constexpr const char* kIsDefined =
 constexpr const char* kDefined =
     "SELECT count(*), coalesce(sum(type = 'table' AND name IN ('measurefrom', 'recordfrom', 'evidence')), 0) "
     "FROM sqlite_master WHERE name NOT LIKE 'sqlite!_%' ESCAPE '!'";
-
-Prepared prepare(sqlite3* connection, const char* sql) {
-    sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(connection, sql, -1, &statement, nullptr);
-    return Prepared(statement);
-}
 
 bool readColumns(sqlite3* connection, const Table& table, std::string& columns) {
     const Prepared all = prepare(connection, kColumns);

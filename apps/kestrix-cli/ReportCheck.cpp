@@ -16,7 +16,7 @@ namespace {
 
 // None: there is no such row. False: it could not be read.
 bool readRecord(const DatabaseFile& file, std::int64_t recordId, std::optional<storage::RecordData>& record) {
-    const DatabaseStatement statement = file.prepare("SELECT * FROM recordfrom WHERE dataId = ?");
+    const storage::Prepared statement = file.prepare("SELECT * FROM recordfrom WHERE dataId = ?");
     if (!statement) return false;
     sqlite3_bind_int64(statement.get(), 1, recordId);
     const int status = sqlite3_step(statement.get());
@@ -25,7 +25,7 @@ bool readRecord(const DatabaseFile& file, std::int64_t recordId, std::optional<s
 }
 
 bool addMeasurements(const DatabaseFile& file, std::int64_t recordId, storage::RecordDigest& digest) {
-    const DatabaseStatement all =
+    const storage::Prepared all =
         file.prepare("SELECT * FROM measurefrom WHERE recordId = ? ORDER BY dataId");
     if (!all) return false;
     storage::EvidenceSearch search(file.connection());

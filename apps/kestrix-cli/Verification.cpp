@@ -112,7 +112,7 @@ class Verifier {
     bool readMeasurements(int most, bool& whole) {
         whole = true;
         if (road_.isAtEnd()) return true;
-        const DatabaseStatement all =
+        const storage::Prepared all =
             file_.prepare("SELECT * FROM measurefrom WHERE dataId >= ? ORDER BY dataId LIMIT ?");
         if (!all) return false;
         sqlite3_bind_int64(all.get(), 1, road_.next());
@@ -212,7 +212,7 @@ class Verifier {
 
     DatabaseFile& file_;
     const VerificationSlices& slices_;
-    DatabaseStatement byIdentity_;
+    storage::Prepared byIdentity_;
     Verification result_;
     MeasurementStates states_;
     ChainWalk chain_{states_, result_.findings};

@@ -86,7 +86,7 @@ Ending verifyReport(Output& output, const VerifyOptions& options, const std::str
         history::reportInformationOf(QString::fromStdString(*options.report));
     if (!report.problem.empty()) return failed(*options.report + ": " + report.problem);
     const ReportCheck check = checkReport(database, report.mark);
-    if (!check.problem.empty()) return failed(check.problem);
+    if (!check.problem.empty()) return failed(database + ": " + check.problem);
     if (options.json) {
         output.line(jsonOf(report.mark, check));
     } else {

@@ -31,17 +31,22 @@ constexpr const char* kFrom = "SELECT * FROM evidence WHERE place >= ? ORDER BY 
 constexpr const char* kHasTable =
     "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'evidence'";
 constexpr const char* kDueFrom = "PRAGMA user_version";
-constexpr const char* kLastMeasurement = "SELECT seq FROM sqlite_sequence WHERE name = 'measurefrom'";
+constexpr const char* kFirstRecorded =
+    "SELECT dataId FROM evidence WHERE event = 'recorded' ORDER BY place LIMIT 1";
+constexpr const char* kLastMeasurement =
+    "SELECT min(seq, 2147483647) FROM sqlite_sequence WHERE name = 'measurefrom'";
 
-// With the first row. The number stays when the table is taken away.
-bool rememberDueFrom(sqlite3* connection, const EvidenceRow& first) {
+// With the first row, or the first one since the database does. The number stays when the table is taken
+// away.
+bool rememberDueFrom(sqlite3* connection, const EvidenceRow& next) {
     std::int64_t due = 0;
     if (!readDueFrom(connection, due)) return false;
     if (due != 0) return true;
-    if (first.event == EvidenceEvent::Recorded) {
-        due = first.dataId;
-    } else if (!readNumber(connection, kLastMeasurement, due) || ++due < 0) {
-        return false;
+    if (!readNumber(connection, kFirstRecorded, due)) return false;
+    if (due == 0 && next.event == EvidenceEvent::Recorded) due = next.dataId;
+    if (due == 0) {
+        if (!readNumber(connection, kLastMeasurement, due)) return false;
+        ++due;
     }
     if (static_cast<std::int32_t>(due) != due) return true;
     const std::string remember = kDueFrom + std::string(" = ") + std::to_string(due);
@@ -51,10 +56,10 @@ bool rememberDueFrom(sqlite3* connection, const EvidenceRow& first) {
 }  // namespace
 
 // The table as well, where it is missing.
-bool EvidenceChain::prepare(const EvidenceRow& first) {
+bool EvidenceChain::prepare(const EvidenceRow& next) {
     if (last_ && insert_) return true;
     if (sqlite3_exec(connection_, kCreate, nullptr, nullptr, nullptr) != SQLITE_OK ||
-        !rememberDueFrom(connection_, first))
+        !rememberDueFrom(connection_, next))
         return false;
     last_ = storage::prepare(connection_, kLast);
     insert_ = storage::prepare(connection_, kAppend);

@@ -23,7 +23,7 @@ class EvidenceChain {
     bool append(EvidenceRow& row);
 
   private:
-    bool prepare(const EvidenceRow& first);
+    bool prepare(const EvidenceRow& next);
     bool follow(EvidenceRow& row);
 
     sqlite3* connection_;

@@ -162,5 +162,15 @@ TEST_F(EvidenceTest, IsDueFromTheSameOneOnWhenItsTableIsTakenAway) {
     EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "1");
 }
 
+TEST_F(EvidenceTest, IsDueFromTheFirstRecordedOneWhereTheDatabaseDidNotRememberIt) {
+    dao_.addMeasureForm(measurement(1));
+    record(2);
+    record(3);
+    Connection(path_).run("PRAGMA user_version = 0");
+    dao_ = daoWithTables();
+    record(4);
+    EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "2");
+}
+
 }  // namespace
 }  // namespace kestrix::storage
