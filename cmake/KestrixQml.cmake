@@ -9,15 +9,27 @@ function(kestrix_qml_types target)
   qt_extract_metatypes(${target})
 endfunction()
 
+# What is compiled of QML was generated: the sanitizers, which take three times as long for it, would find faults that are not ours.
+function(_kestrix_compile_generated)
+  foreach(target IN LISTS ARGN)
+    if(KESTRIX_SANITIZE)
+      _kestrix_instrument_little(${target})
+    else()
+      kestrix_read_qt_once(${target})
+      kestrix_compile_quickly(${target})
+    endif()
+  endforeach()
+endfunction()
+
 # kestrix_qml_module(TARGET [NO_PLUGIN] URI Kestrix.X QML a.qml... TYPES XTypes.h LINK lib... DEPENDS Kestrix.Y)
 function(kestrix_qml_module target)
   cmake_parse_arguments(A "NO_PLUGIN" "URI" "QML;TYPES;LINK;DEPENDS" ${ARGN})
-  set(CMAKE_AUTOMOC ON)
   set(options)
   if(A_NO_PLUGIN)
     list(APPEND options NO_PLUGIN)
   endif()
   qt_add_library(${target} STATIC)
+  set_target_properties(${target} PROPERTIES AUTOMOC ON UNITY_BUILD_BATCH_SIZE 0)
   qt_add_qml_module(${target} ${options}
     URI ${A_URI} VERSION 1.0
     RESOURCE_PREFIX /qt/qml
@@ -28,6 +40,7 @@ function(kestrix_qml_module target)
   target_include_directories(${target}
     PUBLIC ${PROJECT_SOURCE_DIR}/src PRIVATE ${PROJECT_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${target} PUBLIC ${A_LINK} Qt6::Qml Qt6::Quick)
+  _kestrix_compile_generated(${target} ${target}_qmlcache)
 endfunction()
 
 # The views of one folder: a module (arguments as above) that the window loads, and whose QML files are checked; any
@@ -59,6 +72,8 @@ function(kestrix_screens)
   string(TOUPPER ${initial} initial)
   kestrix_library(kestrix_${A_LIBRARY} SOURCES ${A_CONTROLLERS} LINK ${A_LINK} kestrix_ui kestrix_platform Qt6::Core)
   kestrix_qml_types(kestrix_${A_LIBRARY})
+  kestrix_read_qt_once(kestrix_${A_LIBRARY})
+  kestrix_compile_quickly(kestrix_${A_LIBRARY})
   set_property(GLOBAL APPEND PROPERTY KESTRIX_SCREENS kestrix_${A_LIBRARY})
   if(A_SCREENS)
     _kestrix_screen_types(${CMAKE_CURRENT_BINARY_DIR}/${initial}${rest}Types.h ${A_FOLDER} ${A_SCREENS})

@@ -20,7 +20,7 @@ SleepWatch::SleepWatch(std::function<void()> over)
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(),
                      [this, told = std::move(over)] {
                          std::uint64_t times = 0;
-                         if (read(timer_, &times, sizeof times) < 0) watch();
+                         if (::read(timer_, &times, sizeof times) < 0) watch();
                          told();
                      });
 }
