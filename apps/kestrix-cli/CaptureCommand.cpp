@@ -1,7 +1,7 @@
 // Keeps a tester's raw bytes in a file, behind a header line. Each piece is in the file before the next is
 // read.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <QDateTime>
 
 #include <any>

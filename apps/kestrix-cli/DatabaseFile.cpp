@@ -12,7 +12,7 @@
 namespace kestrix::cli {
 namespace {
 
-constexpr int kPatience = 5000;  // milliseconds, with a lock of another program
+constexpr int kLockPatience = 5000;  // milliseconds, with a lock of another program
 
 constexpr const char* kLeftJournal =
     "a process was killed while it wrote: the next start of kestrix, or any command that writes, undoes what "
@@ -32,7 +32,7 @@ DatabaseFile::DatabaseFile(std::string path) : path_(std::move(path)) {
         problem_ = failure();
         return;
     }
-    sqlite3_busy_timeout(opened, kPatience);
+    sqlite3_busy_timeout(opened, kLockPatience);
     if (!storage::mayBeOurs(opened)) {
         problem_ = "it is no database of Kestrix";
         return;

@@ -1,6 +1,6 @@
 // Deletes one saved test record with its measurements.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <memory>
 #include <string>

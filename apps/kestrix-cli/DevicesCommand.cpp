@@ -1,6 +1,6 @@
 // What each source sees; for a tester that is not found, which step fails.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/EvidenceText.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <QByteArray>
 #include <QDateTime>

@@ -1,6 +1,6 @@
 // Records unattended: a test record is made, and what the display shows is filed with it as it comes.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <memory>
 #include <optional>

@@ -1,6 +1,6 @@
 // The measurements of one saved test record.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <memory>
 #include <optional>

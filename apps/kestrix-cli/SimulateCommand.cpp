@@ -1,6 +1,6 @@
 // A tester in software for other programs, until it is interrupted. Says on standard output where it is.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <cstdint>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/TerminalDisplay.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/TesterProbe.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <array>
 #include <span>

@@ -1,6 +1,6 @@
 // Whether the measurements of a folder are what the tester sent.
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <QFileInfo>
 
