@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/ChainWalk.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 
 #include <utility>
 

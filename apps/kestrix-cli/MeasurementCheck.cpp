@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/MeasurementCheck.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <sqlite3.h>
 
 #include <map>

@@ -1,6 +1,6 @@
 #include "apps/kestrix-cli/ReportCheck.h"
 
-#include <fmt/format.h>
+#include <fmt/core.h>
 #include <sqlite3.h>
 
 #include <optional>
