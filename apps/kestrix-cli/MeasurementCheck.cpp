@@ -19,7 +19,7 @@ namespace {
 using storage::MeasureData;
 
 constexpr int kNumbers = 2;  // the first columns; all others are texts
-constexpr int kColumns = 9;
+constexpr int kRowColumns = 9;
 
 std::string named(const MeasureData& measure) {
     return fmt::format("measurement {} ({})", measure.dataId, app::printable(measure.dataName));
@@ -37,7 +37,7 @@ storage::Sha256 digestBeforeFiling(MeasureData measure) {
 // The kinds first: reading converts them.
 void MeasurementRow::read(sqlite3_stmt* statement) {
     isOfKind = true;
-    for (int column = 0; column < kColumns; ++column)
+    for (int column = 0; column < kRowColumns; ++column)
         isOfKind &=
             sqlite3_column_type(statement, column) == (column < kNumbers ? SQLITE_INTEGER : SQLITE_TEXT);
     storage::readRow(statement, data);
