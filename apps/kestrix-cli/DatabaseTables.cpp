@@ -3,6 +3,8 @@
 #include <fmt/core.h>
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "storage/PreparedStatement.h"
@@ -34,6 +36,13 @@ constexpr const char* kColumns =
 constexpr const char* kIsDefined =
     "SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = ?1 AND tbl_name = ?1 AND "
     "typeof(rootpage) = 'integer' AND typeof(sql) = 'text'";
+constexpr const char* kIntegrity[] = {"PRAGMA integrity_check(measurefrom)",
+                                      "PRAGMA integrity_check(recordfrom)"};
+// Reads each number that an index leads to, which that check does not do. Without the index it is no
+// statement.
+constexpr const char* kIndexed[] = {
+    "SELECT total(dataId) FROM measurefrom INDEXED BY measurefrom_recordId",
+    "SELECT total(dataId) FROM measurefrom INDEXED BY measurefrom_unsaved WHERE recordName = ''"};
 // How many things the database defines, and how many of them are tables of ours.
 constexpr const char* kDefined =
     "SELECT count(*), coalesce(sum(type = 'table' AND name IN ('measurefrom', 'recordfrom', 'evidence')), 0) "
@@ -106,6 +115,22 @@ bool whyNotOurTables(sqlite3* connection, std::string& why) {
         }
     }
     return true;
+}
+
+bool whyNotFound(sqlite3* connection, std::string& why) {
+    for (const char* const sql : kIntegrity) {
+        const Prepared check = prepare(connection, sql);
+        // Of a table that is not there it says so, as an error.
+        if (!check) continue;
+        if (sqlite3_step(check.get()) != SQLITE_ROW) return false;
+        const void* const told = sqlite3_column_text(check.get(), 0);
+        const std::string_view first = told != nullptr ? static_cast<const char*>(told) : "";
+        if (first != "ok") why = fmt::format("the database is damaged: {}", first);
+    }
+    return std::all_of(std::begin(kIndexed), std::end(kIndexed), [connection](const char* sql) {
+        const Prepared all = prepare(connection, sql);
+        return !all || sqlite3_step(all.get()) == SQLITE_ROW;
+    });
 }
 
 }  // namespace kestrix::cli

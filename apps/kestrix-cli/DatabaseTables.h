@@ -10,4 +10,9 @@ namespace kestrix::cli {
 // empty then, and one line otherwise. False: the connection failed.
 bool whyNotOurTables(sqlite3* connection, std::string& why);
 
+// Whether the indexes, by which records and unsaved measurements are found, name each row once, and whatever
+// else the engine knows to look at in our two given tables: `why` is empty then, and one line otherwise.
+// False: the connection failed.
+bool whyNotFound(sqlite3* connection, std::string& why);
+
 }  // namespace kestrix::cli

@@ -63,23 +63,27 @@ void MeasurementCheck::check(const MeasurementRow& row, const MeasurementState& 
 void MeasurementCheck::derive(const MeasurementRow& row, const storage::Evidence& evidence,
                               MeasurementState& state) {
     const MeasureData& measure = row.data;
-    const auto find = [&](std::string text) {
-        state.derived = MeasurementState::Derived::Differs;
-        derived_.push_back({measure.dataId, state.recorded, named(measure) + std::move(text)});
-    };
-    state.derived = MeasurementState::Derived::Same;
-    const auto frames = framesOf(evidence);
-    if (!frames) return find(": its evidence holds no whole frame");
-    const display::StoredTexts texts = display::derivedFrom(*frames);
-    const std::tuple<const char*, const std::string*, const std::string*> pairs[] = {
-        {"function", &measure.function, &texts.function},
-        {"parameters", &measure.parameters, &texts.parameters},
-        {"result", &measure.result, &texts.results}};
-    for (const auto& [name, stored, derived] : pairs) {
-        if (*stored != *derived)
-            find(fmt::format(": its {} is '{}', and its frames say '{}'", name, app::printable(*stored),
-                             app::printable(*derived)));
+    std::string differences;
+    if (const auto frames = framesOf(evidence)) {
+        const display::StoredTexts texts = display::derivedFrom(*frames);
+        const std::tuple<const char*, const std::string*, const std::string*> pairs[] = {
+            {"function", &measure.function, &texts.function},
+            {"parameters", &measure.parameters, &texts.parameters},
+            {"result", &measure.result, &texts.results}};
+        for (const auto& [name, stored, derived] : pairs) {
+            if (*stored != *derived)
+                differences +=
+                    fmt::format("{}its {} is '{}', and its frames say '{}'", differences.empty() ? "" : "; ",
+                                name, app::printable(*stored), app::printable(*derived));
+        }
+    } else {
+        differences = "its evidence holds no whole frame";
     }
+    using Derived = MeasurementState::Derived;
+    state.derived = differences.empty() ? Derived::Same : Derived::Differs;
+    derived_.erase(measure.dataId);
+    if (!differences.empty())
+        derived_.try_emplace(measure.dataId, state.recorded, named(measure), differences);
 }
 
 void MeasurementCheck::forget(const std::unordered_set<std::int64_t>& dataIds) {
@@ -88,19 +92,32 @@ void MeasurementCheck::forget(const std::unordered_set<std::int64_t>& dataIds) {
     std::erase_if(altered_, isOne);
 }
 
-// Two that hold what the other should hold were swapped; the others were altered.
+// One line for each row: what it cannot be, or that it was swapped with one which holds what it should hold,
+// or altered, then with what its frames say otherwise.
 void MeasurementCheck::tell(std::vector<Verification::Finding>& findings) const {
-    for (const auto* found : {&derived_, &checked_})
-        findings.insert(findings.end(), found->begin(), found->end());
+    std::unordered_set<std::int64_t> told;
+    for (const Verification::Finding& each : checked_) {
+        findings.push_back(each);
+        told.insert(each.dataId);
+    }
     std::map<storage::Sha256, std::int64_t> should;
     for (const Altered& each : altered_) should.emplace(each.should, each.dataId);
     for (const Altered& each : altered_) {
+        if (!told.insert(each.dataId).second) continue;
         const auto other = should.find(each.now);
-        findings.push_back({each.dataId, each.place,
-                            other != should.end()
-                                ? fmt::format("{} holds what was recorded as {}: they were swapped",
-                                              each.name, other->second)
-                                : each.name + " was altered: it is not as it was stored"});
+        const auto derived = derived_.find(each.dataId);
+        std::string text = each.name + " was altered: ";
+        if (other != should.end()) {
+            text =
+                fmt::format("{} holds what was recorded as {}: they were swapped", each.name, other->second);
+        } else {
+            text += derived != derived_.end() ? derived->second.differences : "it is not as it was stored";
+        }
+        findings.push_back({each.dataId, each.place, std::move(text)});
+    }
+    for (const auto& [dataId, derived] : derived_) {
+        if (told.insert(dataId).second)
+            findings.push_back({dataId, derived.place, derived.name + ": " + derived.differences});
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -35,6 +36,11 @@ class MeasurementCheck {
     void tell(std::vector<Verification::Finding>& findings) const;
 
   private:
+    struct Otherwise {
+        std::int64_t place;
+        std::string name;
+        std::string differences;
+    };
     struct Altered {
         std::int64_t dataId;
         std::int64_t place;
@@ -43,7 +49,8 @@ class MeasurementCheck {
         std::string name;
     };
 
-    std::vector<Verification::Finding> derived_;
+    // What the frames say otherwise, by dataId: one line each.
+    std::map<std::int64_t, Otherwise> derived_;
     std::vector<Verification::Finding> checked_;
     std::vector<Altered> altered_;
 };

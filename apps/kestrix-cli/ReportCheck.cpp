@@ -24,7 +24,9 @@ bool readRecord(const DatabaseFile& file, std::int64_t recordId, std::optional<s
     return status == SQLITE_ROW || status == SQLITE_DONE;
 }
 
-bool addMeasurements(const DatabaseFile& file, std::int64_t recordId, storage::RecordDigest& digest) {
+// What each holds, and that it still is what its hash says.
+bool addMeasurements(const DatabaseFile& file, std::int64_t recordId, storage::RecordDigest& digest,
+                     ReportCheck& check) {
     const storage::Prepared all =
         file.prepare("SELECT * FROM measurefrom WHERE recordId = ? ORDER BY dataId");
     if (!all) return false;
@@ -37,6 +39,9 @@ bool addMeasurements(const DatabaseFile& file, std::int64_t recordId, storage::R
         storage::readRow(all.get(), measure);
         if (!search.find(measure.dataId, recorded)) return false;
         digest.add(measure, recorded);
+        if (recorded && storage::hashOf(*recorded) != recorded->hash)
+            check.findings.push_back(
+                fmt::format("evidence {} was altered: it is not what its hash says", recorded->place));
     }
     return status == SQLITE_DONE;
 }
@@ -49,7 +54,7 @@ bool checkRecord(const DatabaseFile& file, const storage::RecordMark& mark, Repo
         return true;
     }
     storage::RecordDigest digest(*record);
-    if (!addMeasurements(file, mark.recordId, digest)) return false;
+    if (!addMeasurements(file, mark.recordId, digest, check)) return false;
     if (digest.value() != mark.record)
         check.findings.push_back(
             fmt::format("test record {} is not what it was when the report was made", mark.recordId));

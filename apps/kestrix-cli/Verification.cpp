@@ -8,8 +8,10 @@
 #include <unordered_set>
 #include <utility>
 
+#include "apps/common/PrintableText.h"
 #include "apps/kestrix-cli/ChainWalk.h"
 #include "apps/kestrix-cli/DatabaseFile.h"
+#include "apps/kestrix-cli/DatabaseTables.h"
 #include "apps/kestrix-cli/MeasurementCheck.h"
 #include "storage/EvidenceChain.h"
 
@@ -147,6 +149,9 @@ class Verifier {
     bool readRest() {
         bool whole = false;
         if (!readChain(kNoLimit, whole) || !lookAgain() || !readMeasurements(kNoLimit, whole)) return false;
+        std::string damage;
+        if (!whyNotFound(file_.connection(), damage)) return false;
+        if (!damage.empty()) find(app::printable(damage));
         bool has = false;
         std::int64_t lastPlace = 0;
         if (!storage::hasEvidence(file_.connection(), has)) return false;

@@ -31,11 +31,11 @@ std::string counted(std::int64_t count, const char* what) {
 }
 
 std::string jsonOf(const Verification& result) {
-    std::string line = fmt::format(
-        R"({{"measurements":{},"derivedAgain":{},"withoutEvidence":{},"simulated":{},"replayed":{},)"
-        R"("chainWhole":{},)",
-        result.measurements, result.derived, result.older, result.simulated, result.replayed,
-        result.chainWhole);
+    std::string line =
+        fmt::format(R"({{"measurements":{},"derivedAgain":{},"older":{},"simulated":{},"replayed":{},)"
+                    R"("chainWhole":{},)",
+                    result.measurements, result.derived, result.older, result.simulated, result.replayed,
+                    result.chainWhole);
     line += R"("head":)";
     appendJsonText(line, result.head);
     line += R"(,"findings":[)";
@@ -103,7 +103,9 @@ Ending verify(Runner& runner, const VerifyOptions& options) {
     runner.limitUnlessGiven(0);
     const SavedRecords saved(options.documents);
     const QString file = saved.folder().filePath(QLatin1String(storage::kDatabaseFile));
-    if (!QFileInfo::exists(file)) return failed(saved.path() + ": there is no database");
+    const QFileInfo info(file);
+    if (!info.exists()) return failed(saved.path() + ": there is no database");
+    if (!info.isFile()) return failed(file.toStdString() + " is no file");
     Ending ending;
     if (options.report) {
         ending = verifyReport(runner.output(), options, file.toStdString());

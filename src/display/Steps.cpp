@@ -85,7 +85,10 @@ void noteFrames(Display& display, const MeterReading& record) {
     } else if (measured.equalInARow < kMostCounted) {
         ++measured.equalInARow;
     }
-    for (std::size_t row = 0; row < kRcdRows; ++row) measured.tripTimes[row] = display.rcdRows[row].frame;
+    // The rows stay for a test of one trip time, whose texts do not have them.
+    const bool isSequence = record.iFunction == '7';
+    for (std::size_t row = 0; row < kRcdRows; ++row)
+        measured.tripTimes[row] = isSequence ? display.rcdRows[row].frame : std::nullopt;
 }
 
 }  // namespace
@@ -110,6 +113,7 @@ void recordCame(Display& display, const MeterReading& record) {
 }
 
 bool linkStateChanged(Display& display, std::int32_t state) {
+    display.measured.equalInARow = 0;
     if (state == 1) {
         display.link = LinkState::Connected;
         return true;

@@ -199,7 +199,7 @@ void ServiceDao::addMeasureWithEvidence(const MeasureData& measure, const Eviden
     EvidenceRow row;
     row.dataId = identity;
     row.evidence = evidence;
-    row.moment = clock_();
+    row.moment = moment_;
     row.identity = newMeasurementIdentity(row.moment.utc);
     append(std::move(row), measure);
     if (own && !own->commit()) return;
@@ -210,7 +210,7 @@ void ServiceDao::noteEvidence(EvidenceEvent event, const MeasureData& measure) {
     EvidenceRow row;
     row.event = event;
     row.dataId = measure.dataId;
-    row.moment = clock_();
+    row.moment = moment_;
     append(std::move(row), measure);
 }
 

@@ -148,6 +148,7 @@ class ServiceDao {
     Outcome outcome_;
     bool inTransaction_ = false;
     std::function<Moment()> clock_ = momentNow;
+    Moment moment_{};  // when the transaction was asked for
     std::unique_ptr<sqlite3, Close> db_;
     std::optional<EvidenceChain> chain_;  // both of this connection
     std::optional<EvidenceSearch> search_;

@@ -5,6 +5,8 @@
 namespace kestrix::storage {
 
 Transaction::Transaction(ServiceDao& dao) : dao_(dao) {
+    // Before it waits for the lock: what is stored in it was done now.
+    dao_.moment_ = dao_.clock_();
     dao_.run("BEGIN IMMEDIATE");
     dao_.inTransaction_ = true;
 }

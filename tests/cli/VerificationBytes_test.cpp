@@ -48,6 +48,9 @@ class VerificationBytes : public VerificationFixture {
         {"evidence",
          "place event identity dataId measurement frame tripTimes equalFrames source accessory origin utc "
          "utcOffset sinceBoot program previous hash"},
+        // As they are asked for: through the indexes.
+        {"measurefrom WHERE recordId = 1", "dataId recordName"},
+        {"measurefrom WHERE recordName = ''", "dataId recordId"},
         {"sqlite_master WHERE tbl_name IN ('measurefrom', 'evidence') AND type = 'table'",
          "type name tbl_name rootpage sql"},
     };
@@ -57,6 +60,7 @@ class VerificationBytes : public VerificationFixture {
 TEST_F(VerificationBytes, FindsEveryByteThatIsChanged) {
     recordSome(3);
     file();
+    recordSome(2);
     dao_ = storage::ServiceDao(platform::DocumentsFolder(folder_.path()));
     run("PRAGMA page_size = 512; VACUUM");  // leaves little that is unused
     const std::string whole = contentOf(path_);
@@ -81,6 +85,10 @@ TEST_F(VerificationBytes, FindsEveryByteThatIsChanged) {
             if (rowsInFile() != rows) {
                 ++changedRows;
                 ASSERT_FALSE(result.isClean()) << "byte " << at;
+                for (const auto& finding : result.findings)
+                    EXPECT_TRUE(finding.dataId != 0 || finding.place != 0 ||
+                                finding.text.starts_with("the ") || finding.text.starts_with("evidence"))
+                        << "byte " << at << ": " << finding.text;
             }
             put(whole[at]);
         }

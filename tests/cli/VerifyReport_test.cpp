@@ -65,12 +65,11 @@ TEST_F(VerifyReport, GoesOnToWhileOthersAreRecordedAndDeleted) {
 }
 
 TEST_F(VerifyReport, NamesTheRecordWhateverIsChangedInIt) {
-    for (const char* sql :
-         {"UPDATE recordfrom SET company = 'Ampere' WHERE dataId = 2",
-          "UPDATE recordfrom SET samples = 4 WHERE dataId = 2",
-          "UPDATE measurefrom SET result = '0.47' WHERE dataId = 4",
-          "DELETE FROM measurefrom WHERE dataId = 5", "UPDATE measurefrom SET recordId = 2 WHERE dataId = 1",
-          "UPDATE evidence SET hash = zeroblob(32) WHERE place = 2"}) {
+    for (const char* sql : {"UPDATE recordfrom SET company = 'Ampere' WHERE dataId = 2",
+                            "UPDATE recordfrom SET samples = 4 WHERE dataId = 2",
+                            "UPDATE measurefrom SET result = '0.47' WHERE dataId = 4",
+                            "DELETE FROM measurefrom WHERE dataId = 5",
+                            "UPDATE measurefrom SET recordId = 2 WHERE dataId = 1"}) {
         const std::string before = contentOf(path_ + "/kestrix.sqlite");
         change(sql);
         EXPECT_THAT(found(), ElementsAre("test record 2 is not what it was when the report was made")) << sql;
@@ -85,6 +84,21 @@ TEST_F(VerifyReport, NamesARecordThatIsGone) {
     EXPECT_THAT(found(), ElementsAre("test record 2 is not in the database"));
     ASSERT_TRUE(putBackRecord(dao_, deleted).done);
     EXPECT_EQ(verified(report_).status, 0) << "put back it is as it was";
+}
+
+TEST_F(VerifyReport, NamesEvidenceOfTheRecordThatIsNotWhatItsHashSays) {
+    for (const char* column : {"frame = zeroblob(36)", "utc = 1", "accessory = 'Other'", "identity = 'x'"}) {
+        const std::string before = contentOf(path_ + "/kestrix.sqlite");
+        change(std::string("UPDATE evidence SET ") + column + " WHERE place = 2");
+        EXPECT_THAT(found(), ElementsAre("evidence 2 was altered: it is not what its hash says")) << column;
+        writeFile(path_ + "/kestrix.sqlite", before);
+    }
+}
+
+TEST_F(VerifyReport, NamesTheRecordWhoseEvidenceWasWrittenAnew) {
+    change("UPDATE evidence SET hash = zeroblob(32) WHERE place = 2");
+    EXPECT_THAT(found(), ElementsAre("evidence 2 was altered: it is not what its hash says",
+                                     "test record 2 is not what it was when the report was made"));
 }
 
 TEST_F(VerifyReport, NamesTheEndOfTheChainThatIsAnotherOne) {

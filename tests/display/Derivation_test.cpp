@@ -112,6 +112,25 @@ TEST_F(Derivation, TwoDisplaysThatShowTheSameAreEqualWhateverFramesTheyCameFrom)
     EXPECT_TRUE(display_ == other);
 }
 
+TEST_F(Derivation, CountsAnewBehindADropOfTheLink) {
+    const Frame one = FrameBuilder('1').reading(1, 46, 0).bytes();
+    receive(one);
+    receive(one);
+    linkStateChanged(display_, 0);
+    linkStateChanged(display_, 1);
+    receive(one);
+    EXPECT_EQ(display_.measured.equalInARow, 1U);
+}
+
+TEST_F(Derivation, OfATestOfOneTripTimeBehindASequenceHasNoOther) {
+    for (int i = 0; i < 13; ++i) receive(anyRcdFrame());
+    ASSERT_GT(tripTimes(), 0U);
+    receive(FrameBuilder('6').setting(1, 2).reading(1, 198, 1).bytes());
+    ASSERT_EQ(display_.intfunctions, '6');
+    EXPECT_EQ(tripTimes(), 0U);
+    EXPECT_EQ(derivedFrom(display_.measured), stored(display_));
+}
+
 // Random frames, most of one function after the other, with drops of the link, and a press behind any of
 // them.
 TEST_F(Derivation, OfAnythingThatWasRecordedIsWhatWasStored) {

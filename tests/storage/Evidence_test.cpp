@@ -1,6 +1,7 @@
 // A measurement and its evidence: both or neither, and what is done with it later.
 #include <gtest/gtest.h>
 
+#include "storage/DatabaseLook.h"
 #include "storage/TestRecords.h"
 #include "storage/Transaction.h"
 #include "tests/storage/EvidenceFixture.h"
@@ -131,6 +132,36 @@ TEST_F(EvidenceTest, AFirstOneThatIsUndoneLeavesTheNextItsTable) {
     EXPECT_EQ(Connection(path_).value("PRAGMA user_version"), "0");
     EXPECT_EQ(record(2), 1);
     EXPECT_EQ(chain().size(), 1U);
+}
+
+// All that the version of before asks and does.
+TEST_F(EvidenceTest, LeavesAFileThatTheVersionOfBeforeOpens) {
+    record(1);
+    dao_ = ServiceDao(folder_);
+    EXPECT_EQ(lookAtDatabase(folder_, ServiceDao::kPatience).owner, DatabaseLook::Owner::Ours);
+    EXPECT_TRUE(dao_.hasTables());
+    dao_.createTable();
+    ASSERT_TRUE(dao_.lastOutcome().done);
+    dao_.addMeasureForm(measurement(2));
+    dao_.addRecordForm(testRecord());
+    dao_.updateMeasureForm("House 7", 1, 2);
+    ASSERT_TRUE(dao_.lastOutcome().done);
+    EXPECT_EQ(dao_.findMeasureForm(true).size(), 2U);
+    dao_.DeleteMeasureFormData(2);
+    EXPECT_EQ(count("measurefrom"), "1");
+    EXPECT_EQ(chain().size(), 1U);
+}
+
+TEST_F(EvidenceTest, IsOfTheMomentOfThePressHoweverLongTheLockIsWaitedFor) {
+    record(1);
+    const std::int64_t pressed = clock_ + 1;
+    Connection other(path_);
+    other.run("BEGIN IMMEDIATE");
+    dao_.setPatience(std::chrono::milliseconds(0));
+    testing::expectWarning(kStatementFailed);
+    dao_.addMeasureWithEvidence(measurement(2), evidence(2));
+    EXPECT_FALSE(dao_.lastOutcome().done);
+    EXPECT_EQ(clock_, pressed) << "asked for before the lock";
 }
 
 TEST_F(EvidenceTest, IsDueFromTheFirstMeasurementOn) {
