@@ -159,7 +159,7 @@ Ending mailExport(Runner& runner, EventLoop& loop, const ExportOptions& options,
         return wrongUsage("--password-stdin: the server has no user; --smtp smtp://USER@HOST:PORT names one");
     const history::ExportFormat& format = formatOf(options);
     std::string content;
-    const storage::Outcome written = format.write(record, [&content](std::string_view bytes) {
+    const storage::Outcome written = history::writeRecord(format, record, [&content](std::string_view bytes) {
         content += bytes;
         return storage::Outcome{};
     });

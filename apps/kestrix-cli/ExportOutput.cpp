@@ -40,7 +40,7 @@ Ending exportToStandardOutput(Runner& runner, const history::ExportedRecord& rec
         return failed("standard output is a terminal, which raw bytes would garble");
     const std::unique_ptr<std::FILE, CloseFile> file(std::tmpfile());
     if (!file) return failed("there is no room for a temporary file: " + reasonOf(errno));
-    const storage::Outcome written = format.write(record, [&](std::string_view bytes) {
+    const storage::Outcome written = history::writeRecord(format, record, [&](std::string_view bytes) {
         const bool all = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size();
         return all ? storage::Outcome{} : storage::Outcome{false, reasonOf(errno), 0};
     });

@@ -53,7 +53,11 @@ void MeasurementCheck::check(const MeasurementRow& row, const MeasurementState& 
     if (state.place == 0) return;
     if (!row.isOfKind) find(state.place, " holds what no such row can hold");
     if (state.deleted) find(state.place, " was deleted, and is there");
-    if (const storage::Sha256 now = storage::digestOf(measure); now != state.latest) {
+    const storage::Sha256 now = storage::digestOf(measure);
+    if (now != state.latest && state.recorded != 0 && digestBeforeFiling(measure) == state.first) {
+        find(state.place,
+             " is not in the test record where it was: by hand, or by a version that keeps no evidence");
+    } else if (now != state.latest) {
         altered_.push_back({measure.dataId, state.place, now, state.latest, named(measure)});
     } else if (state.filed && state.recorded != 0 && digestBeforeFiling(measure) != state.first) {
         find(state.place, " had been altered when it was filed");

@@ -203,8 +203,10 @@ class Verifier {
     void count(std::int64_t dataId, const MeasurementState& state) {
         if (!state.there) {
             if (state.place != 0 && !state.deleted)
-                result_.findings.push_back(
-                    {dataId, state.place, fmt::format("measurement {} is missing", dataId)});
+                result_.findings.push_back({dataId, state.place,
+                                            fmt::format("measurement {} is missing: it was deleted by hand, "
+                                                        "or by a version that keeps no evidence",
+                                                        dataId)});
             return;
         }
         ++result_.measurements;

@@ -82,6 +82,8 @@ std::string jsonOf(const storage::RecordMark& mark, const ReportCheck& check) {
 }
 
 Ending verifyReport(Output& output, const VerifyOptions& options, const std::string& database) {
+    if (QString::fromStdString(*options.report).toStdString() != *options.report)
+        return wrongUsage("--file names a file in bytes that are no UTF-8");
     const history::ReportInformation report =
         history::reportInformationOf(QString::fromStdString(*options.report));
     if (!report.problem.empty()) return failed(*options.report + ": " + report.problem);

@@ -11,6 +11,7 @@
 #include "history/JsonExport.h"
 #include "history/TextExport.h"
 #include "platform/DateText.h"
+#include "storage/Snapshot.h"
 
 namespace kestrix::history {
 
@@ -33,6 +34,16 @@ const ExportFormat kTextFormat{".csv", "csv", false, writeText};
 const ExportFormat kCsvFormat{".csv", "csv", true, writeCsv};
 const ExportFormat kJsonFormat{".json", "application/json", true, writeJson};
 
+storage::Outcome writeRecord(const ExportFormat& format, const ExportedRecord& record,
+                             const ExportSink& sink) {
+    if (!record.databaseId) return format.write(record, sink);
+    const storage::Snapshot together(*record.evidence);
+    if (!together.outcome().done) return together.outcome();
+    ExportedRecord now = record;
+    storage::Outcome found = findExportedRecord(*record.evidence, *record.databaseId, now);
+    return found.done ? format.write(now, sink) : found;
+}
+
 std::string getExportTime(std::chrono::system_clock::time_point moment, std::string_view zone) {
     return platform::DateText(platform::kStampPattern, {}, zone).text(moment);
 }
@@ -43,8 +54,8 @@ ExportedFile exportIntoFolder(const ExportedRecord& record, const ExportFormat& 
     const std::string name = record.timeStamp + format.extension;
     if (isStamp(record.timeStamp)) {
         file.path = folder.filePath(QString::fromStdString(name));
-        file.outcome = writeFileInFolder(folder, name,
-                                         [&](const ExportSink& sink) { return format.write(record, sink); });
+        file.outcome = writeFileInFolder(
+            folder, name, [&](const ExportSink& sink) { return writeRecord(format, record, sink); });
     } else {
         const QString why = QCoreApplication::translate("Export", "the time of the export cannot be written");
         file.outcome = {false, why.toStdString(), 0};
@@ -58,7 +69,7 @@ ExportedFile exportIntoFolder(const ExportedRecord& record, const ExportFormat& 
 
 storage::Outcome exportIntoNewFile(const ExportedRecord& record, const ExportFormat& format,
                                    const QString& path) {
-    return writeNewFile(path, [&](const ExportSink& sink) { return format.write(record, sink); });
+    return writeNewFile(path, [&](const ExportSink& sink) { return writeRecord(format, record, sink); });
 }
 
 }  // namespace kestrix::history

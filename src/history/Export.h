@@ -28,6 +28,11 @@ extern const ExportFormat kCsvFormat;
 // history/JsonExport.h.
 extern const ExportFormat kJsonFormat;
 
+// Writes the record in this format. Of one of the database all is read together, as it is then: nobody writes
+// to it meanwhile, so that the sink must not wait.
+storage::Outcome writeRecord(const ExportFormat& format, const ExportedRecord& record,
+                             const ExportSink& sink);
+
 // The moment as "yyyyMMddHHmmss", in the machine's time zone or the one that is named ("Europe/Berlin").
 std::string getExportTime(std::chrono::system_clock::time_point moment, std::string_view zone = {});
 

@@ -37,6 +37,7 @@ storage::Outcome findExportedRecord(storage::ServiceDao& dao, std::int64_t recor
         return dao.lastOutcome();
     };
     found.evidence = &dao;
+    found.databaseId = recordId;
     return {};
 }
 

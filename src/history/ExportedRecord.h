@@ -27,6 +27,8 @@ struct ExportedRecord {
     std::optional<storage::RecordData> record;  // none: it was not found; its measurements may be there
     MeasureSource measurements;
     std::string timeStamp;  // of this export, 14 digits: names its file, and stands for "%@" in the text
+    // Asked for again, together with the measurements, when it is written: a record of the database may grow.
+    std::optional<std::int64_t> databaseId{};
     // Knows how the measurements were recorded. Null: nobody does, and none has evidence.
     storage::ServiceDao* evidence = nullptr;
     // Asked at each measurement that is read and at each that is drawn, which may take seconds; false: the

@@ -66,7 +66,10 @@ class Reader {
   private:
     std::string bytesOf(int type) {
         good &= sqlite3_column_type(statement_, column_) == type;
-        const void* const read = sqlite3_column_blob(statement_, column_);
+        // Of a text: as UTF-8, whatever the file's encoding is.
+        const void* const read = type == SQLITE_TEXT
+                                     ? static_cast<const void*>(sqlite3_column_text(statement_, column_))
+                                     : sqlite3_column_blob(statement_, column_);
         const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column_++));
         return read != nullptr ? std::string(static_cast<const char*>(read), size) : std::string();
     }

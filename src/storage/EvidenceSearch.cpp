@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <limits>
+#include <utility>
 
 #include "storage/EvidenceChain.h"
 #include "storage/EvidenceColumns.h"
@@ -17,12 +18,19 @@ constexpr const char* kRow = "SELECT * FROM evidence WHERE place = ?";
 }  // namespace
 
 bool EvidenceSearch::firstFrom(std::int64_t place, Step& first) {
+    if (const auto known = ways_.find(place); known != ways_.end()) {
+        first = known->second;
+        return true;
+    }
     first = {};
+    if (noneFrom_ != 0 && place >= noneFrom_) return true;
     const InUse from(first_.get());
     sqlite3_bind_int64(from.get(), 1, place);
     const int status = sqlite3_step(from.get());
     if (status == SQLITE_ROW)
         first = {sqlite3_column_int64(from.get(), 0), sqlite3_column_int64(from.get(), 1)};
+    if (status == SQLITE_DONE) noneFrom_ = place;
+    if (first.place - place > kLongWay) ways_.emplace(place, first);
     return status == SQLITE_ROW || status == SQLITE_DONE;
 }
 
@@ -34,6 +42,7 @@ bool EvidenceSearch::search(std::int64_t dataId, Step& step) {
     }
     ChainHead head;
     if (!readHead(connection_, head)) return false;
+    if (std::exchange(head_, head.place) != head.place) noneFrom_ = 0;
     // The measurement is recorded at `low` or behind it, and before `high`.
     std::int64_t low = 1;
     std::int64_t high = head.place;
@@ -67,9 +76,11 @@ bool EvidenceSearch::find(std::int64_t dataId, std::optional<EvidenceRow>& found
         bool has = false;
         if (!hasEvidence(connection_, has)) return false;
         if (!has) return true;
+        if (!readDueFrom(connection_, dueFrom_)) return false;
         first_ = prepare(connection_, kFirstFrom);
         row_ = prepare(connection_, kRow);
     }
+    if (dataId < dueFrom_) return true;
     Step step;
     if (!first_ || !row_ || !search(dataId, step)) return false;
     if (step.place == 0) return true;

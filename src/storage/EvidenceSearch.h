@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 
 #include "storage/Evidence.h"
@@ -31,6 +32,13 @@ class EvidenceSearch {
     bool read(std::int64_t place, std::optional<EvidenceRow>& found);
 
     sqlite3* connection_;
+    // Where the search comes by, many events lie together that recorded nothing: the way across such rows is
+    // gone once.
+    static constexpr std::int64_t kLongWay = 64;
+    std::map<std::int64_t, Step> ways_;
+    std::int64_t noneFrom_ = 0;  // nothing is recorded from this place on; 0: not known
+    std::int64_t head_ = 0;      // of the chain then
+    std::int64_t dueFrom_ = 0;
     Prepared first_;
     Prepared row_;
     std::int64_t next_ = 0;  // the place behind the latest one that was found; 0: none was

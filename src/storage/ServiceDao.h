@@ -117,6 +117,7 @@ class ServiceDao {
     const Outcome& lastOutcome() const { return outcome_; }
 
   private:
+    friend class Snapshot;
     friend class Transaction;
 
     struct Close {

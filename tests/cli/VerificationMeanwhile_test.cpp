@@ -133,12 +133,14 @@ TEST_F(VerificationMeanwhile, WhatWasAlteredIsFoundWhateverIsDone) {
                   [](const Verification& result) {
                       EXPECT_THAT(textsOf(result),
                                   ElementsAre("measurement 2 (S_2) was altered: it is not as it was stored",
-                                              "measurement 3 is missing"));
+                                              "measurement 3 is missing: it was deleted by hand, or by a "
+                                              "version that keeps no evidence"));
                   });
     atEveryMoment([&] { file(); },
                   [](const Verification& result) {
                       EXPECT_THAT(textsOf(result),
-                                  ElementsAre("measurement 3 is missing",
+                                  ElementsAre("measurement 3 is missing: it was deleted by hand, or by a "
+                                              "version that keeps no evidence",
                                               "measurement 2 (S_2) had been altered when it was filed"));
                   });
 }

@@ -58,7 +58,9 @@ TEST_F(VerificationTest, NamesAMeasurementThatIsFiledElsewhereByHand) {
     recordSome(2);
     file();
     run("UPDATE measurefrom SET recordId = 7, recordName = 'Other' WHERE dataId = 1");
-    EXPECT_THAT(found(), ElementsAre("measurement 1 (S_1) was altered: it is not as it was stored"));
+    EXPECT_THAT(found(),
+                ElementsAre("measurement 1 (S_1) is not in the test record where it was: by hand, or by "
+                            "a version that keeps no evidence"));
 }
 
 TEST_F(VerificationTest, NamesAMissingMeasurement) {
@@ -66,7 +68,11 @@ TEST_F(VerificationTest, NamesAMissingMeasurement) {
     const std::string whole = contentOf(path_);
     for (int i = 1; i <= 4; ++i) {
         run(fmt::format("DELETE FROM measurefrom WHERE dataId = {}", i));
-        EXPECT_THAT(found(), ElementsAre(fmt::format("measurement {} is missing", i)));
+        EXPECT_THAT(
+            found(),
+            ElementsAre(fmt::format(
+                "measurement {} is missing: it was deleted by hand, or by a version that keeps no evidence",
+                i)));
         writeFile(path_, whole);
     }
 }
@@ -263,7 +269,8 @@ TEST_F(VerificationTest, TakesAnyNumbersForWhatTheyAre) {
         found(),
         ::testing::IsSupersetOf(
             {"evidence -5 holds what no such row can hold", "evidence 1 holds what no such row can hold",
-             "evidence 2 to 9223372036854775806 is missing", "measurement 3 is missing",
+             "evidence 2 to 9223372036854775806 is missing",
+             "measurement 3 is missing: it was deleted by hand, or by a version that keeps no evidence",
              "measurement 9223372036854775807 (S_3) has no evidence: it was added by hand, or by a "
              "version that keeps none",
              "measurement -9223372036854775808 (S_2) has no evidence: it was added by hand, or by a "
@@ -342,12 +349,16 @@ TEST_F(VerificationTest, IsACommandThatTellsAllInLines) {
     run("DELETE FROM measurefrom WHERE dataId = 1");
     const Result missing = cli::run(words);
     EXPECT_EQ(missing.status, 1);
-    EXPECT_EQ(missing.output, "measurement 1 is missing\n1 measurement, 1 derived again, chain whole\n");
+    EXPECT_EQ(missing.output,
+              "measurement 1 is missing: it was deleted by hand, or by a version that keeps no evidence\n1 "
+              "measurement, 1 derived again, chain whole\n");
     EXPECT_THAT(missing.error, HasSubstr("kestrix-cli: 1 difference\n"));
     const Result json = cli::run({"verify", "--json", "--documents", folder_.path().toStdString()});
     EXPECT_EQ(json.status, 1);
-    EXPECT_THAT(json.output,
-                HasSubstr(R"("findings":[{"dataId":1,"place":1,"text":"measurement 1 is missing"}]})"));
+    EXPECT_THAT(
+        json.output,
+        HasSubstr(
+            R"("findings":[{"dataId":1,"place":1,"text":"measurement 1 is missing: it was deleted by hand, or by a version that keeps no evidence"}]})"));
     const Result nothing = cli::run({"verify", "--documents", folder_.path().toStdString() + "/none"});
     EXPECT_EQ(nothing.status, 1);
     EXPECT_THAT(nothing.error, HasSubstr("there is no database"));

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "storage/TestRecords.h"
 #include "tests/history/Exported.h"
 #include "tests/storage/WorkedExample.h"
 
@@ -72,6 +73,33 @@ TEST_F(ExportedEvidence, ThatCannotBeReadIsNoExport) {
     });
     EXPECT_FALSE(outcome.done);
     EXPECT_EQ(bytes, "");
+}
+
+// As `log` does meanwhile: its record and its measurements grow together.
+TEST_F(ExportedEvidence, IsReadTogetherWithTheRecordThatGrows) {
+    storage::GrowingRecord growing(dao_, storage::testRecord());
+    ASSERT_TRUE(growing.begin("2026-03-04 05:06:07").done);
+    ASSERT_TRUE(growing.add(storage::exampleMeasurement(), {}).done);
+    storage::ServiceDao reader(folder_);
+    ExportedRecord record;
+    ASSERT_EQ(findExportedRecord(reader, 1, record), storage::Outcome{});
+    ASSERT_TRUE(growing.add(storage::exampleMeasurement(), {}).done);
+    dao_.setPatience(std::chrono::milliseconds(0));
+    record.goesOn = [&] {
+        testing::expectWarning(storage::kStatementFailed);
+        EXPECT_FALSE(growing.add(storage::exampleMeasurement(), {}).done) << "it would come between";
+        return true;
+    };
+    std::string text;
+    EXPECT_EQ(writeRecord(kJsonFormat, record,
+                          [&text](std::string_view piece) {
+                              text += piece;
+                              return storage::Outcome{};
+                          }),
+              storage::Outcome{});
+    EXPECT_THAT(text, HasSubstr("\"samples\":2,"));
+    EXPECT_THAT(text, HasSubstr("\"dataId\":2,\"dataName\""));
+    EXPECT_TRUE(growing.add(storage::exampleMeasurement(), {}).done) << "nobody reads any more";
 }
 
 }  // namespace

@@ -70,6 +70,41 @@ TEST_F(EvidenceSearchTest, WithoutTheTableFindsNone) {
     EXPECT_EQ(dao_.findChainHead().place, 0);
 }
 
+// Steps of the engine's own machine, which no other program makes more.
+TEST_F(EvidenceSearchTest, GoesOnceAcrossManyEventsThatRecordedNothing) {
+    for (const bool recordedBehind : {false, true}) {
+        SCOPED_TRACE(recordedBehind);
+        dao_.execSql(
+            "INSERT INTO evidence (event, dataId) WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE "
+            "i < "
+            "20000) SELECT 'put back', 1 FROM n");
+        if (recordedBehind) record(10);
+        sqlite3* opened = nullptr;
+        ASSERT_EQ(sqlite3_open_v2(path_.c_str(), &opened, SQLITE_OPEN_READONLY, nullptr), SQLITE_OK);
+        int hundreds = 0;
+        const auto count = [](void* to) {
+            ++*static_cast<int*>(to);
+            return 0;
+        };
+        sqlite3_progress_handler(opened, 100, count, &hundreds);
+        {
+            EvidenceSearch search(opened);
+            std::optional<EvidenceRow> found;
+            // 11 and on were recorded by a version that keeps none.
+            for (std::int64_t i = 1; i <= 300; ++i) EXPECT_TRUE(search.find(i % 2 == 0 ? i : 300 + i, found));
+        }
+        EXPECT_LT(hundreds, 20'000) << "some fifteen times across";
+        sqlite3_close(opened);
+    }
+}
+
+TEST_F(EvidenceSearchTest, FindsWhatIsRecordedBehindAnEndThatItKnew) {
+    EXPECT_EQ(placeOf(10), 0);
+    record(10);
+    EXPECT_EQ(placeOf(10), 12);
+    EXPECT_EQ(placeOf(10), 12);
+}
+
 TEST_F(EvidenceSearchTest, KnowsTheHeadOfTheChain) {
     EXPECT_EQ(dao_.findChainHead().place, 11);
     EXPECT_EQ(dao_.findChainHead().hash, chain().back().hash);

@@ -164,6 +164,20 @@ TEST_F(EvidenceTest, IsOfTheMomentOfThePressHoweverLongTheLockIsWaitedFor) {
     EXPECT_EQ(clock_, pressed) << "asked for before the lock";
 }
 
+TEST_F(EvidenceTest, OfADatabaseInUtf16IsTheSame) {
+    QTemporaryDir folder;
+    Connection(folder.filePath(QStringLiteral("kestrix.sqlite")).toStdString())
+        .run("PRAGMA encoding = 'UTF-16'; CREATE TABLE t (t); DROP TABLE t");
+    ServiceDao dao{platform::DocumentsFolder(folder.path())};
+    dao.createTable();
+    dao.addMeasureWithEvidence(measurement(1), evidence(1));
+    ASSERT_TRUE(dao.lastOutcome().done);
+    const std::optional<EvidenceRow> found = dao.findRecorded(1);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->hash, hashOf(*found));
+    EXPECT_EQ(found->evidence.accessory, "Tester 7");
+}
+
 TEST_F(EvidenceTest, IsDueFromTheFirstMeasurementOn) {
     record(1);
     record(2);
