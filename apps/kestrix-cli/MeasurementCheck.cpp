@@ -87,7 +87,7 @@ void MeasurementCheck::derive(const MeasurementRow& row, const storage::Evidence
     state.derived = differences.empty() ? Derived::Same : Derived::Differs;
     derived_.erase(measure.dataId);
     if (!differences.empty())
-        derived_.try_emplace(measure.dataId, state.recorded, named(measure), differences);
+        derived_[measure.dataId] = {state.recorded, named(measure), std::move(differences)};
 }
 
 void MeasurementCheck::forget(const std::unordered_set<std::int64_t>& dataIds) {

@@ -3,37 +3,49 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <exception>
-#include <qpdf/QPDF.hh>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+#include <qpdf/qpdf-c.h>
 
 namespace kestrix::history {
 namespace {
 
 constexpr qint64 kLargest = qint64{64} * 1024 * 1024;
 
-// Throws what the library throws.
-std::string creatorOf(std::string_view pdf) {
-    QPDF document;
-    document.setSuppressWarnings(true);
-    document.setAttemptRecovery(false);  // a damaged report proves nothing
-    document.processMemoryFile("report", pdf.data(), pdf.size());
-    QPDFObjectHandle information = document.getTrailer().getKey("/Info");
-    if (!information.isDictionary()) return {};
-    QPDFObjectHandle creator = information.getKey("/Creator");
-    return creator.isString() ? creator.getUTF8Value() : std::string();
+// An error that nobody asked for would be told on standard error.
+struct CleanUp {
+    void operator()(qpdf_data document) const {
+        qpdf_get_error(document);
+        qpdf_cleanup(&document);
+    }
+};
+
+// None: it is no PDF, or a damaged one, which proves nothing.
+std::optional<std::string> creatorOf(std::string_view pdf) {
+    const std::unique_ptr<std::remove_pointer_t<qpdf_data>, CleanUp> owned(qpdf_init());
+    const qpdf_data document = owned.get();
+    qpdf_silence_errors(document);
+    qpdf_set_suppress_warnings(document, QPDF_TRUE);
+    qpdf_set_attempt_recovery(document, QPDF_FALSE);
+    qpdf_read_memory(document, "report", pdf.data(), pdf.size(), nullptr);
+    if (qpdf_get_error(document) != nullptr) return std::nullopt;
+    const qpdf_oh information = qpdf_oh_get_key(document, qpdf_get_trailer(document), "/Info");
+    if (qpdf_oh_is_dictionary(document, information) == QPDF_FALSE) return std::string();
+    const qpdf_oh creator = qpdf_oh_get_key(document, information, "/Creator");
+    if (qpdf_oh_is_string(document, creator) == QPDF_FALSE) return std::string();
+    std::string text = qpdf_oh_get_utf8_value(document, creator);
+    return qpdf_get_error(document) == nullptr ? std::optional(std::move(text)) : std::nullopt;
 }
 
 }  // namespace
 
 ReportInformation reportInformation(std::string_view pdf) {
-    std::string creator;
-    try {
-        creator = creatorOf(pdf);
-    } catch (const std::exception&) {
-        return {.problem = "it is no PDF, or a damaged one"};
-    }
-    if (const auto mark = storage::recordMarkIn(creator)) return {.mark = *mark};
-    if (creator == "Kestrix")
+    const std::optional<std::string> creator = creatorOf(pdf);
+    if (!creator) return {.problem = "it is no PDF, or a damaged one"};
+    if (const auto mark = storage::recordMarkIn(*creator)) return {.mark = *mark};
+    if (*creator == "Kestrix")
         return {.problem =
                     "it says nothing of its database: an earlier version wrote it, or it has no test record"};
     return {.problem = "it is no report of Kestrix"};
