@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
@@ -157,6 +160,18 @@ TEST_F(VerificationFile, ThatAnotherProgramHolds) {
     EXPECT_THAT(verify().problem, HasSubstr("another program holds the database"));
     other.run("ROLLBACK");
     EXPECT_TRUE(verify().isClean());
+}
+
+// Which would wait for whoever writes into it.
+TEST_F(VerificationFile, ThatIsAPipeOrAFolderIsSaidToBeNone) {
+    QTemporaryDir other;
+    const std::string path = other.filePath(QStringLiteral("kestrix.sqlite")).toStdString();
+    const std::vector<std::string> words{"verify", "--documents", other.path().toStdString()};
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    EXPECT_EQ(complaintsIn(cli::run(words).error), std::vector{"kestrix-cli: " + path + " is no file"});
+    ASSERT_EQ(unlink(path.c_str()), 0);
+    ASSERT_EQ(mkdir(path.c_str(), 0700), 0);
+    EXPECT_EQ(complaintsIn(cli::run(words).error), std::vector{"kestrix-cli: " + path + " is no file"});
 }
 
 }  // namespace
