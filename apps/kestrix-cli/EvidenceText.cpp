@@ -2,7 +2,6 @@
 
 #include <fmt/core.h>
 
-#include <QByteArray>
 #include <QDateTime>
 
 #include <string_view>
@@ -17,11 +16,6 @@
 namespace kestrix::cli {
 namespace {
 
-// between: what stands between two bytes; nothing without it.
-std::string hexOf(std::string_view bytes, char between = '\0') {
-    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex(between).toStdString();
-}
-
 std::string momentOf(const storage::Moment& moment) {
     return QDateTime::fromMSecsSinceEpoch(moment.utc, Qt::OffsetFromUTC, moment.utcOffset)
         .toString(Qt::ISODateWithMs)
@@ -29,11 +23,11 @@ std::string momentOf(const storage::Moment& moment) {
 }
 
 std::string frameText(const std::string& title, std::string_view frame) {
-    std::string text = fmt::format("  {}: {}\n", title, hexOf(frame));
+    std::string text = fmt::format("  {}: {}\n", title, storage::hexOf(frame));
     if (frame.size() != protocol::frame::kLength) return text;
     for (const protocol::frame::Row& row : protocol::frame::kRows)
         text += fmt::format("    {:>2}  {:<14}  {}\n", row.first,
-                            hexOf(frame.substr(row.first, row.length), ' '), row.name);
+                            storage::hexOf(frame.substr(row.first, row.length), ' '), row.name);
     return text;
 }
 

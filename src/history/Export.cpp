@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <optional>
 
 #include "history/CsvExport.h"
 #include "history/ExportFile.h"
@@ -37,9 +38,10 @@ const ExportFormat kJsonFormat{".json", "application/json", true, writeJson};
 storage::Outcome writeRecord(const ExportFormat& format, const ExportedRecord& record,
                              const ExportSink& sink) {
     if (!record.databaseId) return format.write(record, sink);
-    const storage::Snapshot together(*record.evidence);
-    if (!together.outcome().done) return together.outcome();
+    std::optional<storage::Snapshot> together(*record.evidence);
+    if (!together->outcome().done) return together->outcome();
     ExportedRecord now = record;
+    now.allIsRead = [&together] { together.reset(); };
     storage::Outcome found = findExportedRecord(*record.evidence, *record.databaseId, now);
     return found.done ? format.write(now, sink) : found;
 }

@@ -29,7 +29,7 @@ extern const ExportFormat kCsvFormat;
 extern const ExportFormat kJsonFormat;
 
 // Writes the record in this format. Of one of the database all is read together, as it is then: nobody writes
-// to it meanwhile, so that the sink must not wait.
+// to it until it is read, so that the sink must not wait.
 storage::Outcome writeRecord(const ExportFormat& format, const ExportedRecord& record,
                              const ExportSink& sink);
 

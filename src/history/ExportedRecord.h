@@ -34,6 +34,9 @@ struct ExportedRecord {
     // Asked at each measurement that is read and at each that is drawn, which may take seconds; false: the
     // export is given up. None: it never is.
     std::function<bool()> goesOn{};
+    // Told by a format that goes on for long once it has read everything: others may write from then on.
+    // None: nobody waits.
+    std::function<void()> allIsRead{};
 };
 
 // Hands each measurement to the visitor as the record's source does. Fails when the export is given up

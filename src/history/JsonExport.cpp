@@ -1,7 +1,5 @@
 #include "history/JsonExport.h"
 
-#include <QByteArray>
-
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -31,10 +29,6 @@ void appendFields(std::string& json, const std::array<ExportColumn<Row>, count>&
     }
 }
 
-std::string hexOf(const std::string& bytes) {
-    return QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex().toStdString();
-}
-
 void appendEvidence(std::string& json, const std::optional<storage::EvidenceRow>& recorded) {
     if (!recorded) {
         json += "null";
@@ -42,13 +36,13 @@ void appendEvidence(std::string& json, const std::optional<storage::EvidenceRow>
     }
     const storage::EvidenceRow& row = *recorded;
     json += "{\"identity\":" + quoted(row.identity) + ",\"place\":" + std::to_string(row.place);
-    json += ",\"frame\":\"" + hexOf(row.evidence.frame) + "\",\"tripTimes\":{";
+    json += ",\"frame\":\"" + storage::hexOf(row.evidence.frame) + "\",\"tripTimes\":{";
     const char* comma = "";
     for (std::size_t i = 0; i < row.evidence.tripTimeFrames.size(); ++i) {
         const std::string& frame = row.evidence.tripTimeFrames[i];
         if (frame.empty()) continue;
         json += std::exchange(comma, ",");
-        json += '"' + std::to_string(i + 1) + "\":\"" + hexOf(frame) + '"';
+        json += '"' + std::to_string(i + 1) + "\":\"" + storage::hexOf(frame) + '"';
     }
     json += "},\"hash\":\"" + storage::hexOf(row.hash) + "\"}";
 }

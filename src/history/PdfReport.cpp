@@ -115,6 +115,7 @@ storage::Outcome writePdf(const ExportedRecord& record, const ExportSink& sink) 
     ReportLines lines;
     std::optional<storage::RecordMark> mark;
     if (storage::Outcome read = collect(record, lines, mark); !read.done) return read;
+    if (record.allIsRead) record.allIsRead();
     const ReportPage page = layOutReport(lines);
 
     SinkDevice device(sink);

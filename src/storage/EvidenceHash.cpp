@@ -78,9 +78,12 @@ bool unpackTripTimes(std::string_view packed, Evidence& evidence) {
     return true;
 }
 
+std::string hexOf(std::string_view bytes, char between) {
+    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex(between).toStdString();
+}
+
 std::string hexOf(const Sha256& hash) {
-    const std::string_view bytes = bytesOf(hash);
-    return QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())).toHex().toStdString();
+    return hexOf(bytesOf(hash));
 }
 
 }  // namespace kestrix::storage

@@ -28,7 +28,8 @@ std::string packedTripTimes(const Evidence& evidence);
 // The other way. False, and the evidence as it was, for bytes that are none.
 bool unpackTripTimes(std::string_view packed, Evidence& evidence);
 
-// 64 lower-case hexadecimal digits.
+// Lower-case hexadecimal digits, two a byte; between: what stands between two bytes, nothing without it.
+std::string hexOf(std::string_view bytes, char between = '\0');
 std::string hexOf(const Sha256& hash);
 
 }  // namespace kestrix::storage

@@ -48,6 +48,23 @@ TEST_F(PdfInformation, OfMeasurementsWithoutARecordNamesTheProgram) {
                 HasSubstr("Creator:         Kestrix\n"));
 }
 
+// A report of many measurements is drawn for seconds.
+TEST_F(PdfInformation, OfTheDatabaseKeepsNobodyWaitingWhileItIsDrawn) {
+    record(1);
+    ASSERT_TRUE(fileMeasurements(dao_, storage::testRecord(), dao_.findMeasureForm(false)).done);
+    storage::ServiceDao reader(folder_);
+    ExportedRecord exported;
+    ASSERT_EQ(findExportedRecord(reader, 1, exported), storage::Outcome{});
+    dao_.setPatience(std::chrono::milliseconds(0));
+    int recorded = 0;
+    const auto sink = [&](std::string_view) {
+        recorded += record(2) > 0 ? 1 : 0;
+        return storage::Outcome{};
+    };
+    EXPECT_EQ(writeRecord(kPdfFormat, exported, sink), storage::Outcome{});
+    EXPECT_GT(recorded, 0);
+}
+
 TEST_F(PdfInformation, ThatCannotBeReadIsNoExport) {
     record(1);
     ASSERT_TRUE(fileMeasurements(dao_, storage::testRecord(), dao_.findMeasureForm(false)).done);
