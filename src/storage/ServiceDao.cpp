@@ -51,6 +51,7 @@ void ServiceDao::setPatience(std::chrono::milliseconds patience) {
 void ServiceDao::closeConnection() {
     chain_.reset();
     search_.reset();
+    durable_ = false;
     db_.reset();
 }
 
@@ -102,6 +103,13 @@ sqlite3* ServiceDao::connectionOfTransaction() {
     return nullptr;
 }
 
+bool ServiceDao::makeDurable(sqlite3* open) {
+    // A transaction that has begun goes on as it began.
+    if (!durable_ && !inTransaction_)
+        durable_ = sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK;
+    return durable_ || inTransaction_;
+}
+
 bool ServiceDao::execute(const char* sql) {
     sqlite3* const open = connection();
     if (open == nullptr) return false;
@@ -109,10 +117,8 @@ bool ServiceDao::execute(const char* sql) {
         outcome_ = failure(kTooLong);
         return false;
     }
-    // A transaction that has begun goes on as it began.
     const bool done =
-        (inTransaction_ || sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK) &&
-        sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+        makeDurable(open) && sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     outcome_ = done ? Outcome{} : failureOf(open, path_);
     return done;
 }

@@ -130,6 +130,8 @@ class ServiceDao {
     bool isInPlace();
     // The same while a transaction is open: another connection would not be part of it.
     sqlite3* connectionOfTransaction();
+    // Sets up what a connection's statements need to be on the disk when they return.
+    bool makeDurable(sqlite3* open);
     // Carries the statement out and tells the outcome. sql: null when it could not be composed.
     bool execute(const char* sql);
     // The same; a failure is logged and closes the connection.
@@ -148,6 +150,7 @@ class ServiceDao {
     std::chrono::milliseconds patience_;
     Outcome outcome_;
     bool inTransaction_ = false;
+    bool durable_ = false;  // this connection
     std::function<Moment()> clock_ = momentNow;
     Moment moment_{};  // when the transaction was asked for
     std::unique_ptr<sqlite3, Close> db_;

@@ -47,8 +47,11 @@ inline constexpr std::string_view kRestoreMeasure =
 inline constexpr std::string_view kRestoreRecord =
     "INSERT INTO recordfrom VALUES ('%d', '%@', '%@', '%@', '%@', '%@', '%@', '%d', '%@', '%@')";
 
-// A statement ends when its rollback journal is gone for good. Deleted, as by default, it could come back
-// after a power cut and undo the statement; emptied, it is synchronised before the statement returns.
-inline constexpr const char* kDurable = "PRAGMA journal_mode = TRUNCATE";
+// A statement ends when its rollback journal counts no more, for good. Deleted, as by default, it could come
+// back after a power cut and undo the statement; here its head is overwritten and synchronised before the
+// statement returns. What it took of the disk stays for the next one, which then need not wait until the file
+// has grown again; of a large one no more than this is kept, in bytes.
+inline constexpr const char* kDurable =
+    "PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 65536";
 
 }  // namespace kestrix::storage

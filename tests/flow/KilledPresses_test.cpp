@@ -5,10 +5,10 @@
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <array>
+#include <fstream>
 #include <map>
 #include <random>
 #include <string>
@@ -74,6 +74,13 @@ void spin(unsigned long turns) {
     for (volatile unsigned long i = 0; i < turns;) i = i + 1;
 }
 
+// Whether there is a journal that must be rolled back: one that counts no more has its head overwritten.
+bool isInForce(const std::string& journal) {
+    std::ifstream file(journal, std::ios::binary);
+    char first = 0;
+    return file.get(first) && first != 0;
+}
+
 using Readings = std::map<std::string, std::string>;  // reading: name
 
 // What is only in the one, and only in the other.
@@ -110,7 +117,7 @@ TEST(KilledPresses, EveryPressThatHasReturnedIsInTheDatabase) {
         spin(random() % 10'000'000);
         presser.killNow();
         const long last = first + presser.acknowledged() - 1;
-        if (QFileInfo(QString::fromStdString(path + "-journal")).size() > 0) ++midway;
+        if (isInForce(path + "-journal")) ++midway;
 
         storage::Connection file(path);
         ASSERT_EQ(file.value("PRAGMA integrity_check"), "ok");

@@ -1,6 +1,7 @@
 // The power goes off at any moment: what the disk holds then still holds every row whose insert has returned.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -27,7 +28,21 @@ std::string contentOf(const std::string& path) {
     return content.str();
 }
 
-// What is on the disk for sure, and what is in the files: a power cut leaves each file as one or the other.
+// Half of the sectors have reached the disk, and perhaps the new size.
+std::string torn(const std::string& onDisk, const std::string& written, std::mt19937& random) {
+    constexpr std::size_t kSector = 512;
+    std::string left = onDisk;
+    left.resize(random() % 2 == 0 ? onDisk.size() : written.size());
+    const std::size_t both = std::min(left.size(), written.size());
+    for (std::size_t at = 0; at < both; at += kSector) {
+        const std::size_t length = std::min(kSector, both - at);
+        if (random() % 2 == 0) left.replace(at, length, written, at, length);
+    }
+    return left;
+}
+
+// What is on the disk for sure, and what is in the files: a power cut leaves each file as one or the other, or
+// something between.
 class Disk {
   public:
     void take(const FailingVfs::Event& event) {
@@ -43,6 +58,15 @@ class Disk {
             if (reached && fs::exists(path)) left[path] = contentOf(path);
             if (const auto found = onDisk_.find(path); !reached && found != onDisk_.end())
                 left.insert(*found);
+        }
+        return left;
+    }
+
+    Files tornByPowerCut(const std::string& database, std::mt19937& random) const {
+        Files left = onDisk_;
+        for (const std::string& path : {database, database + "-journal"}) {
+            if (fs::exists(path) && onDisk_.contains(path))
+                left[path] = torn(onDisk_.at(path), contentOf(path), random);
         }
         return left;
     }
@@ -70,6 +94,7 @@ class Durability : public StorageFixture {
         const auto addMoments = [&] {
             for (const unsigned chance : {0U, 2U, 4U})
                 moments.push_back({disk.afterPowerCut(path_, chance, random), acknowledged});
+            moments.push_back({disk.tornByPowerCut(path_, random), acknowledged});
         };
         vfs.observe([&](const FailingVfs::Event& event) {
             if (event.call == Call::Read || event.call == Call::Open) return;
@@ -164,6 +189,32 @@ TEST_F(Durability, NothingIsOnItsWayWhenAnOperationReturns) {
     ServiceDao(folder_).DeleteRecordFormData(1);
     expectAllOnDisk("DeleteRecordFormData");
     vfs.observe({});
+}
+
+// It need not grow anew for the next press, and keeps little of the disk.
+TEST_F(Durability, TheJournalStaysAndStaysSmall) {
+    constexpr std::uintmax_t kMost = 65536;
+    const auto journal = [this] { return fs::file_size(path_ + "-journal"); };
+    ServiceDao dao(folder_);
+    dao.createTable();
+    dao.addMeasureForm(measurement(1));
+    const std::uintmax_t ofOnePress = journal();
+    EXPECT_GT(ofOnePress, 0U);
+    dao.addMeasureForm(measurement(2));
+    EXPECT_EQ(journal(), ofOnePress);
+    dao.execSql(
+        "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 200) "
+        "INSERT INTO measurefrom (result, comments) SELECT 'large', zeroblob(2000) FROM n");
+    std::uintmax_t most = 0;
+    FailingVfs vfs;
+    ServiceDao another(folder_);
+    vfs.observe([&](const FailingVfs::Event& event) {
+        if (event.call == Call::Write) most = std::max(most, journal());
+    });
+    another.execSql("UPDATE measurefrom SET result = 'small'");
+    vfs.observe({});
+    EXPECT_GT(most, kMost);
+    EXPECT_EQ(journal(), kMost);
 }
 
 }  // namespace
