@@ -92,8 +92,8 @@ struct Way {
     std::vector<double> times;
 };
 
-// Each round inserts one row in every way, in an order by chance: what one leaves the disk to do, the next one
-// waits for. The time shown is ours; the counters are medians, in microseconds.
+// Each round inserts one row in every way, in an order by chance: what one leaves the disk to do, the next
+// one waits for. The time shown is ours; the counters are medians, in microseconds.
 void BM_durableInsert(benchmark::State& state) {
     std::array<Way, 5> ways;
     auto& [ours, pressed, bare, emptied, plain] = ways;

@@ -5,9 +5,11 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
-#include <memory>
+#include <array>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "apps/kestrix-cli/Verification.h"
 #include "display/Steps.h"
@@ -15,6 +17,7 @@
 #include "protocol/KV3820protocal.h"
 #include "storage/EvidenceChain.h"
 #include "storage/EvidenceHash.h"
+#include "storage/PreparedStatement.h"
 #include "storage/ServiceDao.h"
 #include "tests/support/FrameBuilder.h"
 
@@ -23,73 +26,116 @@ namespace {
 using namespace kestrix;
 
 constexpr int kMeasures = 1'000'000;
+constexpr int kOfARecord = 20;
 
-// On the disk that holds this program.
-const std::string& database() {
-    static const QTemporaryDir folder(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() +
-                                      QStringLiteral("/verification_bench_XXXXXX"));
-    static std::string path;
-    if (!path.empty()) return path;
-    path = folder.filePath(QStringLiteral("kestrix.sqlite")).toStdString();
-    storage::ServiceDao dao{platform::DocumentsFolder(folder.path())};
-    dao.createTable();
-    sqlite3* file = nullptr;
-    sqlite3_open(path.c_str(), &file);
-    sqlite3_exec(file, "PRAGMA synchronous = OFF; BEGIN", nullptr, nullptr, nullptr);
-    std::optional<storage::EvidenceChain> chain(file);
-    sqlite3_stmt* insert = nullptr;
-    sqlite3_prepare_v2(file,
-                       "INSERT INTO measurefrom VALUES (?, 0, ?, ?, ?, ?, '2024-06-03 09:08:07', ' ', '')",
-                       -1, &insert, nullptr);
-    display::Display display;
-    const live::ReadingSource source;
-    for (int i = 1; i <= kMeasures; ++i) {
-        protocol::KV3820protocal decoder;
-        decoder.initFromNSdata(testing::FrameBuilder(static_cast<char>('1' + i % 6))
-                                   .reading(1, static_cast<std::uint16_t>(i), 0)
-                                   .bytes());
-        display::recordCame(display, decoder.return3820data());
-        storage::MeasureData measure;
-        measure.dataName = "S_" + std::to_string(i);
-        measure.function = display.strfunction.value_or("");
-        measure.parameters = display.parameters;
-        measure.result = display.results;
-        measure.dateTime = "2024-06-03 09:08:07";
-        measure.comments = " ";
-        sqlite3_bind_int(insert, 1, i);
-        int column = 1;
-        for (const std::string* text :
-             {&measure.dataName, &measure.function, &measure.parameters, &measure.result})
-            sqlite3_bind_text(insert, ++column, text->c_str(), -1, SQLITE_TRANSIENT);
-        sqlite3_step(insert);
-        sqlite3_reset(insert);
-        storage::EvidenceRow row;
-        row.dataId = i;
-        row.identity = "019cb6f3-9e93-7a5b-8c1d-2e3f40516273";
-        row.measurement = storage::digestOf(measure);
-        row.evidence = source.evidenceOf(display.measured, false);
-        row.program = "kestrix";
-        chain->append(row);
+storage::MeasureData measurement(const display::Display& display, int number) {
+    storage::MeasureData measure;
+    measure.dataName = "S_" + std::to_string(number);
+    measure.function = display.strfunction.value_or("");
+    measure.parameters = display.parameters;
+    measure.result = display.results;
+    measure.dateTime = "2024-06-03 09:08:07";
+    measure.comments = " ";
+    return measure;
+}
+
+storage::EvidenceRow rowOf(storage::EvidenceEvent event, int dataId, const storage::MeasureData& measure) {
+    storage::EvidenceRow row;
+    row.event = event;
+    row.dataId = dataId;
+    row.measurement = storage::digestOf(measure);
+    row.program = "kestrix";
+    return row;
+}
+
+// A database of measurements with their evidence; filed: in test records as well.
+class Written {
+  public:
+    // On the disk that holds this program.
+    explicit Written(bool filed)
+        : folder_(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalPath() +
+                  QStringLiteral("/verification_bench_XXXXXX")) {
+        storage::ServiceDao(platform::DocumentsFolder(folder_.path())).createTable();
+        sqlite3_open(path().c_str(), &file_);
+        run("PRAGMA synchronous = OFF; BEGIN");
+        {
+            storage::EvidenceChain chain(file_);
+            for (int first = 1; first <= kMeasures; first += kOfARecord) add(chain, first, filed);
+        }
+        run("COMMIT");
+        sqlite3_close(file_);
     }
-    chain.reset();
-    sqlite3_finalize(insert);
-    sqlite3_exec(file, "COMMIT", nullptr, nullptr, nullptr);
-    sqlite3_close(file);
+    std::string path() const { return folder_.filePath(QStringLiteral("kestrix.sqlite")).toStdString(); }
+
+  private:
+    void run(const std::string& sql) { sqlite3_exec(file_, sql.c_str(), nullptr, nullptr, nullptr); }
+    void add(storage::EvidenceChain& chain, int first, bool filed) {
+        std::vector<storage::MeasureData> measures;
+        for (int i = first; i < first + kOfARecord; ++i) {
+            protocol::KV3820protocal decoder;
+            decoder.initFromNSdata(testing::FrameBuilder(static_cast<char>('1' + i % 6))
+                                       .reading(1, static_cast<std::uint16_t>(i), 0)
+                                       .bytes());
+            display::recordCame(display_, decoder.return3820data());
+            storage::MeasureData measure = measurement(display_, i);
+            storage::EvidenceRow row = rowOf(storage::EvidenceEvent::Recorded, i, measure);
+            row.identity = "019cb6f3-9e93-7a5b-8c1d-2e3f40516273";
+            row.evidence = source_.evidenceOf(display_.measured, false);
+            chain.append(row);
+            if (filed) {
+                measure.recordId = first / kOfARecord + 1;
+                measure.recordName = "House";
+            }
+            insert(i, measure);
+            measures.push_back(std::move(measure));
+        }
+        if (!filed) return;
+        run("INSERT INTO recordfrom (projectname, samples) VALUES ('House', " + std::to_string(kOfARecord) +
+            ")");
+        for (int i = 0; i < kOfARecord; ++i) {
+            storage::EvidenceRow row = rowOf(storage::EvidenceEvent::Filed, first + i, measures[i]);
+            chain.append(row);
+        }
+    }
+    void insert(int number, const storage::MeasureData& measure) {
+        const storage::Prepared statement =
+            storage::prepare(file_, "INSERT INTO measurefrom VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)");
+        sqlite3_bind_int(statement.get(), 1, number);
+        sqlite3_bind_int64(statement.get(), 2, measure.recordId);
+        int column = 2;
+        for (const std::string* text :
+             {&measure.dataName, &measure.function, &measure.parameters, &measure.result, &measure.dateTime,
+              &measure.comments, &measure.recordName})
+            sqlite3_bind_text(statement.get(), ++column, text->c_str(), -1, SQLITE_TRANSIENT);
+        sqlite3_step(statement.get());
+    }
+
+    QTemporaryDir folder_;
+    sqlite3* file_ = nullptr;
+    display::Display display_;
+    live::ReadingSource source_;
+};
+
+const std::string& database(bool filed) {
+    static std::array<std::string, 2> paths;
+    static std::array<std::optional<Written>, 2> written;
+    std::string& path = paths.at(filed ? 1 : 0);
+    if (path.empty()) path = written.at(filed ? 1 : 0).emplace(filed).path();
     return path;
 }
 
 void BM_verifyAMillion(benchmark::State& state) {
-    const std::string& path = database();
+    const std::string& path = database(state.range(0) != 0);
     for (auto _ : state) {
         const cli::Verification result = cli::verifyDatabase(path);
         if (!result.isClean() || result.derived != kMeasures) state.SkipWithError("not as it was stored");
     }
 }
-BENCHMARK(BM_verifyAMillion)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK(BM_verifyAMillion)->ArgName("filed")->Arg(0)->Arg(1)->Unit(benchmark::kSecond)->Iterations(1);
 
 // The baseline.
 void BM_readBothTables(benchmark::State& state) {
-    const std::string& path = database();
+    const std::string& path = database(state.range(0) != 0);
     for (auto _ : state) {
         sqlite3* file = nullptr;
         sqlite3_open_v2(path.c_str(), &file, SQLITE_OPEN_READONLY, nullptr);
@@ -105,7 +151,7 @@ void BM_readBothTables(benchmark::State& state) {
         sqlite3_close(file);
     }
 }
-BENCHMARK(BM_readBothTables)->Unit(benchmark::kSecond)->Iterations(1);
+BENCHMARK(BM_readBothTables)->ArgName("filed")->Arg(0)->Arg(1)->Unit(benchmark::kSecond)->Iterations(1);
 
 }  // namespace
 

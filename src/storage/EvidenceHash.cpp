@@ -1,11 +1,11 @@
 #include "storage/EvidenceHash.h"
 
-#include <QCryptographicHash>
+#include <QByteArray>
 
-#include <algorithm>
 #include <initializer_list>
 
 #include "storage/CanonicalFields.h"
+#include "storage/Sha256Sum.h"
 
 namespace kestrix::storage {
 namespace {
@@ -15,11 +15,9 @@ constexpr std::size_t kFrameLength = 36;
 }  // namespace
 
 Sha256 sha256(std::string_view bytes) {
-    const QByteArray hash = QCryptographicHash::hash(
-        QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())), QCryptographicHash::Sha256);
-    Sha256 result{};
-    std::copy_n(hash.begin(), result.size(), result.begin());
-    return result;
+    Sha256Sum sum;
+    sum.add(bytes);
+    return sum.value();
 }
 
 Sha256 digestOf(const MeasureData& measure) {

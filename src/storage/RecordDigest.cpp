@@ -1,7 +1,5 @@
 #include "storage/RecordDigest.h"
 
-#include <algorithm>
-
 #include "storage/CanonicalFields.h"
 #include "storage/EvidenceHash.h"
 
@@ -17,7 +15,7 @@ RecordDigest::RecordDigest(const RecordData& record) {
     appendField(form, record.samples);
     appendField(form, record.serial);
     appendField(form, record.projectName);
-    take(form);
+    sum_.add(form);
 }
 
 void RecordDigest::add(const MeasureData& measure, const std::optional<EvidenceRow>& recorded) {
@@ -25,18 +23,7 @@ void RecordDigest::add(const MeasureData& measure, const std::optional<EvidenceR
     appendField(form, measure.dataId);
     appendField(form, bytesOf(digestOf(measure)));
     appendField(form, recorded ? bytesOf(recorded->hash) : std::string_view());
-    take(form);
-}
-
-void RecordDigest::take(const std::string& form) {
-    hash_.addData(QByteArrayView(form.data(), static_cast<qsizetype>(form.size())));
-}
-
-Sha256 RecordDigest::value() const {
-    const QByteArray bytes = hash_.result();
-    Sha256 value{};
-    std::copy_n(bytes.begin(), value.size(), value.begin());
-    return value;
+    sum_.add(form);
 }
 
 }  // namespace kestrix::storage

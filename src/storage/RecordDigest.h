@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QCryptographicHash>
-
 #include <optional>
 
 #include "storage/Evidence.h"
 #include "storage/MeasureData.h"
 #include "storage/RecordData.h"
+#include "storage/Sha256Sum.h"
 
 namespace kestrix::storage {
 
@@ -18,12 +17,10 @@ class RecordDigest {
 
     // By ascending identity. recorded: none where there is no evidence of it.
     void add(const MeasureData& measure, const std::optional<EvidenceRow>& recorded);
-    Sha256 value() const;
+    Sha256 value() const { return sum_.value(); }
 
   private:
-    void take(const std::string& form);
-
-    QCryptographicHash hash_{QCryptographicHash::Sha256};
+    Sha256Sum sum_;
 };
 
 }  // namespace kestrix::storage

@@ -117,8 +117,7 @@ bool ServiceDao::execute(const char* sql) {
         outcome_ = failure(kTooLong);
         return false;
     }
-    const bool done =
-        makeDurable(open) && sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    const bool done = makeDurable(open) && sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
     outcome_ = done ? Outcome{} : failureOf(open, path_);
     return done;
 }

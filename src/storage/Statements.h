@@ -51,7 +51,6 @@ inline constexpr std::string_view kRestoreRecord =
 // back after a power cut and undo the statement; here its head is overwritten and synchronised before the
 // statement returns. What it took of the disk stays for the next one, which then need not wait until the file
 // has grown again; of a large one no more than this is kept, in bytes.
-inline constexpr const char* kDurable =
-    "PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 65536";
+inline constexpr const char* kDurable = "PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 65536";
 
 }  // namespace kestrix::storage

@@ -41,8 +41,8 @@ std::string torn(const std::string& onDisk, const std::string& written, std::mt1
     return left;
 }
 
-// What is on the disk for sure, and what is in the files: a power cut leaves each file as one or the other, or
-// something between.
+// What is on the disk for sure, and what is in the files: a power cut leaves each file as one or the other,
+// or something between.
 class Disk {
   public:
     void take(const FailingVfs::Event& event) {
