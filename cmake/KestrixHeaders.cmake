@@ -2,6 +2,11 @@
 # libraries went into reading Qt's and the standard library's again for each. Every source still includes what it needs: the preset
 # `dev` builds without this.
 
+# In clang's memory of headers stands when they were written, which would make it another one for the compiler cache in each copy of the tree.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+endif()
+
 # kestrix_read_qt_once(TARGET...): for targets on Qt's core, whatever of Qt they use besides.
 function(kestrix_read_qt_once)
   foreach(target IN LISTS ARGN)

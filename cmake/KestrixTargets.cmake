@@ -86,6 +86,8 @@ function(kestrix_test target)
   endif()
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
+  # Of constants that stand in lists.
+  target_compile_options(${target} PRIVATE -Wno-sign-conversion)
   # At the end: the folders under src/ name tests of theirs before the headers are there.
   cmake_language(EVAL CODE
     "cmake_language(DEFER DIRECTORY \${PROJECT_SOURCE_DIR} CALL _kestrix_read_quickly ${target})")

@@ -22,8 +22,6 @@ endif()
 if(KESTRIX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  # The instrumentation makes the compiler see uninitialised members inside the standard library.
-  list(APPEND KESTRIX_WARNINGS -Wno-maybe-uninitialized)
 endif()
 if(KESTRIX_COVERAGE)
   add_compile_options(--coverage)

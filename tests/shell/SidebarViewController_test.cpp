@@ -56,7 +56,8 @@ class Sidebar : public ::testing::Test {
 
 TEST_F(Sidebar, IsTheSharedContainerFromItsLoadToItsEnd) {
     EXPECT_EQ(SidebarViewController::share(), nullptr);
-    EXPECT_EQ(SidebarViewController::share(), &open());
+    const SidebarViewController* const opened = &open();
+    EXPECT_EQ(SidebarViewController::share(), opened);
     EXPECT_EQ(SideBarContainer::share(), &*container_);
     container_.reset();
     EXPECT_EQ(SidebarViewController::share(), nullptr);

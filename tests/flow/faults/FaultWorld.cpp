@@ -93,7 +93,7 @@ class FaultWorld::CountingListener final : public platform::Listener {
     std::unique_ptr<platform::Listener> listener_ = link::makeFrameListener();
 };
 
-FaultWorld::FaultWorld(Kind kind, std::unique_ptr<FarEnd> farEnd) : kind_(kind), farEnd_(std::move(farEnd)) {
+FaultWorld::FaultWorld(std::unique_ptr<FarEnd> farEnd) : farEnd_(std::move(farEnd)) {
     farEnd_->lines = &ears_->lines;
     resetProcessState();
     storage::ServiceDao(services_.documents).createTable();
@@ -328,8 +328,8 @@ void FaultWorld::comesBack(Return way, const Bytes& first) {
     expect(Link::Connected, next);
 }
 
-void FaultWorld::expect(Link link, const Bytes& records, std::source_location at) {
-    const ::testing::ScopedTrace trace(at.file_name(), static_cast<int>(at.line()), "looked at here");
+void FaultWorld::expect(Link link, const Bytes& records, const char* file, int line) {
+    const ::testing::ScopedTrace trace(file, line, "looked at here");
     expectLink(link);
     const auto expected = readingsOf(records);
     expectRecords(expected);

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <source_location>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,7 +26,7 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
     using Milliseconds = std::chrono::milliseconds;
     static constexpr std::size_t kRecordedFrames = 2;
 
-    FaultWorld(Kind kind, std::unique_ptr<FarEnd> farEnd);
+    explicit FaultWorld(std::unique_ptr<FarEnd> farEnd);
     FaultWorld(const FaultWorld&) = delete;
     FaultWorld& operator=(const FaultWorld&) = delete;
     ~FaultWorld() override;
@@ -85,8 +84,8 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
 
     // The link state shown; the records delivered since the last look, which are those that somebody else
     // reads out of these bytes; and the session list, in the window and in the database, as it was recorded.
-    void expect(Link link, const Bytes& records = {},
-                std::source_location at = std::source_location::current());
+    void expect(Link link, const Bytes& records = {}, const char* file = __builtin_FILE(),
+                int line = __builtin_LINE());
     void expectRecords(const std::vector<protocol::MeterReading>& expected);
     // Of the search for the tester, for rows about a failing dial.
     platform::FailedStep failedStep() const { return source_->failedStep(); }
@@ -118,7 +117,6 @@ class FaultWorld final : public link::BusinessCommunicationDelegate {
     std::vector<std::string> listRows() const;
     std::vector<std::string> databaseRows() const;
 
-    Kind kind_;
     std::shared_ptr<Ears> ears_ = std::make_shared<Ears>();
     std::unique_ptr<FarEnd> farEnd_;
     std::vector<std::unique_ptr<FarEnd>> others_;

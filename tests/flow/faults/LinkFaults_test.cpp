@@ -23,7 +23,7 @@ class LinkFault : public ::testing::Test {
     void TestBody() override {
         const Bytes capture =
             frameOf(1) + frameOf(2) + (fault_.capture != nullptr ? fault_.capture() : Bytes());
-        FaultWorld world(kind_, makeFarEnd(kind_, capture, std::string(kTwoFrames) + fault_.scenario));
+        FaultWorld world(makeFarEnd(kind_, capture, std::string(kTwoFrames) + fault_.scenario));
         ASSERT_NO_FATAL_FAILURE(world.begin());
         fault_.script(world);
     }
