@@ -71,15 +71,16 @@ function(_kestrix_compile_plainly target)
   endif()
 endfunction()
 
-# kestrix_test(NAME [GUI] [ONE_PROCESS] [PROGRAMS] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
+# kestrix_test(NAME [GUI] [ONE_PROCESS] [PROGRAMS] [LONG] SOURCES a_test.cpp... LINK lib...): one program of tests; each test is known to ctest
 # by name. GUI: with fonts and windows, though without a display. ONE_PROCESS: ctest knows the program only, because what its tests share is
 # dear to make. SHARDS: into how many processes the tests of a GUI program are divided under the sanitizers, where each program runs
-# in one otherwise. PROGRAMS: they start our programs, whose builds the short run under the sanitizers leaves out.
+# in one otherwise. PROGRAMS: they start our programs, whose builds the short run under the sanitizers leaves out. LONG: a test of
+# them takes long; like whole programs they begin before the others, so that nobody waits for one at the end.
 function(kestrix_test target)
   if(NOT KESTRIX_TESTS)
     return()
   endif()
-  cmake_parse_arguments(A "GUI;ONE_PROCESS;PROGRAMS" "SHARDS" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(A "GUI;ONE_PROCESS;PROGRAMS;LONG" "SHARDS" "SOURCES;LINK" ${ARGN})
   set(main kestrix_test_main)
   if(A_GUI)
     set(main kestrix_gui_test_main)
@@ -103,19 +104,23 @@ function(kestrix_test target)
   else()
     set_property(GLOBAL APPEND PROPERTY KESTRIX_LIBRARY_TESTS ${target})
   endif()
+  set(first COST 1000)
   if(A_SHARDS AND KESTRIX_SANITIZE)
     math(EXPR last "${A_SHARDS} - 1")
     foreach(shard RANGE ${last})
       add_test(NAME ${target}.${shard} COMMAND ${target})
-      set_tests_properties(${target}.${shard} PROPERTIES TIMEOUT 600
+      set_tests_properties(${target}.${shard} PROPERTIES TIMEOUT 600 ${first}
         ENVIRONMENT "GTEST_TOTAL_SHARDS=${A_SHARDS};GTEST_SHARD_INDEX=${shard}")
     endforeach()
   elseif(A_ONE_PROCESS OR (A_GUI AND KESTRIX_SANITIZE))
     # Under the sanitizers the start of one with fonts and windows costs more than most tests.
     add_test(NAME ${target} COMMAND ${target})
-    set_tests_properties(${target} PROPERTIES TIMEOUT 600 ${labels})
+    set_tests_properties(${target} PROPERTIES TIMEOUT 600 ${first} ${labels})
   else()
-    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 900 ${labels})
+    if(NOT A_LONG)
+      set(first "")
+    endif()
+    gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 900 ${first} ${labels})
   endif()
 endfunction()
 

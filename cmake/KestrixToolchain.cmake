@@ -22,6 +22,8 @@ endif()
 if(KESTRIX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  # For tests that repeat much, or measure memory.
+  add_compile_definitions(KESTRIX_SANITIZE)
 endif()
 if(KESTRIX_COVERAGE)
   add_compile_options(--coverage)

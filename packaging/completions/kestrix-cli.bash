@@ -27,7 +27,7 @@ _kestrix_cli_uri() {
             ;;
         *)
             compopt -o nospace 2>/dev/null
-            _kestrix_cli_words 'bluetooth: serial: tcp:// replay: simulator:' "$1"
+            _kestrix_cli_words '@KINDS@' "$1"
             ;;
     esac
 }

@@ -13,7 +13,7 @@ function __kestrix_cli_uris
                 echo $scheme:$path
             end
         case '*'
-            printf '%s\n' bluetooth: serial: tcp:// replay: simulator: simulator:(__kestrix_cli_scenarios)
+            printf '%s\n' @KINDS@ simulator:(__kestrix_cli_scenarios)
     end
 end
 

@@ -22,7 +22,7 @@ _kestrix() {
                 serial:* | replay:* | simulator:*) _kestrix_paths -f "${cur#*:}" "${cur%%:*}:" ;;
                 *)
                     compopt -o nospace 2>/dev/null
-                    COMPREPLY=($(compgen -W 'bluetooth: serial: tcp:// replay: simulator:' -- "$cur"))
+                    COMPREPLY=($(compgen -W '@KINDS@' -- "$cur"))
                     ;;
             esac
             # What stands before the last colon is on the line already.

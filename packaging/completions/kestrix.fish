@@ -9,7 +9,7 @@ function __kestrix_uris
                 echo $scheme:$path
             end
         case '*'
-            printf '%s\n' bluetooth: serial: tcp:// replay: simulator:
+            printf '%s\n' @KINDS@
     end
 end
 

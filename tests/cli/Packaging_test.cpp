@@ -136,7 +136,8 @@ INSTANTIATE_TEST_SUITE_P(Documents, WindowPackaging, ::testing::ValuesIn(kWindow
 Words offeredByBash(const std::string& line, const std::string& program = "kestrix-cli") {
     const auto offered = outputOf(
         "PATH=" KESTRIX_BINARY_DIR "/bin:$PATH LINE='" + line +
-        "' bash -c 'cd " KESTRIX_SOURCE_DIR "/packaging && . completions/" + program +
+        "' bash -c 'cd " KESTRIX_SOURCE_DIR "/packaging && . " KESTRIX_BINARY_DIR "/packaging/completions/" +
+        program +
         ".bash && COMP_LINE=$LINE && "
         "COMP_POINT=${#LINE} && _" +
         std::regex_replace(program, std::regex("-"), "_") + " && printf \"%s\\n\" \"${COMPREPLY[@]}\"'");

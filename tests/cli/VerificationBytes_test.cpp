@@ -63,7 +63,7 @@ class ChangedBytes : public VerificationBytes,
                      public ::testing::WithParamInterface<std::tuple<int, std::size_t>> {};
 
 constexpr std::size_t kParts = 3;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
 constexpr std::size_t kStep = 17;  // each takes several times as long
 #else
 constexpr std::size_t kStep = 1;

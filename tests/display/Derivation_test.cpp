@@ -16,7 +16,7 @@ namespace {
 using Frame = protocol::FrameBytes;
 using testing::FrameBuilder;
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
 constexpr int kFrames = 20'000;  // each takes several times as long
 #else
 constexpr int kFrames = 1'000'000;

@@ -30,7 +30,7 @@ using testing::FrameBuilder;
 using Random = std::mt19937;
 using Time = platform::Scheduler::TimePoint;
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
 constexpr int kSequences = 2'000;  // each takes several times as long
 #else
 constexpr int kSequences = 10'000;

@@ -136,7 +136,7 @@ TEST_F(SimulatedRoad, TheSameSeedGivesTheSameRecords) {
 
 // The long one is a program of its own (bench/soak); this one shows on every change that nothing piles up.
 TEST_F(SimulatedRoad, ManyFramesLeaveTheMemoryAsItWas) {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
     constexpr std::size_t kFrames = 100'000;  // each takes several times as long
 #else
     constexpr std::size_t kFrames = 1'000'000;

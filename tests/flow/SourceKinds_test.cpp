@@ -42,23 +42,30 @@ TEST(SourceKinds, EveryPageTellsOfExactlyTheKindsThereAre) {
     const ToldIn pages[] = {
         {"docs/command-line.md", "\n\\| `([a-z]+):"},
         {"packaging/kestrix-cli.1", "\n\\.It Li ([a-z]+):"},
-        {"packaging/completions/kestrix-cli.bash", "_kestrix_cli_words '([a-z]+):"},
-        {"packaging/completions/_kestrix-cli", "schemes=\\(([a-z]+):"},
-        {"packaging/completions/kestrix-cli.fish", "printf '%s\\\\n' ([a-z]+):"},
+        {"packaging/completions/kinds", "([a-z]+):"},
     };
     for (const ToldIn& page : pages) {
         const std::string text = pageText(kProject / page.path);
-        std::set<std::string> told = schemesIn(text, page.schemes);
-        // Where they stand in one line, the first was found: the rest of that line follows.
-        if (told.size() == 1 && std::string(page.path).find("completions") != std::string::npos) {
-            const std::string first = *told.begin() + ":";
-            const std::size_t at = text.find(first + " ");
-            ASSERT_NE(at, std::string::npos) << page.path;
-            const std::string line = text.substr(at, text.find_first_of("')\n(", at) - at);
-            told = schemesIn(line, "([a-z]+):");
-        }
+        const std::set<std::string> told = schemesIn(text, page.schemes);
         EXPECT_EQ(told, kinds) << page.path;
     }
+}
+
+// What is installed: none has a list of its own.
+TEST(SourceKinds, EveryCompletionOffersTheKindsOfOneList) {
+    std::string list = pageText(kProject / "packaging/completions/kinds");
+    list.pop_back();
+    int files = 0;
+    for (const auto& file :
+         std::filesystem::directory_iterator(KESTRIX_BINARY_DIR "/packaging/completions")) {
+        const std::string text = pageText(file.path());
+        const std::size_t at = text.find(list);
+        EXPECT_NE(at, std::string::npos) << file.path();
+        EXPECT_EQ(text.find("bluetooth:", at + list.size()), std::string::npos) << file.path();
+        EXPECT_EQ(text.rfind("bluetooth:", at - 1), std::string::npos) << file.path();
+        ++files;
+    }
+    EXPECT_EQ(files, 6);
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <iterator>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
 extern "C" std::size_t
 __sanitizer_get_current_allocated_bytes();  // its header does not come with every compiler
 #endif
@@ -18,7 +18,7 @@ std::size_t openDescriptors() {
 }
 
 std::size_t allocatedBytes() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KESTRIX_SANITIZE
     return __sanitizer_get_current_allocated_bytes();
 #else
     const struct mallinfo2 info = mallinfo2();
