@@ -2,7 +2,7 @@
 # libraries went into reading Qt's and the standard library's again for each. Every source still includes what it needs: the preset
 # `dev` builds without this.
 
-# In clang's memory of headers stands when they were written, which would make it another one for the compiler cache in each copy of the tree.
+# In clang's memory of headers stands when they were written: for the compiler cache it would be another one in each new build folder.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
 endif()

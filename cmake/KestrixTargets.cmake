@@ -87,7 +87,7 @@ function(kestrix_test target)
   endif()
   add_executable(${target} ${A_SOURCES})
   _kestrix_common(${target})
-  # Of constants that stand in lists.
+  # By -Wconversion clang, unlike g++, warns of every constant character or flag of Qt in a list of numbers.
   target_compile_options(${target} PRIVATE -Wno-sign-conversion)
   # At the end: the folders under src/ name tests of theirs before the headers are there.
   cmake_language(EVAL CODE

@@ -51,7 +51,6 @@ void ServiceDao::setPatience(std::chrono::milliseconds patience) {
 void ServiceDao::closeConnection() {
     chain_.reset();
     search_.reset();
-    durable_ = false;
     db_.reset();
 }
 
@@ -103,21 +102,20 @@ sqlite3* ServiceDao::connectionOfTransaction() {
     return nullptr;
 }
 
-bool ServiceDao::makeDurable(sqlite3* open) {
-    // A transaction that has begun goes on as it began.
-    if (!durable_ && !inTransaction_)
-        durable_ = sqlite3_exec(open, kDurable, nullptr, nullptr, nullptr) == SQLITE_OK;
-    return durable_ || inTransaction_;
-}
-
-bool ServiceDao::execute(const char* sql) {
+bool ServiceDao::execute(const char* sql, const char* setup) {
     sqlite3* const open = connection();
     if (open == nullptr) return false;
     if (sql == nullptr) {
         outcome_ = failure(kTooLong);
         return false;
     }
-    const bool done = makeDurable(open) && sqlite3_exec(open, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
+    const auto carriesOut = [open](const char* statement) {
+        return sqlite3_exec(open, statement, nullptr, nullptr, nullptr) == SQLITE_OK;
+    };
+    // A transaction that has begun goes on as it began. Another program may have set the file up otherwise
+    // since the last one.
+    const bool done = (inTransaction_ || carriesOut(kDurable)) && (setup == nullptr || carriesOut(setup)) &&
+                      carriesOut(sql);
     outcome_ = done ? Outcome{} : failureOf(open, path_);
     return done;
 }
@@ -134,7 +132,7 @@ void ServiceDao::runInsert(const char* sql) {
 }
 
 void ServiceDao::runDelete(std::string_view text, std::int64_t id) {
-    execute(statementText(text, {id}).get());
+    execute(statementText(text, {id}).get(), kForgetful);
 }
 
 template <class Read>

@@ -130,10 +130,9 @@ class ServiceDao {
     bool isInPlace();
     // The same while a transaction is open: another connection would not be part of it.
     sqlite3* connectionOfTransaction();
-    // Sets up what a connection's statements need to be on the disk when they return.
-    bool makeDurable(sqlite3* open);
-    // Carries the statement out and tells the outcome. sql: null when it could not be composed.
-    bool execute(const char* sql);
+    // Carries the statement out and tells the outcome. sql: null when it could not be composed. setup: of the
+    // connection, for this transaction.
+    bool execute(const char* sql, const char* setup = nullptr);
     // The same; a failure is logged and closes the connection.
     bool run(const char* sql);
     void runInsert(const char* sql);
@@ -150,7 +149,6 @@ class ServiceDao {
     std::chrono::milliseconds patience_;
     Outcome outcome_;
     bool inTransaction_ = false;
-    bool durable_ = false;  // this connection
     std::function<Moment()> clock_ = momentNow;
     Moment moment_{};  // when the transaction was asked for
     std::unique_ptr<sqlite3, Close> db_;

@@ -52,5 +52,8 @@ inline constexpr std::string_view kRestoreRecord =
 // statement returns. What it took of the disk stays for the next one, which then need not wait until the file
 // has grown again; of a large one no more than this is kept, in bytes.
 inline constexpr const char* kDurable = "PRAGMA journal_mode = PERSIST; PRAGMA journal_size_limit = 65536";
+// Before what deletes: the journal is emptied with it, so that of what was deleted nothing stays there
+// either.
+inline constexpr const char* kForgetful = "PRAGMA journal_size_limit = 0";
 
 }  // namespace kestrix::storage

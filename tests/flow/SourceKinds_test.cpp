@@ -66,6 +66,11 @@ TEST(SourceKinds, EveryCompletionOffersTheKindsOfOneList) {
         ++files;
     }
     EXPECT_EQ(files, 6);
+    for (const auto& file : std::filesystem::directory_iterator(kProject / "packaging/completions")) {
+        const std::string text = pageText(file.path());
+        if (file.path().filename() != "kinds")
+            EXPECT_NE(text.find("@KINDS@"), std::string::npos) << file.path();
+    }
 }
 
 }  // namespace

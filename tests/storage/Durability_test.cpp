@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "storage/ServiceDao.h"
+#include "storage/Transaction.h"
 #include "tests/storage/StorageFixture.h"
 #include "tests/support/FailingVfs.h"
 
@@ -157,6 +158,26 @@ TEST_F(Durability, APowerCutAtAnyMomentLeavesNoMeasurementWithoutItsEvidenceNorT
     }
 }
 
+// What a large one leaves behind the end of the next journal is not rolled back.
+TEST_F(Durability, APowerCutAtAnyMomentOfLargeAndSmallStatementsByTurnsLosesNoRow) {
+    const std::vector<PowerCut> moments = momentsOfInserts(5, [](ServiceDao& dao,
+                                                                 const MeasureData& measure) {
+        dao.addMeasureForm(measure);
+        dao.execSql("PRAGMA cache_size = 3");  // a large one writes before its end, and heads more than once
+        dao.execSql("UPDATE measurefrom SET comments = hex(zeroblob(2000 * (1 + dataId % 3)))");
+    });
+    EXPECT_GT(moments.size(), 400U);
+    FailingVfs quick;
+    quick.skipSyncs();
+    for (const PowerCut& moment : moments) {
+        Connection file = restarted(moment);
+        if (moment.acknowledged == 0) continue;  // perhaps no table yet
+        const auto names = file.rows("SELECT dataName FROM measurefrom ORDER BY dataId");
+        ASSERT_GE(names.size(), static_cast<std::size_t>(moment.acknowledged));
+        ASSERT_LE(names.size(), static_cast<std::size_t>(moment.acknowledged) + 1);
+    }
+}
+
 // What is still on its way to the disk when an operation returns.
 TEST_F(Durability, NothingIsOnItsWayWhenAnOperationReturns) {
     std::map<std::string, bool> pending;
@@ -215,6 +236,50 @@ TEST_F(Durability, TheJournalStaysAndStaysSmall) {
     vfs.observe({});
     EXPECT_GT(most, kMost);
     EXPECT_EQ(journal(), kMost);
+}
+
+TEST_F(Durability, OfWhatWasDeletedNothingStaysInTheJournal) {
+    const auto isKept = [this](const char* text) {
+        return contentOf(path_).find(text) != std::string::npos ||
+               contentOf(path_ + "-journal").find(text) != std::string::npos;
+    };
+    ServiceDao dao(folder_);
+    dao.createTable();
+    RecordData record = testRecord();
+    record.addres = "12 Example Street";
+    dao.addRecordForm(record);
+    MeasureData measure = measurement(1);
+    measure.comments = "behind the boiler";
+    dao.addMeasureForm(measure);
+    dao.addMeasureForm(measurement(2));
+    ASSERT_TRUE(isKept("12 Example Street"));
+    {
+        Transaction deleting(dao);
+        dao.DeleteRecordFormData(1);
+        dao.DeleteMeasureFormData(1);
+        EXPECT_TRUE(deleting.commit());
+    }
+    EXPECT_FALSE(isKept("12 Example Street"));
+    EXPECT_FALSE(isKept("behind the boiler"));
+    EXPECT_EQ(fs::file_size(path_ + "-journal"), 0U);
+    dao.addMeasureForm(measure);
+    const std::int64_t again = dao.lastOutcome().identity;
+    EXPECT_GT(fs::file_size(path_ + "-journal"), 0U);
+    dao.addMeasureForm(measurement(3));
+    dao.DeleteMeasureFormData(again);
+    EXPECT_FALSE(isKept("behind the boiler"));
+}
+
+TEST_F(Durability, AnotherProgramsJournalLastsForOneStatement) {
+    const auto mode = [this] { return Connection(path_).value("PRAGMA journal_mode"); };
+    ServiceDao dao(folder_);
+    dao.createTable();
+    dao.addMeasureForm(measurement(1));
+    Connection(path_).run("PRAGMA journal_mode = WAL");
+    dao.addMeasureForm(measurement(2));
+    dao.addMeasureForm(measurement(3));
+    EXPECT_EQ(mode(), "delete");  // of a connection that asks for none: no log
+    EXPECT_EQ(dao.findMeasureForm(true).size(), 3U);
 }
 
 }  // namespace
