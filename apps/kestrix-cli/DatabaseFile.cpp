@@ -1,6 +1,7 @@
 #include "apps/kestrix-cli/DatabaseFile.h"
 
 #include <sqlite3.h>
+#include <unistd.h>
 
 #include <utility>
 
@@ -17,6 +18,13 @@ constexpr int kLockPatience = 5000;  // milliseconds, with a lock of another pro
 constexpr const char* kLeftJournal =
     "a process was killed while it wrote: the next start of kestrix, or any command that writes, undoes what "
     "it left half done";
+
+// Whether it counts stands in it.
+std::string whyJournalIsNotRead(const std::string& path) {
+    const std::string journal = path + "-journal";
+    if (access(journal.c_str(), R_OK) == 0) return {};
+    return app::printable("its journal may not be read by this user: " + journal);
+}
 
 }  // namespace
 
@@ -55,7 +63,10 @@ bool DatabaseFile::readTogether(const std::function<bool()>& read) {
 
 // An object's name in it may be anything.
 std::string DatabaseFile::failure() const {
-    if (sqlite3_extended_errcode(connection()) == SQLITE_READONLY_ROLLBACK) return kLeftJournal;
+    if (sqlite3_extended_errcode(connection()) == SQLITE_READONLY_ROLLBACK) {
+        const std::string why = whyJournalIsNotRead(path_);
+        return why.empty() ? kLeftJournal : why;
+    }
     return app::printable(storage::failureOf(connection(), path_).reason);
 }
 

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <string_view>
 
@@ -124,6 +126,33 @@ TEST_F(VerificationFile, WhoseRowsLeadRoundInACircleIsDamaged) {
     ASSERT_GT(mended, 0U);
     write(content);
     EXPECT_THAT(complaint(), HasSubstr("it is damaged: its rows do not follow each other"));
+}
+
+TEST_F(VerificationFile, WhoseJournalMayNotBeReadIsSaidToBeSo) {
+    recordSome(2);
+    ASSERT_EQ(chmod(folder_.path().toStdString().c_str(), 0755), 0);
+    ASSERT_EQ(chmod(path_.c_str(), 0644), 0);
+    ASSERT_EQ(chmod((path_ + "-journal").c_str(), 0), 0);
+    // Of a user whom rights bind, also where the tests run as root.
+    constexpr uid_t kNobody = 65534;
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        if (geteuid() == 0 && setuid(kNobody) != 0) _exit(1);
+        const std::string problem = verifyDatabase(path_).problem;
+        _exit(::write(ends[1], problem.data(), problem.size()) == static_cast<ssize_t>(problem.size()) ? 0
+                                                                                                       : 1);
+    }
+    close(ends[1]);
+    std::array<char, 4096> problem{};
+    const ssize_t length = read(ends[0], problem.data(), problem.size());
+    close(ends[0]);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(std::string(problem.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))),
+              "its journal may not be read by this user: " + path_ + "-journal");
 }
 
 TEST_F(VerificationFile, WithTheJournalOfAKilledProcessIsSaidToBeSo) {

@@ -80,6 +80,31 @@ TEST_F(BuildScripts, AUsersBuildDoesNotFailOnAWarningAndTheChecksDo) {
     EXPECT_NE(checked.output.find("warns.cpp:1:34: error: "), std::string::npos) << checked.output;
 }
 
+TEST_F(BuildScripts, OtherPresetsAreConfiguredAfresh) {
+    const auto presets = [](const char* compiler, const char* flags) {
+        return QByteArray(
+                   "{\"version\": 6, \"configurePresets\": [{\"name\": \"release\", \"generator\": "
+                   "\"Ninja\", \"binaryDir\": \"${sourceDir}/build/release\", \"cacheVariables\": "
+                   "{\"CMAKE_CXX_COMPILER\": \"") +
+               compiler + "\", \"CMAKE_CXX_FLAGS\": \"" + flags +
+               "\"}}], \"buildPresets\": [{\"name\": \"release\", \"configurePreset\": \"release\"}]}\n";
+    };
+    write(QStringLiteral("CMakeLists.txt"),
+          "cmake_minimum_required(VERSION 3.25)\nproject(one LANGUAGES CXX)\nadd_library(one STATIC "
+          "one.cpp)\n");
+    write(QStringLiteral("one.cpp"), "#ifndef TOLD\n#error untold\n#endif\n");
+    copyScript(QStringLiteral("build"));
+    copyScript(QStringLiteral("compiler-cache"));
+    write(QStringLiteral("CMakePresets.json"), presets("g++", "-DTOLD"));
+    const Ended first = run(QStringLiteral("scripts/build release"));
+    EXPECT_EQ(first.status, 0) << first.output;
+    // With another compiler CMake by itself forgets the flags.
+    write(QStringLiteral("CMakePresets.json"), presets("clang++-14", "-DTOLD -DTOO"));
+    const Ended other = run(QStringLiteral("scripts/build release"));
+    EXPECT_EQ(other.status, 0) << other.output;
+    EXPECT_NE(content(QStringLiteral("build/release/build.ninja")).find("-DTOLD -DTOO"), std::string::npos);
+}
+
 TEST_F(BuildScripts, TheCompilerCacheKnowsAFileAgainInAnotherCopyOfTheTree) {
     for (const char* tree : {"one/", "two/"}) {
         const QString name = QString::fromLatin1(tree);
