@@ -3,17 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <string_view>
 
 #include "tests/cli/Program.h"
 #include "tests/cli/VerificationFixture.h"
 #include "tests/storage/Connection.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace kestrix::cli {
 namespace {
@@ -133,25 +132,7 @@ TEST_F(VerificationFile, WhoseJournalMayNotBeReadIsSaidToBeSo) {
     ASSERT_EQ(chmod(folder_.path().toStdString().c_str(), 0755), 0);
     ASSERT_EQ(chmod(path_.c_str(), 0644), 0);
     ASSERT_EQ(chmod((path_ + "-journal").c_str(), 0), 0);
-    // Of a user whom rights bind, also where the tests run as root.
-    constexpr uid_t kNobody = 65534;
-    std::array<int, 2> ends{};
-    ASSERT_EQ(pipe(ends.data()), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        if (geteuid() == 0 && setuid(kNobody) != 0) _exit(1);
-        const std::string problem = verifyDatabase(path_).problem;
-        _exit(::write(ends[1], problem.data(), problem.size()) == static_cast<ssize_t>(problem.size()) ? 0
-                                                                                                       : 1);
-    }
-    close(ends[1]);
-    std::array<char, 4096> problem{};
-    const ssize_t length = read(ends[0], problem.data(), problem.size());
-    close(ends[0]);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(std::string(problem.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))),
+    EXPECT_EQ(testing::asOrdinaryUser([this] { return verifyDatabase(path_).problem; }),
               "its journal may not be read by this user: " + path_ + "-journal");
 }
 

@@ -1,23 +1,22 @@
 // Files that somebody or something else has spoilt, left behind or forbidden.
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <sstream>
 
 #include "storage/ServiceDao.h"
 #include "tests/storage/StorageFixture.h"
+#include "tests/support/OrdinaryUser.h"
 
 namespace kestrix::storage {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::asOrdinaryUser;
+using testing::kNobody;
 
 class Damage : public StorageFixture {
   protected:
@@ -116,29 +115,6 @@ TEST_F(Damage, AJournalLeftBehindIsRolledBack) {
     EXPECT_FALSE(fs::exists(left / "kestrix.sqlite-journal"));
     dao.addMeasureForm(measurement(201));
     EXPECT_EQ(dao.findMeasureForm(true).size(), 201U);
-}
-
-// A user whom rights bind, also where the tests run as root.
-constexpr uid_t kNobody = 65534;
-
-// What `report` answers in a process of such a user.
-std::string asOrdinaryUser(const std::function<std::string()>& report) {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(pipe(ends.data()), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        if (geteuid() == 0 && setuid(kNobody) != 0) _exit(1);
-        const std::string text = report();
-        _exit(::write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 1);
-    }
-    close(ends[1]);
-    std::array<char, 4096> text{};
-    const ssize_t length = read(ends[0], text.data(), text.size());
-    close(ends[0]);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(length, 0))};
 }
 
 class Forbidden : public Damage {
